@@ -1,0 +1,140 @@
+#include "directory/ifd.h"
+
+#include <utility>
+
+#include "directory/pointer_guard.h"
+#include "entry/fatal_errors.h"
+#include "entry/internal_errors.h"
+#include "entry/warnings.h"
+#include "file/checked_arithmetic.h"
+#include "file/tag_file.h"
+#include "tag/tag_numbers.h"
+
+namespace corvinex {
+
+namespace {
+
+// A JPEG's EXIF block lies in one APP1 segment, whose length field has 16 bits (JPEG, B.1.1.4).
+constexpr std::uint64_t maximumApp1Length = 65536;
+
+}  // namespace
+
+IFD::IFD(TagFile* file, IFDtype_t_ kind) : tagFile(file), ifdType(kind) {}
+
+IFD::IFD(const IFD& other)
+    : tags(other.tags),
+      unknownTags(other.unknownTags),
+      numberOfEntries(other.numberOfEntries),
+      tagFile(other.tagFile),
+      ifdOffset(other.ifdOffset),
+      ifdType(other.ifdType),
+      width(other.width),
+      height(other.height),
+      tagsSeen(other.tagsSeen),
+      photometric(other.photometric),
+      bitsPerSample(other.bitsPerSample),
+      samplesPerPixel(other.samplesPerPixel) {}
+
+IFD::IFD(IFD&& other) noexcept
+    : tags(std::move(other.tags)),
+      unknownTags(std::move(other.unknownTags)),
+      numberOfEntries(other.numberOfEntries),
+      tagFile(other.tagFile),
+      ifdOffset(other.ifdOffset),
+      ifdType(other.ifdType),
+      width(other.width),
+      height(other.height),
+      tagsSeen(other.tagsSeen),
+      photometric(other.photometric),
+      bitsPerSample(std::move(other.bitsPerSample)),
+      samplesPerPixel(other.samplesPerPixel) {}
+
+void IFD::process() {
+    ifdOffset = tagFile->getStream().tell();
+    const PointerGuard::OpenDirectory open(tagFile->getPointerGuard(), ifdOffset);
+    readEntryCount();
+    readEntries();
+    tagFile->getPointerGuard().countEntries(entriesLength);
+    processIfdTags();
+}
+
+void IFD::readEntryCount() {
+    unsigned long long count = 0;
+    if (tagFile->freadNumDirectoryEntries(&count) != 1) {
+        warn(warnings::numberOfDirectoryEntriesReadError(ifdOffset));
+        throw StopProcessingIfdChainException("IFD::process");
+    }
+    numberOfEntries = count;
+    if (numberOfEntries == 0) {
+        warn(warnings::numDirectoryEntriesIsZero(ifdOffset));
+        throw StopProcessingIfdChainException("IFD::process");
+    }
+    entriesLength = saturatingMultiply(numberOfEntries, tagFile->getEntrySize());
+    if (tagFile->isJpegFile() && entriesLength > maximumApp1Length) {
+        warn(warnings::jpegApp1MaximumLengthExceeded(numberOfEntries));
+        throw TiffTagsRecoverableError("IFD::process");
+    }
+}
+
+void IFD::readEntries() {
+    FileStream& stream = tagFile->getStream();
+    // A block that the file cannot hold is never allocated.
+    const std::uint64_t position = saturatingAdd(ifdOffset, tagFile->getEntryCountSize());
+    bool isRead = liesWithin(position, entriesLength, tagFile->getFileSize());
+    if (isRead) {
+        entryBuffer.resize(entriesLength);
+        isRead = stream.read(entryBuffer.data(), entriesLength, 1) == 1;
+    }
+    if (!isRead) {
+        // Nothing has been added yet, so the number is always 1.
+        raiseFatal(
+            quorra::corvinex::badIFDread(asciiToUtf16("IFD #" + std::to_string(size() + 1))));
+    }
+}
+
+// Entries are decoded from the buffer, never from the stream: making a tag may move the stream
+// anywhere.
+void IFD::processIfdTags() {
+    const std::uint64_t entrySize = tagFile->getEntrySize();
+    const std::span<const unsigned char> entries(entryBuffer);
+    for (std::uint64_t i = 0; i < numberOfEntries; ++i) {
+        try {
+            processEntry(entries.subspan(i * entrySize, entrySize));
+        } catch (const TiffTagsRecoverableError&) {
+            // Reported by a warning; the entry is dropped.
+        }
+    }
+    if (ifdType == IFDtype_t_::Main && !tagFile->isJpegFile()) {
+        processRequiredFields();
+    }
+}
+
+void IFD::processEntry(std::span<const unsigned char> entry) {
+    TiffTag tag(tagFile, entry, ifdType);
+    tag.releaseRawData();
+    flagDefaultValues(tag);
+    switch (tag.getId()) {
+        case tag_number::ImageWidth:
+            width = tag.getNumericValue(0);
+            return;
+        case tag_number::ImageLength:
+            height = tag.getNumericValue(0);
+            return;
+        case tag_number::SubIFDs:
+        case tag_number::ExifIFD:
+        case tag_number::GPSInfo:
+        case tag_number::InteroperabilityIFD:
+            if (tag.subIfdSize() != 0) {
+                tags.push_back(std::move(tag));
+            }
+            return;
+        default:
+            (tag.getName().empty() ? unknownTags : tags).push_back(std::move(tag));
+    }
+}
+
+std::size_t IFD::size() const noexcept {
+    return tags.size() + (unknownTags.empty() ? 0 : 1);
+}
+
+}  // namespace corvinex

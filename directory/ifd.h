@@ -1,0 +1,81 @@
+#pragma once
+
+#include <bitset>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "directory/ifd_type.h"
+#include "entry/host_value.h"
+#include "tag/tiff_tag.h"
+
+namespace corvinex {
+
+class TagFile;
+
+/// One image file directory: its tags in entry order, followed by the defaults of baseline tags
+/// that a main directory of a TIFF or BigTIFF file lacks, and the image facts that derived fields
+/// need.
+///
+/// A copy has no entry buffer: that serves the reading alone. A move leaves the target in the same
+/// state as a copy.
+class IFD {
+  public:
+    /// An empty directory. Reads nothing.
+    IFD(TagFile* file, IFDtype_t_ kind);
+    IFD(const IFD& other);
+    IFD(IFD&& other) noexcept;
+    IFD& operator=(const IFD&) = delete;
+    IFD& operator=(IFD&&) = delete;
+    ~IFD() = default;
+
+    /// Reads the directory at the stream's position, which is unspecified afterwards. Called once.
+    /// Raises StopProcessingIfdChainException after numberOfDirectoryEntriesReadError or
+    /// numDirectoryEntriesIsZero, TiffTagsRecoverableError after jpegApp1MaximumLengthExceeded, the
+    /// fatal badIFDread, and what tags raise beyond their own entry.
+    void process();
+
+    /// Number of output fields that the tags make; all unknown tags together make one.
+    [[nodiscard]] std::size_t size() const noexcept;
+    [[nodiscard]] const std::vector<TiffTag>& getTags() const noexcept { return tags; }
+    [[nodiscard]] bool hasUnknownTags() const noexcept { return !unknownTags.empty(); }
+    /// Absolute position of the entry-count field.
+    [[nodiscard]] std::uint64_t getOffset() const noexcept { return ifdOffset; }
+    /// Bytes of all entries together. Meaningful on the directory that was processed, not on
+    /// copies.
+    [[nodiscard]] std::uint64_t getEntriesLength() const noexcept { return entriesLength; }
+
+    /// Write the derived fields of one element of a main set's struct array: "Width" and "Height",
+    /// "ColorType" and "BitDepth".
+    void setWidthAndHeight(zxArray& output, std::size_t index) const;
+    void setColorType(zxArray& output, std::size_t index) const;
+    void setBitDepth(zxArray& output, std::size_t index) const;
+    /// Fills one element of the set's struct array from the tags.
+    void ifd2struct(zxArray& output, std::size_t index);
+
+  private:
+    void processIfdTags();
+    void processEntry(std::span<const unsigned char> entry);
+    void readEntryCount();
+    void readEntries();
+    void flagDefaultValues(const TiffTag& tag);
+    void processRequiredFields();
+
+    std::vector<TiffTag> tags;
+    std::vector<TiffTag> unknownTags;
+    std::uint64_t numberOfEntries = 0;
+    TagFile* tagFile;
+    std::uint64_t ifdOffset = 0;
+    IFDtype_t_ ifdType;
+    std::uint64_t entriesLength = 0;
+    double width = 0;
+    double height = 0;
+    std::bitset<326> tagsSeen;
+    std::int32_t photometric = -1;
+    std::vector<double> bitsPerSample;
+    std::vector<unsigned char> entryBuffer;
+    std::uint64_t samplesPerPixel = 1;
+};
+
+}  // namespace corvinex

@@ -1,0 +1,117 @@
+#include <algorithm>
+#include <array>
+
+#include "directory/ifd.h"
+#include "directory/ifd_tree.h"
+#include "entry/host_value.h"
+#include "file/file_information.h"
+#include "file/tag_file.h"
+#include "host/interface/platform.h"
+
+// From directory sets to host struct arrays.
+
+namespace corvinex {
+
+namespace {
+
+constexpr const char* unknownTagsField = "UnknownTags";
+constexpr std::array unknownTagFields{"ID", "Offset", "Value"};
+
+HostArray makeSignature(const TagFile& file) {
+    if (file.isJpegFile()) {
+        return makeEmptyNumbers();
+    }
+    const auto& signature = file.getHeaderSignature();
+    const std::array<double, 4> numbers{
+        static_cast<double>(signature[0]), static_cast<double>(signature[1]),
+        static_cast<double>(signature[2]), static_cast<double>(signature[3])};
+    return makeNumberRow(numbers);
+}
+
+const char* getByteOrderText(const TagFile& file) {
+    const auto& signature = file.getHeaderSignature();
+    return signature[0] == 'M' && signature[1] == 'M' ? "big-endian" : "little-endian";
+}
+
+}  // namespace
+
+HostArray IFDTree::repackageIfds() {
+    if (tagNames.empty() && !hasUnknownTags) {
+        return makeEmptyNumbers();
+    }
+    HostArray output = makeStructColumn(ifds.size(), getFieldNames());
+    const bool isMain = ifdType == IFDtype_t_::Main;
+    if (isMain) {
+        setDefaultZxFields(*output);
+    }
+    for (std::size_t i = 0; i < ifds.size(); ++i) {
+        if (isMain) {
+            ifds[i].setWidthAndHeight(*output, i);
+            ifds[i].setColorType(*output, i);
+            ifds[i].setBitDepth(*output, i);
+            if (!tagFile->isJpegFile()) {
+                setField(*output, i, "Offset",
+                         makeNumber(static_cast<double>(ifds[i].getOffset())));
+            }
+        }
+        ifds[i].ifd2struct(*output, i);
+    }
+    return output;
+}
+
+std::vector<const char*> IFDTree::getFieldNames() const {
+    const bool isMain = ifdType == IFDtype_t_::Main;
+    std::vector<const char*> names;
+    if (isMain) {
+        for (const std::string& name : tagFile->getDefaultFields()) {
+            names.push_back(name.c_str());
+        }
+    }
+    for (const auto& [number, name] : tagNames) {
+        if (!isMain || !tagAlreadyOnDefaultList(name)) {
+            names.push_back(name.data());
+        }
+    }
+    if (hasUnknownTags) {
+        names.push_back(unknownTagsField);
+    }
+    return names;
+}
+
+// Made anew for every element: the host owns each value it is given.
+void IFDTree::setDefaultZxFields(zxArray& output) const {
+    const std::u16string modificationDate =
+        fl::i18n::to_ustring(formatLocalTime(tagFile->getFileStatus().lastModification));
+    const char* format = getFormatText(tagFile->getFileFormat());
+    for (std::size_t i = 0; i < ifds.size(); ++i) {
+        setField(output, i, "Filename", makeText(tagFile->getFilename()));
+        setField(output, i, "FileModDate", makeText(modificationDate));
+        setField(output, i, "FileSize", makeNumber(static_cast<double>(tagFile->getFileSize())));
+        setField(output, i, "Format", makeWord(format));
+        setField(output, i, "FormatSignature", makeSignature(*tagFile));
+        if (!tagFile->isJpegFile()) {
+            setField(output, i, "ByteOrder", makeWord(getByteOrderText(*tagFile)));
+        }
+    }
+}
+
+bool IFDTree::tagAlreadyOnDefaultList(std::string_view name) const {
+    const auto& fields = tagFile->getDefaultFields();
+    return !tagFile->isJpegFile() && std::find(fields.begin(), fields.end(), name) != fields.end();
+}
+
+void IFD::ifd2struct(zxArray& output, std::size_t index) {
+    for (TiffTag& tag : tags) {
+        setField(output, index, tag.getName().data(), tag.getZxArray());
+    }
+    if (unknownTags.empty()) {
+        return;
+    }
+    HostArray records = makeStructColumn(unknownTags.size(), unknownTagFields);
+    for (std::size_t i = 0; i < unknownTags.size(); ++i) {
+        unknownTags[i].setUnknownTagZx(*records, i);
+    }
+    setField(output, index, unknownTagsField, std::move(records));
+}
+
+}  // namespace corvinex

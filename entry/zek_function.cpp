@@ -1,0 +1,52 @@
+#include <boost/numeric/conversion/converter_policies.hpp>
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "entry/fatal_errors.h"
+#include "entry/host_value.h"
+#include "entry/numeric_conversion.h"
+#include "file/tag_file.h"
+#include "host/interface/plugin.h"
+
+// The two functions that a host calls.
+
+namespace {
+
+constexpr unsigned int hostRelease = 1;
+constexpr unsigned int arrayInterfaceVersion = 0x08000000;
+
+using corvinex::HostArray;
+
+/// One request: reads the file, packages the result and closes the file on every road.
+HostArray readTags(std::u16string filename, std::uint64_t headerOffset, std::uint64_t ifdsToSkip,
+                   std::uint64_t maxIfdsPerSet) {
+    corvinex::TagFile file(std::move(filename), headerOffset, ifdsToSkip, maxIfdsPerSet);
+    file.readThroughTagFile();
+    return file.repackageIfds();
+}
+
+}  // namespace
+
+void zekFunction(int /*outputCount*/, zxArray* outputs[], int /*inputCount*/,
+                 const zxArray* inputs[]) {
+    // A first argument that is no text leaves the name empty, and no file has an empty name.
+    std::u16string filename(corvinex::getTextArgument(*inputs[0]));
+    const double headerOffset = corvinex::getNumberArgument(*inputs[1]);
+    const double ifdsToSkip = corvinex::getNumberArgument(*inputs[2]);
+    const double maxIfdsPerSet = corvinex::getNumberArgument(*inputs[3]);
+    try {
+        HostArray output =
+            readTags(std::move(filename), corvinex::truncateTo<std::uint64_t>(headerOffset),
+                     corvinex::truncateTo<std::uint64_t>(ifdsToSkip),
+                     corvinex::truncateTo<std::uint64_t>(maxIfdsPerSet));
+        outputs[0] = matrix::to_korvel(std::move(output));
+    } catch (const boost::numeric::bad_numeric_cast&) {
+        corvinex::raiseFatal(quorra::corvinex::argumentOutOfBounds());
+    }
+}
+
+void zekfilerequiredapiversion(unsigned int* builtByRelease, unsigned int* targetApiVersion) {
+    *builtByRelease = hostRelease;
+    *targetApiVersion = arrayInterfaceVersion;
+}

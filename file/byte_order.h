@@ -1,0 +1,38 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <span>
+#include <stdexcept>
+
+namespace corvinex {
+
+/// Reverses the bytes of each of count contiguous elements in place when swap is true; elements of
+/// 0 or 1 byte stay as they are. Every multi-byte value taken from a file passes through here.
+void raw2native(void* data, unsigned long elementSize, unsigned long count, bool swap);
+
+/// The native value of type T that starts at byte position of bytes; raises std::out_of_range when
+/// it does not lie inside.
+template <class T>
+[[nodiscard]] T loadNative(std::span<const unsigned char> bytes, std::size_t position) {
+    if (position > bytes.size() || bytes.size() - position < sizeof(T)) {
+        throw std::out_of_range("value outside its buffer");
+    }
+    std::array<unsigned char, sizeof(T)> element;
+    std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(position), sizeof(T), element.begin());
+    return std::bit_cast<T>(element);
+}
+
+/// The same for a value still in the file's byte order.
+template <class T>
+[[nodiscard]] T loadFromFile(std::span<const unsigned char> bytes, std::size_t position,
+                             bool swap) {
+    auto element =
+        std::bit_cast<std::array<unsigned char, sizeof(T)>>(loadNative<T>(bytes, position));
+    raw2native(element.data(), sizeof(T), 1, swap);
+    return std::bit_cast<T>(element);
+}
+
+}  // namespace corvinex

@@ -1,0 +1,84 @@
+#include "file/file_information.h"
+
+#include <array>
+#include <boost/date_time/posix_time/posix_time.hpp>
+#include <cstddef>
+#include <ctime>
+
+#include "entry/fatal_errors.h"
+#include "host/interface/platform.h"
+
+namespace corvinex {
+
+namespace {
+
+constexpr std::array defaultFieldNames{
+    // Every kind.
+    "Filename",
+    "FileModDate",
+    "FileSize",
+    "Format",
+    "FormatVersion",
+    "Width",
+    "Height",
+    "BitDepth",
+    "ColorType",
+    "FormatSignature",
+    // TIFF and BigTIFF only.
+    "ByteOrder",
+    "NewSubFileType",
+    "BitsPerSample",
+    "Compression",
+    "PhotometricInterpretation",
+    "StripOffsets",
+    "SamplesPerPixel",
+    "RowsPerStrip",
+    "StripByteCounts",
+    "XResolution",
+    "YResolution",
+    "ResolutionUnit",
+    "Colormap",
+    "PlanarConfiguration",
+    "TileWidth",
+    "TileLength",
+    "TileOffsets",
+    "TileByteCounts",
+    "Orientation",
+    "FillOrder",
+    "GrayResponseUnit",
+    "MaxSampleValue",
+    "MinSampleValue",
+    "Thresholding",
+    "Offset",
+};
+
+constexpr std::size_t commonFieldCount = 10;
+
+constexpr std::array formatTexts{"jpg", "tif", "tif"};
+
+}  // namespace
+
+std::span<const char* const> getDefaultFieldNames(FileFormat format) noexcept {
+    const std::span<const char* const> all(defaultFieldNames);
+    return format == FileFormat::JPEG ? all.first(commonFieldCount) : all;
+}
+
+const char* getFormatText(FileFormat format) noexcept {
+    const auto kind = static_cast<std::size_t>(format);
+    return kind < formatTexts.size() ? formatTexts[kind] : "other";
+}
+
+std::string formatLocalTime(const boost::posix_time::ptime& utc) {
+    const fl::i18n::time_zone::timezone localZone("");
+    const std::tm calendar =
+        boost::posix_time::to_tm(fl::i18n::time_zone::from_utc(utc, localZone));
+    std::array<char, 64> text{};
+    const std::size_t length =
+        std::strftime(text.data(), text.size(), "%d-%b-%Y %H:%M:%S", &calendar);
+    if (length == 0) {
+        raiseFatal(quorra::corvinex::strftimeFailure());
+    }
+    return std::string(text.data(), length);
+}
+
+}  // namespace corvinex

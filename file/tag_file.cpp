@@ -1,0 +1,219 @@
+#include "file/tag_file.h"
+
+#include <bit>
+#include <utility>
+
+#include "entry/fatal_errors.h"
+#include "entry/internal_errors.h"
+#include "entry/warnings.h"
+#include "file/byte_order.h"
+#include "file/checked_arithmetic.h"
+#include "file/file_information.h"
+
+namespace corvinex {
+
+namespace error = quorra::corvinex;
+
+namespace {
+
+constexpr std::uint32_t littleEndianMark = 0x4949;  // "II"
+constexpr std::uint32_t bigEndianMark = 0x4D4D;     // "MM"
+
+// Places inside a directory entry that both layouts share.
+constexpr std::size_t countFieldPosition = 4;
+
+/// The unsigned number of 2, 4 or 8 bytes at a position of bytes in the file's order.
+std::uint64_t loadUnsigned(std::span<const unsigned char> bytes, std::size_t position,
+                           std::uint64_t width, bool swap) {
+    switch (width) {
+        case 2:
+            return loadFromFile<std::uint16_t>(bytes, position, swap);
+        case 4:
+            return loadFromFile<std::uint32_t>(bytes, position, swap);
+        default:
+            return loadFromFile<std::uint64_t>(bytes, position, swap);
+    }
+}
+
+}  // namespace
+
+TagFile::TagFile(std::u16string name, unsigned long long header, unsigned long skip,
+                 unsigned long limit)
+    : filename(std::move(name)), headerOffset(header), ifdsToSkip(skip), maxIfdsPerSet(limit) {
+    fileStatus = fl::filesystem::status(filename);
+    if (!fl::filesystem::exists(filename)) {
+        raiseFatal(error::statFailure());
+    }
+    detectFormat();
+    determineArchitectureEndianness();
+    stream = FileStream(fl::filesystem::fopen(filename, "rb"));
+    if (!stream.isOpen()) {
+        raiseFatal(error::unsupportedFileFormat());
+    }
+    setupDefaultFields();
+    pointerGuard = PointerGuard(getFileSize());
+}
+
+void TagFile::detectFormat() {
+    if (isJpeg(filename)) {
+        fileFormat = FileFormat::JPEG;
+    } else if (isClassicTiff(filename)) {
+        fileFormat = FileFormat::ClassicTIFF;
+    } else if (isBigTiff(filename)) {
+        fileFormat = FileFormat::BigTIFF;
+    } else {
+        raiseFatal(error::unsupportedFileFormat());
+    }
+    const DirectoryLayout& layout = getDirectoryLayout(fileFormat);
+    entrySize = layout.entrySize;
+    entryCountSize = layout.entryCountSize;
+    offsetSize = layout.offsetSize;
+    valueFieldPosition = layout.valueFieldPosition;
+}
+
+void TagFile::determineArchitectureEndianness() noexcept {
+    static_assert(std::endian::native == std::endian::little);
+    machineIsBigEndian = false;
+    machineIsLittleEndian = true;
+}
+
+void TagFile::setupDefaultFields() {
+    const auto names = getDefaultFieldNames(fileFormat);
+    defaultFields.assign(names.begin(), names.end());
+}
+
+void TagFile::readThroughTagFile() {
+    if (headerOffset != 0) {
+        // A seek that fails leaves the stream at the start, where the header is then read.
+        static_cast<void>(stream.seekForward(headerOffset));
+    }
+    try {
+        readThroughTiffHeader();
+        ifdTree = IFDTree(this, IFDtype_t_::Main);
+    } catch (const TiffTagsRecoverableError&) {
+        // The tree is filled only by a whole walk, so within one request it is always empty here.
+        if (ifdTree.size() == 0) {
+            raiseFatal(error::unableToReadTagData());
+        }
+    }
+}
+
+HostArray TagFile::repackageIfds() {
+    return ifdTree.size() == 0 ? makeEmptyNumbers() : ifdTree.repackageIfds();
+}
+
+void TagFile::readThroughTiffHeader() {
+    // Byte size (8) and reserved (0) of the BigTIFF header: not examined.
+    constexpr std::uint64_t bigTiffFieldsLength = 4;
+
+    baseOffset = stream.tell();
+    readTiffHeaderEndianFormat();
+    if (stream.read(&headerSignature[2], 2, 1) != 1) {
+        raiseFatal(error::tiffHeaderReadFailure());
+    }
+    if (fileFormat == FileFormat::BigTIFF && !stream.seekForward(bigTiffFieldsLength)) {
+        raiseFatal(error::tiffHeaderReadFailure());
+    }
+    unsigned long long offset = 0;
+    if (readUnsigned(offsetSize, &offset) != 1) {
+        raiseFatal(error::tiffHeaderReadFailure());
+    }
+    const std::uint64_t position = saturatingAdd(baseOffset, offset);
+    if (position > getFileSize()) {
+        raiseFatal(error::badTiffIfdOffset(position, getFileSize()));
+    }
+    seekToDirectory(position);
+    skipIfds();
+}
+
+void TagFile::readTiffHeaderEndianFormat() {
+    if (stream.read(headerSignature.data(), 2, 1) != 1) {
+        raiseFatal(error::tiffHeaderReadFailure());
+    }
+    const std::uint32_t mark =
+        std::uint32_t{headerSignature[0]} << 8 | std::uint32_t{headerSignature[1]};
+    if (mark != littleEndianMark && mark != bigEndianMark) {
+        raiseFatal(error::badEndianness(headerSignature[0], headerSignature[1], filename));
+    }
+    fileByteOrder = mark;
+    swapBytes = mark == littleEndianMark ? machineIsBigEndian : machineIsLittleEndian;
+}
+
+void TagFile::seekToDirectory(std::uint64_t position) {
+    if (!stream.seek(position)) {
+        raiseFatal(error::badTiffHeaderIfdOffset());
+    }
+}
+
+// Where one step leads depends on its position alone and a next offset of 0 leads back to the
+// header, so the steps end in a cycle. Its length is found on the way (Brent's algorithm) and whole
+// rounds are left out: a skip of 10^18 costs no more than the file's own directories.
+void TagFile::skipIfds() {
+    std::uint64_t remaining = ifdsToSkip;
+    std::uint64_t landmark = stream.tell();
+    std::uint64_t stepsSinceLandmark = 0;
+    std::uint64_t stepsToNextLandmark = 1;
+    bool cycleIsKnown = false;
+    while (remaining > 0) {
+        skipOneIfd();
+        --remaining;
+        if (cycleIsKnown) {
+            continue;
+        }
+        ++stepsSinceLandmark;
+        const std::uint64_t position = stream.tell();
+        if (position == landmark) {
+            remaining %= stepsSinceLandmark;
+            cycleIsKnown = true;
+        } else if (stepsSinceLandmark == stepsToNextLandmark) {
+            landmark = position;
+            stepsSinceLandmark = 0;
+            stepsToNextLandmark *= 2;
+        }
+    }
+}
+
+// The reads are not checked: what cannot be read counts as 0.
+void TagFile::skipOneIfd() {
+    unsigned long long count = 0;
+    static_cast<void>(freadNumDirectoryEntries(&count));
+    if (!stream.seekForward(saturatingMultiply(count, entrySize))) {
+        raiseFatal(error::badTiffHeaderIfdOffset());
+    }
+    unsigned long long next = 0;
+    static_cast<void>(freadNextIfdOffset(&next));
+    seekToDirectory(saturatingAdd(baseOffset, next));
+}
+
+std::size_t TagFile::freadNumDirectoryEntries(unsigned long long* count) {
+    return readUnsigned(entryCountSize, count);
+}
+
+std::size_t TagFile::freadNextIfdOffset(unsigned long long* offset) {
+    return readUnsigned(offsetSize, offset);
+}
+
+std::size_t TagFile::readUnsigned(std::uint64_t width, unsigned long long* value) {
+    std::array<unsigned char, 8> bytes{};
+    const std::size_t items = stream.read(bytes.data(), width, 1);
+    if (items == 1) {
+        *value = loadUnsigned(bytes, 0, width, swapBytes);
+    }
+    return items;
+}
+
+std::uint64_t TagFile::readTagDataOffset(std::span<const unsigned char> entry) const {
+    return loadUnsigned(entry, valueFieldPosition, offsetSize, swapBytes);
+}
+
+std::uint64_t TagFile::readTagNumComponents(std::span<const unsigned char> entry) const {
+    return loadUnsigned(entry, countFieldPosition, offsetSize, swapBytes);
+}
+
+void TagFile::warnOncePerFile(const std::string& key, const resource_core::BaseMsgID& message) {
+    if (issuedWarnings.insert(key).second) {
+        warn(message);
+    }
+}
+
+}  // namespace corvinex

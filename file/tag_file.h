@@ -1,0 +1,113 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <set>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "directory/ifd_tree.h"
+#include "directory/pointer_guard.h"
+#include "entry/host_value.h"
+#include "file/file_format.h"
+#include "file/file_stream.h"
+#include "host/interface/message.h"
+#include "host/interface/platform.h"
+
+namespace corvinex {
+
+/// The file being read during one request: its stream, kind, byte order, main directory set and the
+/// warnings already issued. Directories and tags hold a plain pointer to it and live only while it
+/// does. The stream's position is shared by all of them: whoever moves away positions for itself.
+/// Used by one thread.
+class TagFile {
+  public:
+    /// Checks that the file exists, detects its kind and opens it. headerOffset is the byte
+    /// position of the TIFF header, maxIfdsPerSet 0 means no limit. Raises statFailure and
+    /// unsupportedFileFormat.
+    TagFile(std::u16string filename, unsigned long long headerOffset, unsigned long ifdsToSkip,
+            unsigned long maxIfdsPerSet);
+    TagFile(const TagFile&) = delete;
+    TagFile& operator=(const TagFile&) = delete;
+
+    /// Reads the header, skips directories and reads the main chain. Raises tiffHeaderReadFailure,
+    /// badEndianness, badTiffIfdOffset, badTiffHeaderIfdOffset, unableToReadTagData, and what the
+    /// directories raise.
+    void readThroughTagFile();
+
+    /// The result: the main set's struct array, or a 0 x 0 double when no directory was kept.
+    [[nodiscard]] HostArray repackageIfds();
+
+    /// Read the entry count, or a directory offset, at the stream's position, in the file's width
+    /// and byte order. Return the number of items read: 1, or 0 on a short read.
+    [[nodiscard]] std::size_t freadNumDirectoryEntries(unsigned long long* count);
+    [[nodiscard]] std::size_t freadNextIfdOffset(unsigned long long* offset);
+
+    /// The value/offset field, and the count field, of a directory entry in memory.
+    [[nodiscard]] std::uint64_t readTagDataOffset(std::span<const unsigned char> entry) const;
+    [[nodiscard]] std::uint64_t readTagNumComponents(std::span<const unsigned char> entry) const;
+
+    /// Issues a warning unless one with this key was issued during this request.
+    void warnOncePerFile(const std::string& key, const resource_core::BaseMsgID& message);
+
+    [[nodiscard]] FileFormat getFileFormat() const noexcept { return fileFormat; }
+    [[nodiscard]] bool isJpegFile() const noexcept { return fileFormat == FileFormat::JPEG; }
+    [[nodiscard]] const std::u16string& getFilename() const noexcept { return filename; }
+    [[nodiscard]] const fl::filesystem::file_status& getFileStatus() const noexcept {
+        return fileStatus;
+    }
+    [[nodiscard]] std::uint64_t getFileSize() const noexcept { return fileStatus.fileSize; }
+    [[nodiscard]] FileStream& getStream() noexcept { return stream; }
+    [[nodiscard]] std::uint64_t getMaxIfdsPerSet() const noexcept { return maxIfdsPerSet; }
+    [[nodiscard]] std::uint64_t getOffsetSize() const noexcept { return offsetSize; }
+    [[nodiscard]] bool getSwapBytes() const noexcept { return swapBytes; }
+    [[nodiscard]] std::uint64_t getEntrySize() const noexcept { return entrySize; }
+    [[nodiscard]] std::uint64_t getBaseOffset() const noexcept { return baseOffset; }
+    [[nodiscard]] std::uint64_t getValueFieldPosition() const noexcept {
+        return valueFieldPosition;
+    }
+    [[nodiscard]] std::uint64_t getEntryCountSize() const noexcept { return entryCountSize; }
+    [[nodiscard]] const std::array<unsigned char, 4>& getHeaderSignature() const noexcept {
+        return headerSignature;
+    }
+    [[nodiscard]] const std::vector<std::string>& getDefaultFields() const noexcept {
+        return defaultFields;
+    }
+    [[nodiscard]] PointerGuard& getPointerGuard() noexcept { return pointerGuard; }
+
+  private:
+    void detectFormat();
+    void determineArchitectureEndianness() noexcept;
+    void setupDefaultFields();
+    void readThroughTiffHeader();
+    void readTiffHeaderEndianFormat();
+    void seekToDirectory(std::uint64_t position);
+    void skipIfds();
+    void skipOneIfd();
+    [[nodiscard]] std::size_t readUnsigned(std::uint64_t width, unsigned long long* value);
+
+    FileFormat fileFormat = FileFormat::JPEG;
+    fl::filesystem::file_status fileStatus;
+    FileStream stream;
+    std::u16string filename;
+    std::uint64_t headerOffset;
+    std::uint64_t ifdsToSkip;
+    std::uint64_t maxIfdsPerSet;
+    std::uint64_t offsetSize = 0;
+    bool swapBytes = false;
+    std::uint64_t entrySize = 0;
+    std::uint64_t baseOffset = 0;
+    IFDTree ifdTree;
+    std::uint64_t valueFieldPosition = 0;
+    std::uint32_t fileByteOrder = 0;
+    bool machineIsBigEndian = false;
+    bool machineIsLittleEndian = true;
+    std::uint64_t entryCountSize = 0;
+    std::array<unsigned char, 4> headerSignature{};
+    std::vector<std::string> defaultFields;
+    std::set<std::string> issuedWarnings;
+    PointerGuard pointerGuard;
+};
+
+}  // namespace corvinex

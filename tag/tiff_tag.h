@@ -1,0 +1,158 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "directory/ifd_type.h"
+#include "entry/host_value.h"
+#include "vocabulary/word_tables.h"
+
+namespace corvinex {
+
+class IFDTree;
+class TagFile;
+
+/// One directory entry made into a value: numbers, text, raw bytes, or the directory sets that a
+/// pointer tag leads to. A tag is complete when its constructor returns.
+///
+/// A copy keeps what the output needs and nothing that served the reading: its rawData is empty,
+/// isConstructed false, ifdType 0 and the last rational 0, whatever the source held. A move leaves
+/// the target in the same state as a copy.
+class TiffTag {
+  public:
+    /// Decodes one raw entry, whose bytes are in the file's order. Moves the file's stream.
+    /// Raises TiffTagsRecoverableError, after its warning, when the entry must be dropped; the
+    /// fatal badTagDataCount; and what reading a pointed-to directory raises.
+    TiffTag(TagFile* file, std::span<const unsigned char> entry, IFDtype_t_ kind);
+    /// The default of a baseline tag that a directory lacks (TIFF 6.0). Raises
+    /// TiffTagsRecoverableError for a tag without one.
+    TiffTag(unsigned short id, IFDtype_t_ kind);
+    /// A tag with a single value.
+    TiffTag(int id, IFDtype_t_ kind, unsigned long value);
+    /// The default of MinSampleValue (280), a 0 for each sample, or of MaxSampleValue (281), 2^b -
+    /// 1 for each sample of b bits.
+    TiffTag(unsigned short id, IFDtype_t_ kind, const std::vector<double>& bitsPerSample);
+    TiffTag(const TiffTag& other);
+    TiffTag(TiffTag&& other) noexcept;
+    TiffTag& operator=(const TiffTag&) = delete;
+    TiffTag& operator=(TiffTag&&) = delete;
+    ~TiffTag();
+
+    [[nodiscard]] std::uint16_t getId() const noexcept { return tagId; }
+    /// The field name, empty for an unknown tag. Lives as long as the module, NUL-terminated.
+    [[nodiscard]] std::string_view getName() const noexcept { return name; }
+    /// The first number, or 0.0 when there is none. The index is accepted and ignored.
+    [[nodiscard]] double getNumericValue(int index) const noexcept;
+    [[nodiscard]] const std::vector<double>& getNumericValues() const noexcept {
+        return numericValues;
+    }
+    /// Number of directory sets that a pointer tag holds.
+    [[nodiscard]] std::size_t subIfdSize() const noexcept;
+    /// Gives the value bytes back to the system: a tag that is about to be filed needs them no
+    /// more.
+    void releaseRawData() noexcept;
+
+    /// Repeats the tail of the entry constructor on a tag whose value bytes are at hand.
+    void processGenericTag();
+
+    /// The value of this tag's field: a new host array, or null for a tag without a value. Divides
+    /// a Colormap's values in place, so a tag is output once.
+    [[nodiscard]] HostArray getZxArray();
+    /// Fills "ID", "Offset" and "Value" of one element of an "UnknownTags" struct array.
+    void setUnknownTagZx(zxArray& unknownTags, std::size_t index) const;
+    /// 1 x n char without the text's trailing zero bytes, from the current locale's encoding;
+    /// 0 x 0 char when nothing is left.
+    [[nodiscard]] static HostArray trim_nulls(std::string_view text);
+
+  private:
+    // Entry parsing and validation.
+    void setTagName() noexcept;
+    void checkDataType();
+    void checkComponentCount();
+    void setTagDataOffset(std::span<const unsigned char> entry, std::uint64_t elementWidth);
+    void readTagData(std::uint64_t elementSize, std::uint64_t elementCount);
+    void validateTag();
+    void processTagData();
+    [[nodiscard]] bool isSubIfdPointer() const noexcept;
+    [[noreturn]] void dropEntry() const;
+
+    // Value conversion.
+    void processNormalTagData();
+    void processTiffTagRational();
+    void processTiffTagSRational();
+    void processTiffTagAscii();
+    void processTiffTagSLong8();
+    template <class Element>
+    void processTiffTagNumbers();
+    void warnOfDivisionByZero() const;
+
+    // Pointers to further directories.
+    void processSubIfds();
+    void processSubIfd(unsigned long long position);
+    void checkThatProposedNewSubIfdIsLegal(std::uint64_t position);
+    [[nodiscard]] IFDtype_t_ getSubIfdType() const noexcept;
+
+    // Conversion to host arrays.
+    [[nodiscard]] HostArray getZxArrayColormap();
+    [[nodiscard]] HostArray getZxArraySampleFormat() const;
+    [[nodiscard]] HostArray getZxArrayImageSourceData() const;
+    [[nodiscard]] HostArray getZxArraySubIfds();
+    [[nodiscard]] HostArray getUnknownTagText() const;
+
+    // Decoders of enumerated and special values, in the order of their tags.
+    void processSpecificTag();
+    void decodeWord(words::Table table);
+    void processCompression();
+    void processPhotometricInterpretation();
+    void processImageDescription();
+    void processPlanarConfiguration();
+    void processGrayResponseUnit();
+    void processResolutionUnit();
+    void processPredictor();
+    void processInkSet();
+    void processJPEGProc();
+    void processYCbCrPositioning();
+    void processXMP();
+    void processICCProfile();
+    void processExposureProgram();
+    void processMeteringMode();
+    void processLightSource();
+    void processColorSpace();
+    void processSensingMethod();
+    void processFileSource();
+    void processSceneType();
+    void processCustomRendered();
+    void processExposureMode();
+    void processWhiteBalance();
+    void processSceneCaptureType();
+    void processGainControl();
+    void processContrast();
+    void processSaturation();
+    void processSharpness();
+    void processSubjectDistanceRange();
+    void processDepthFar();
+
+    std::vector<unsigned char> imageSourceBytes;
+    std::vector<double> numericValues;
+    double lastNumerator = 0;
+    double lastDenominator = 0;
+    std::string rawText;
+    std::string decodedText;  // left empty where it would repeat rawText
+    TagFile* tagFile = nullptr;
+    std::uint16_t tagId = 0;
+    std::uint32_t dataType = 0;
+    std::uint64_t componentCount = 0;
+    std::uint64_t valueOffset = 0;
+    bool isConstructed = false;
+    std::uint64_t byteCount = 0;
+    IFDtype_t_ ifdType = IFDtype_t_::Main;
+    std::string_view name;
+    std::vector<unsigned char> rawData;
+    std::vector<IFDTree> subIfdTrees;
+};
+
+}  // namespace corvinex

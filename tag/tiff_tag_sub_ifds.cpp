@@ -1,0 +1,97 @@
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+#include "directory/ifd_tree.h"
+#include "directory/pointer_guard.h"
+#include "entry/internal_errors.h"
+#include "entry/warnings.h"
+#include "file/byte_order.h"
+#include "file/checked_arithmetic.h"
+#include "file/tag_file.h"
+#include "tag/tag_numbers.h"
+#include "tag/tiff_tag.h"
+
+// The four tags that point to further directories.
+
+namespace corvinex {
+
+namespace {
+
+/// The 32-bit number at a position of the value bytes; bytes past their end read as 0.
+std::uint32_t loadPadded(std::span<const unsigned char> bytes, std::uint64_t position) {
+    std::array<unsigned char, sizeof(std::uint32_t)> number{};
+    if (position < bytes.size()) {
+        const std::size_t length = std::min(number.size(), bytes.size() - position);
+        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(position), length, number.begin());
+    }
+    return loadNative<std::uint32_t>(number, 0);
+}
+
+/// What a report calls the directory that holds a refused pointer.
+constexpr std::array<std::string_view, 4> enclosingDirectoryWords{
+    "Main",              // IFDtype_t_::Main
+    "GPS",               // IFDtype_t_::GPS
+    "Interoperability",  // IFDtype_t_::Interoperability
+    "EXIF",              // IFDtype_t_::EXIF
+};
+
+}  // namespace
+
+std::size_t TiffTag::subIfdSize() const noexcept {
+    return subIfdTrees.size();
+}
+
+// Offsets are read at a 4-byte stride whatever the type; callers rely on it, the wrong later
+// offsets of 8-byte types included.
+void TiffTag::processSubIfds() {
+    FileStream& stream = tagFile->getStream();
+    const std::uint64_t previousPosition = stream.tell();
+    for (std::uint64_t i = 0; i < componentCount; ++i) {
+        const std::uint64_t offset = loadPadded(rawData, i * sizeof(std::uint32_t));
+        processSubIfd(saturatingAdd(offset, tagFile->getBaseOffset()));
+    }
+    // Every reader positions for itself, so a failure here harms nobody.
+    static_cast<void>(stream.seek(previousPosition));
+}
+
+void TiffTag::processSubIfd(unsigned long long position) {
+    if (!tagFile->getStream().seek(position)) {
+        tagFile->warnOncePerFile("badSubIfdSeek" + std::to_string(position),
+                                 warnings::badSubIfdSeek(position));
+        dropEntry();
+    }
+    checkThatProposedNewSubIfdIsLegal(position);
+    const PointerGuard::FollowedPointer followed(tagFile->getPointerGuard());
+    IFDTree tree(tagFile, getSubIfdType());
+    if (tree.size() != 0) {
+        subIfdTrees.push_back(std::move(tree));
+    }
+}
+
+void TiffTag::checkThatProposedNewSubIfdIsLegal(std::uint64_t position) {
+    const bool kindIsLegal = ifdType == IFDtype_t_::Main || ifdType == IFDtype_t_::EXIF;
+    if (kindIsLegal && tagFile->getPointerGuard().isAllowed(getSubIfdType(), position)) {
+        return;
+    }
+    const std::string_view word = enclosingDirectoryWords[static_cast<std::size_t>(ifdType)];
+    tagFile->warnOncePerFile("illegallyNestedIFD" + std::to_string(tagId) + std::string(word),
+                             warnings::illegallyNestedIFD(tagId, word));
+    dropEntry();
+}
+
+IFDtype_t_ TiffTag::getSubIfdType() const noexcept {
+    switch (tagId) {
+        case tag_number::ExifIFD:
+            return IFDtype_t_::EXIF;
+        case tag_number::GPSInfo:
+            return IFDtype_t_::GPS;
+        case tag_number::InteroperabilityIFD:
+            return IFDtype_t_::Interoperability;
+        default:
+            return IFDtype_t_::Main;
+    }
+}
+
+}  // namespace corvinex

@@ -1,0 +1,230 @@
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <limits>
+
+#include "entry/fatal_errors.h"
+#include "entry/numeric_conversion.h"
+#include "tag/tiff_tag.h"
+#include "vocabulary/word_tables.h"
+
+// The decoders of enumerated and special tag values.
+
+namespace corvinex {
+
+namespace {
+
+struct Scale {
+    double unit;
+    double scale;
+};
+
+// 290 GrayResponseUnit (TIFF 6.0): tenths to hundred-thousandths.
+constexpr Scale grayResponseScales[] = {
+    {1, 0.1}, {2, 0.01}, {3, 0.001}, {4, 0.0001}, {5, 0.00001},
+};
+
+}  // namespace
+
+void TiffTag::processSpecificTag() {
+    struct Decoder {
+        std::uint16_t tag;
+        void (TiffTag::*process)();
+    };
+    // clang-format off
+    static constexpr Decoder decoders[] = {
+        {  259, &TiffTag::processCompression},
+        {  262, &TiffTag::processPhotometricInterpretation},
+        {  270, &TiffTag::processImageDescription},
+        {  284, &TiffTag::processPlanarConfiguration},
+        {  290, &TiffTag::processGrayResponseUnit},
+        {  296, &TiffTag::processResolutionUnit},
+        {  317, &TiffTag::processPredictor},
+        {  332, &TiffTag::processInkSet},
+        {  512, &TiffTag::processJPEGProc},
+        {  531, &TiffTag::processYCbCrPositioning},
+        {  700, &TiffTag::processXMP},
+        {34675, &TiffTag::processICCProfile},
+        {34850, &TiffTag::processExposureProgram},
+        {37383, &TiffTag::processMeteringMode},
+        {37384, &TiffTag::processLightSource},
+        {40961, &TiffTag::processColorSpace},
+        {41495, &TiffTag::processSensingMethod},
+        {41728, &TiffTag::processFileSource},
+        {41729, &TiffTag::processSceneType},
+        {41985, &TiffTag::processCustomRendered},
+        {41986, &TiffTag::processExposureMode},
+        {41987, &TiffTag::processWhiteBalance},
+        {41990, &TiffTag::processSceneCaptureType},
+        {41991, &TiffTag::processGainControl},
+        {41992, &TiffTag::processContrast},
+        {41993, &TiffTag::processSaturation},
+        {41994, &TiffTag::processSharpness},
+        {41996, &TiffTag::processSubjectDistanceRange},
+        {51179, &TiffTag::processDepthFar},
+    };
+    // clang-format on
+
+    if (componentCount == 0 && !isConstructed) {
+        return;
+    }
+    if (!rawText.empty()) {
+        // A text is its own decoding: the output takes rawText where decodedText is empty.
+        return;
+    }
+    if (numericValues.empty() || ifdType == IFDtype_t_::GPS ||
+        ifdType == IFDtype_t_::Interoperability) {
+        return;
+    }
+    if (ifdType != IFDtype_t_::Main && ifdType != IFDtype_t_::EXIF) {
+        raiseFatal(quorra::corvinex::unrecognizedIfdId(static_cast<std::uint32_t>(ifdType)));
+    }
+    const auto* decoder =
+        std::lower_bound(std::begin(decoders), std::end(decoders), tagId,
+                         [](const Decoder& row, std::uint16_t number) { return row.tag < number; });
+    if (decoder != std::end(decoders) && decoder->tag == tagId) {
+        (this->*decoder->process)();
+    }
+}
+
+// Only the first value counts.
+void TiffTag::decodeWord(words::Table table) {
+    decodedText = words::findWord(table, numericValues.front());
+}
+
+void TiffTag::processCompression() {
+    decodeWord(words::compression);
+}
+
+void TiffTag::processPhotometricInterpretation() {
+    decodeWord(words::photometricInterpretation);
+}
+
+void TiffTag::processPlanarConfiguration() {
+    decodeWord(words::planarConfiguration);
+}
+
+void TiffTag::processResolutionUnit() {
+    decodeWord(words::resolutionUnit);
+}
+
+void TiffTag::processPredictor() {
+    decodeWord(words::predictor);
+}
+
+void TiffTag::processInkSet() {
+    decodeWord(words::inkSet);
+}
+
+void TiffTag::processJPEGProc() {
+    decodeWord(words::jpegProc);
+}
+
+void TiffTag::processYCbCrPositioning() {
+    decodeWord(words::yCbCrPositioning);
+}
+
+void TiffTag::processExposureProgram() {
+    decodeWord(words::exposureProgram);
+}
+
+void TiffTag::processMeteringMode() {
+    decodeWord(words::meteringMode);
+}
+
+void TiffTag::processLightSource() {
+    decodeWord(words::lightSource);
+}
+
+void TiffTag::processColorSpace() {
+    decodeWord(words::colorSpace);
+}
+
+void TiffTag::processSensingMethod() {
+    decodeWord(words::sensingMethod);
+}
+
+void TiffTag::processFileSource() {
+    decodeWord(words::fileSource);
+}
+
+void TiffTag::processSceneType() {
+    decodeWord(words::sceneType);
+}
+
+void TiffTag::processCustomRendered() {
+    decodeWord(words::customRendered);
+}
+
+void TiffTag::processExposureMode() {
+    decodeWord(words::exposureMode);
+}
+
+void TiffTag::processWhiteBalance() {
+    decodeWord(words::whiteBalance);
+}
+
+void TiffTag::processSceneCaptureType() {
+    decodeWord(words::sceneCaptureType);
+}
+
+void TiffTag::processGainControl() {
+    decodeWord(words::gainControl);
+}
+
+void TiffTag::processContrast() {
+    decodeWord(words::contrast);
+}
+
+void TiffTag::processSaturation() {
+    decodeWord(words::saturation);
+}
+
+void TiffTag::processSharpness() {
+    decodeWord(words::sharpness);
+}
+
+void TiffTag::processSubjectDistanceRange() {
+    decodeWord(words::subjectDistanceRange);
+}
+
+// Reached only without a text, so the text is never shortened here: trailing zeros go at output.
+void TiffTag::processImageDescription() {
+    if (!rawText.empty()) {
+        rawText.pop_back();
+    }
+}
+
+void TiffTag::processGrayResponseUnit() {
+    const auto* row = std::find_if(
+        std::begin(grayResponseScales), std::end(grayResponseScales),
+        [this](const Scale& candidate) { return candidate.unit == numericValues.front(); });
+    if (row != std::end(grayResponseScales)) {
+        numericValues.front() = row->scale;
+    }
+}
+
+// The packet's bytes as they are; the text replaces the value bytes, so that a large packet is not
+// held three times.
+void TiffTag::processXMP() {
+    releaseRawData();
+    decodedText.reserve(decodedText.size() + numericValues.size());
+    for (const double value : numericValues) {
+        const auto code = static_cast<std::uint32_t>(truncateTo<std::int32_t>(value));
+        decodedText.push_back(static_cast<char>(static_cast<unsigned char>(code & 0xFF)));
+    }
+}
+
+// Where the profile lies, instead of its bytes.
+void TiffTag::processICCProfile() {
+    numericValues = {static_cast<double>(valueOffset)};
+}
+
+// DNG: 1/0 is infinitely far.
+void TiffTag::processDepthFar() {
+    if (lastNumerator == 1.0 && lastDenominator == 0.0) {
+        numericValues = {std::numeric_limits<double>::infinity()};
+    }
+}
+
+}  // namespace corvinex
