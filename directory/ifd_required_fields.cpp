@@ -64,7 +64,7 @@ void IFD::flagDefaultValues(const TiffTag& tag) {
     }
     switch (id) {
         case tag_number::BitsPerSample:
-            bitsPerSample = tag.getNumericValues();
+            bitsPerSample.assign(tag.getNumericValues().begin(), tag.getNumericValues().end());
             tagsSeen.set(id);
             return;
         case tag_number::PhotometricInterpretation:
@@ -99,7 +99,7 @@ void IFD::processRequiredFields() {
                 bitsPerSample.insert(bitsPerSample.end(), samplesPerPixel, 1.0);
                 break;
             case Maker::FromBitsPerSample:
-                tags.emplace_back(required.tag, ifdType, bitsPerSample);
+                tags.emplace_back(required.tag, ifdType, std::span<const double>(bitsPerSample));
                 break;
         }
     }

@@ -99,7 +99,7 @@ TiffTag::TiffTag(int id, IFDtype_t_ kind, unsigned long value)
     processSpecificTag();
 }
 
-TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind, const std::vector<double>& bitsPerSample)
+TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind, std::span<const double> bitsPerSample)
     : tagId(id), isConstructed(true), ifdType(kind) {
     numericValues.reserve(bitsPerSample.size());
     for (const double bits : bitsPerSample) {

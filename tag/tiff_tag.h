@@ -35,7 +35,7 @@ class TiffTag {
     TiffTag(int id, IFDtype_t_ kind, unsigned long value);
     /// The default of MinSampleValue (280), a 0 for each sample, or of MaxSampleValue (281), 2^b -
     /// 1 for each sample of b bits.
-    TiffTag(unsigned short id, IFDtype_t_ kind, const std::vector<double>& bitsPerSample);
+    TiffTag(unsigned short id, IFDtype_t_ kind, std::span<const double> bitsPerSample);
     TiffTag(const TiffTag& other);
     TiffTag(TiffTag&& other) noexcept;
     TiffTag& operator=(const TiffTag&) = delete;
@@ -47,7 +47,7 @@ class TiffTag {
     [[nodiscard]] std::string_view getName() const noexcept { return name; }
     /// The first number, or 0.0 when there is none. The index is accepted and ignored.
     [[nodiscard]] double getNumericValue(int index) const noexcept;
-    [[nodiscard]] const std::vector<double>& getNumericValues() const noexcept {
+    [[nodiscard]] std::span<const double> getNumericValues() const noexcept {
         return numericValues;
     }
     /// Number of directory sets that a pointer tag holds.
