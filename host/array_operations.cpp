@@ -1,0 +1,160 @@
+#include <cstring>
+#include <span>
+#include <stdexcept>
+#include <string>
+
+#include "host/converter.h"
+#include "host/fault_point.h"
+#include "host/interface/array.h"
+#include "host/value_types.h"
+
+namespace {
+
+using host::faultPoint;
+using host::Operation;
+using host::Size;
+using host::Value;
+using host::ValueClass;
+using host::ValuePtr;
+
+Size sizeFrom(std::size_t ndim, const std::size_t* dims) {
+    if (ndim != 2 || dims == nullptr) {
+        throw std::invalid_argument("an array has exactly 2 dimensions");
+    }
+    return {dims[0], dims[1]};
+}
+
+/// The value as the class that an operation works on.
+template <typename Class>
+Class& required(zxArray* value, ValueClass wanted, const char* otherwise) {
+    if (value == nullptr || static_cast<Value*>(value)->valueClass() != wanted) {
+        throw std::invalid_argument(otherwise);
+    }
+    return static_cast<Class&>(*value);
+}
+
+/// Cannot raise, so that a caller loses its ownership only where the slot has taken it.
+void store(ValuePtr& slot, zxArray* value) noexcept {
+    if (slot.get() != value) {
+        slot.reset(value);
+    }
+}
+
+ValuePtr charRowFromUtf8(std::string_view text) {
+    return host::makeCharRow(host::lenientUtf16(host::utf8Converter(), text));
+}
+
+}  // namespace
+
+namespace matrix {
+
+void destroyArray(zxArray* value) noexcept {
+    delete static_cast<Value*>(value);
+}
+
+namespace detail::noninlined::zx_array_api {
+
+double zxGetScalar(const zxArray* value) {
+    faultPoint(Operation::zxGetScalar);
+    if (value == nullptr || value->elementStorage() == nullptr) {
+        throw std::invalid_argument("the value has no number");
+    }
+    const void* const first = value->elementStorage();
+    switch (host::classOf(*value)) {
+        case ValueClass::Uint8:
+            return *static_cast<const unsigned char*>(first);
+        case ValueClass::Char:
+            return *static_cast<const char16_t*>(first);
+        default:
+            return *static_cast<const double*>(first);
+    }
+}
+
+zxArray* zxCreateDoubleScalar(double value) {
+    faultPoint(Operation::zxCreateDoubleScalar);
+    return host::DoubleScalar::make(value).release();
+}
+
+zxArray* zxCreateNumericArray(std::size_t ndim, const std::size_t* dims, zxClassID classId,
+                              zxComplexity complexity) {
+    faultPoint(Operation::zxCreateNumericArray);
+    if (complexity != zxComplexity::Real) {
+        throw std::invalid_argument("numeric arrays are real");
+    }
+    if (classId == zxClassID::Uint8) {
+        return host::Uint8Array::make(sizeFrom(ndim, dims)).release();
+    }
+    if (classId != zxClassID::Double) {
+        throw std::invalid_argument("numeric arrays are double or uint8");
+    }
+    const bool withoutDimensions = ndim == 0 && dims == nullptr;
+    const Size size = withoutDimensions ? Size{0, 0} : sizeFrom(ndim, dims);
+    if (size == Size{1, 1}) {
+        return host::DoubleScalar::make(0).release();
+    }
+    return host::DoubleArray::make(size).release();
+}
+
+zxArray* zxCreateString(const char* text) {
+    faultPoint(Operation::zxCreateString);
+    if (text == nullptr) {
+        throw std::invalid_argument("there is no text");
+    }
+    return charRowFromUtf8(text).release();
+}
+
+zxArray* zxCreateCharArray(std::size_t ndim, const std::size_t* dims) {
+    faultPoint(Operation::zxCreateCharArray);
+    return host::CharArray::make(sizeFrom(ndim, dims)).release();
+}
+
+zxArray* zxCreateCellArray(std::size_t ndim, const std::size_t* dims) {
+    faultPoint(Operation::zxCreateCellArray);
+    return ValuePtr(new host::CellArray(sizeFrom(ndim, dims))).release();
+}
+
+void zxSetCell(zxArray* cell, std::size_t index, zxArray* value) {
+    faultPoint(Operation::zxSetCell);
+    auto& array =
+        required<host::CellArray>(cell, ValueClass::Cell, "the value is not a cell array");
+    store(array.slot(index), value);
+}
+
+zxArray* zxCreateStructArray(std::size_t ndim, const std::size_t* dims, int nfields,
+                             const char** names) {
+    faultPoint(Operation::zxCreateStructArray);
+    if (nfields < 0 || (nfields > 0 && names == nullptr)) {
+        throw std::invalid_argument("a struct array needs its field names");
+    }
+    const std::span<const char* const> fields(names, static_cast<std::size_t>(nfields));
+    return ValuePtr(new host::StructArray(sizeFrom(ndim, dims), fields)).release();
+}
+
+void zxSetField(zxArray* array, std::size_t index, const char* name, zxArray* value) {
+    faultPoint(Operation::zxSetField);
+    auto& target =
+        required<host::StructArray>(array, ValueClass::Struct, "the value is not a struct array");
+    if (name == nullptr) {
+        throw std::invalid_argument("a field has no name");
+    }
+    store(target.slot(index, target.placeOf(name)), value);
+}
+
+}  // namespace detail::noninlined::zx_array_api
+
+unique_zxArray create(const char16_t* text, std::size_t length) {
+    faultPoint(Operation::createFromUtf16);
+    return host::makeCharRow({text, length});
+}
+
+unique_zxArray create(const char* text, std::size_t length) {
+    faultPoint(Operation::createFromNarrow);
+    return charRowFromUtf8({text, length});
+}
+
+zxArray* to_korvel(unique_zxArray handle) {
+    faultPoint(Operation::to_korvel);
+    return handle.release();
+}
+
+}  // namespace matrix

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstddef>
+#include <stdexcept>
+
+#include "host/interface/export.h"
+
+// Failures on command, for tests: any operation that the host supplies can be made to fail at its
+// n-th call in this thread. destroyArray releases and cannot fail.
+
+namespace host {
+
+enum class Operation {
+    zxGetScalar,
+    zxCreateDoubleScalar,
+    zxCreateNumericArray,
+    zxCreateString,
+    zxCreateCharArray,
+    zxCreateCellArray,
+    zxSetCell,
+    zxCreateStructArray,
+    zxSetField,
+    createFromUtf16,
+    createFromNarrow,
+    to_korvel,
+    isScalarText,
+    isString,
+    getString,
+    zxWarningMsgId,
+    do_legacy_zx_error,
+    exists,
+    status,
+    fopen,
+    timezone,
+    from_utc,
+    to_ustring,
+    detect_charset,
+    codecvt_string_to_ustring,
+};
+
+inline constexpr std::size_t operationCount = 25;
+
+/// What a failing operation raises. Two fail otherwise: fopen returns null, and do_legacy_zx_error
+/// returns to the module.
+class ZX_HOST_API OperationFailed : public std::runtime_error {
+  public:
+    explicit OperationFailed(Operation operation);
+    ~OperationFailed() override;
+    [[nodiscard]] Operation operation() const noexcept { return operation_; }
+
+  private:
+    Operation operation_;
+};
+
+/// Makes the n-th call from now on (1 is the next one) of one operation fail once, in this thread,
+/// while it lives. Faults of different operations may stand side by side; an operation has one at a
+/// time, the latest. Raises std::invalid_argument when n is 0.
+class ZX_HOST_API ScopedFault {
+  public:
+    ScopedFault(Operation operation, std::size_t n);
+    ~ScopedFault();
+    ScopedFault(const ScopedFault&) = delete;
+    ScopedFault& operator=(const ScopedFault&) = delete;
+
+  private:
+    Operation operation_;
+};
+
+/// How often this thread has called an operation.
+ZX_HOST_API std::size_t callsOf(Operation operation) noexcept;
+
+}  // namespace host

@@ -1,0 +1,121 @@
+#include "host/message_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <optional>
+#include <variant>
+
+#include "host/unicode.h"
+#include "vocabulary/tag_table.h"
+
+namespace host {
+
+namespace {
+
+using Argument = resource_core::BaseMsgID::Argument;
+
+struct Hole {
+    std::size_t place;
+    std::string_view form;
+};
+
+/// The hole that the text between two braces describes.
+std::optional<Hole> holeFrom(std::string_view inside) {
+    Hole hole{0, {}};
+    const char* const end = inside.data() + inside.size();
+    const auto [rest, error] = std::from_chars(inside.data(), end, hole.place);
+    if (error != std::errc()) {
+        return std::nullopt;
+    }
+    inside.remove_prefix(static_cast<std::size_t>(rest - inside.data()));
+    if (!inside.empty() && inside.front() != ':') {
+        return std::nullopt;
+    }
+    hole.form = inside.substr(inside.empty() ? 0 : 1);
+    return hole;
+}
+
+const char* nameIn(std::span<const corvinex::TagName> table, std::uint64_t number) {
+    const auto row = std::find_if(table.begin(), table.end(), [number](const auto& candidate) {
+        return candidate.number == number;
+    });
+    return row == table.end() ? nullptr : row->name;
+}
+
+/// The name that a tag number has without its directory being known; null when it has none, or has
+/// one as a GPS tag and another as an interoperability tag.
+const char* tagName(std::uint64_t number) {
+    if (const char* const name = nameIn(corvinex::primaryTagTable(), number)) {
+        return name;
+    }
+    const char* const gps = nameIn(corvinex::gpsTagTable(), number);
+    const char* const interop = nameIn(corvinex::interopTagTable(), number);
+    if (gps != nullptr && interop != nullptr) {
+        return nullptr;
+    }
+    return gps != nullptr ? gps : interop;
+}
+
+std::string tagText(std::uint64_t number) {
+    const char* const name = tagName(number);
+    const std::string digits = std::to_string(number);
+    return name == nullptr ? digits : std::string(name) + " (" + digits + ")";
+}
+
+std::string byteText(std::uint64_t number) {
+    std::array<char, 16> digits{};
+    const auto [end, error] =
+        std::to_chars(digits.data(), digits.data() + digits.size(), number, 16);
+    std::string text(digits.data(), end);
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char digit) { return digit >= 'a' ? static_cast<char>(digit - 32) : digit; });
+    return (text.size() < 2 ? "0x0" : "0x") + text;
+}
+
+std::string formedText(const Argument& argument, std::string_view form) {
+    if (const auto* const number = std::get_if<std::uint64_t>(&argument)) {
+        if (form == "tag") {
+            return tagText(*number);
+        }
+        if (form == "byte") {
+            return byteText(*number);
+        }
+    } else if (form == "name" && std::get<std::u16string>(argument).empty()) {
+        return "(unnamed)";
+    }
+    return plainText(argument);
+}
+
+}  // namespace
+
+std::string plainText(const Argument& argument) {
+    if (const auto* const number = std::get_if<std::uint64_t>(&argument)) {
+        return std::to_string(*number);
+    }
+    return displayText(std::get<std::u16string>(argument));
+}
+
+std::string fillHoles(std::string_view pattern, std::span<const Argument> arguments) {
+    std::string text;
+    while (!pattern.empty()) {
+        const std::size_t open = std::min(pattern.find('{'), pattern.size());
+        text += pattern.substr(0, open);
+        pattern.remove_prefix(open);
+        const std::size_t close = pattern.find('}');
+        const std::optional<Hole> hole =
+            close < pattern.size() ? holeFrom(pattern.substr(1, close - 1)) : std::nullopt;
+        if (hole) {
+            text += hole->place < arguments.size() ? formedText(arguments[hole->place], hole->form)
+                                                   : "(not given)";
+            pattern.remove_prefix(close + 1);
+        } else {
+            text += pattern.substr(0, 1);
+            pattern.remove_prefix(std::min<std::size_t>(1, pattern.size()));
+        }
+    }
+    return text;
+}
+
+}  // namespace host

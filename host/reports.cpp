@@ -1,0 +1,49 @@
+#include "host/reports.h"
+
+#include <utility>
+
+#include "host/fault_point.h"
+#include "host/message_catalog.h"
+
+namespace host {
+
+namespace {
+
+thread_local const WarningSink* currentSink = nullptr;
+
+Report reportOf(const resource_core::BaseMsgID& message) {
+    return {message.id(), message.arguments()};
+}
+
+}  // namespace
+
+ScopedWarningSink::ScopedWarningSink(WarningSink sink)
+    : sink_(std::move(sink)), previous_(std::exchange(currentSink, &sink_)) {}
+
+ScopedWarningSink::~ScopedWarningSink() {
+    currentSink = previous_;
+}
+
+Error::Error(Report report) : std::runtime_error(messageText(report)), report_(std::move(report)) {}
+
+Error::~Error() = default;
+
+}  // namespace host
+
+void zxWarningMsgId(const resource_core::BaseMsgID& message) {
+    host::faultPoint(host::Operation::zxWarningMsgId);
+    const host::WarningSink* const sink = host::currentSink;
+    if (sink != nullptr && *sink) {
+        (*sink)(host::reportOf(message));
+    }
+}
+
+namespace matrix::detail {
+
+void do_legacy_zx_error(const foundation::core::except::IUserException& error) {
+    if (!host::faultDue(host::Operation::do_legacy_zx_error)) {
+        throw host::Error(host::reportOf(error.message()));
+    }
+}
+
+}  // namespace matrix::detail

@@ -1,0 +1,76 @@
+#include <langinfo.h>
+#include <unicode/ucsdet.h>
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "host/converter.h"
+#include "host/fault_point.h"
+#include "host/interface/platform.h"
+
+namespace {
+
+struct CloseDetector {
+    void operator()(UCharsetDetector* detector) const noexcept { ucsdet_close(detector); }
+};
+using DetectorPtr = std::unique_ptr<UCharsetDetector, CloseDetector>;
+
+// What every byte sequence can be read as.
+constexpr const char* fallbackCharset = "ISO-8859-1";
+
+host::ConverterPtr openOrFallback(const std::string& charset) {
+    host::ConverterPtr converter = host::openConverter(charset);
+    return converter != nullptr ? std::move(converter) : host::openConverter(fallbackCharset);
+}
+
+/// A converter for the character set of the locale that is current now.
+UConverter& localeConverter() {
+    thread_local std::pair<std::string, host::ConverterPtr> current;
+    const char* const codeset = nl_langinfo(CODESET);
+    if (current.second == nullptr || current.first != codeset) {
+        current = {codeset, openOrFallback(codeset)};
+    }
+    return *current.second;
+}
+
+}  // namespace
+
+namespace fl::i18n {
+
+std::u16string to_ustring(const std::string& text) {
+    host::faultPoint(host::Operation::to_ustring);
+    return host::lenientUtf16(localeConverter(), text);
+}
+
+std::string detect_charset(const char* bytes, std::size_t count,
+                           const std::string& unrecognizedName) {
+    host::faultPoint(host::Operation::detect_charset);
+    if (count == 0) {
+        return unrecognizedName;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    const DetectorPtr detector(ucsdet_open(&status));
+    // The detector counts in 32 bits; what lies beyond cannot change much.
+    constexpr std::size_t most = std::numeric_limits<std::int32_t>::max();
+    ucsdet_setText(detector.get(), bytes, static_cast<std::int32_t>(std::min(count, most)),
+                   &status);
+    const UCharsetMatch* const match = ucsdet_detect(detector.get(), &status);
+    const char* const name = match == nullptr ? nullptr : ucsdet_getName(match, &status);
+    if (status == U_MEMORY_ALLOCATION_ERROR) {
+        throw std::bad_alloc();
+    }
+    return U_FAILURE(status) || name == nullptr ? unrecognizedName : name;
+}
+
+std::u16string codecvt_string_to_ustring(const std::string& bytes, const std::string& charset,
+                                         codecvt_mode mode, KvLocale /*locale*/) {
+    host::faultPoint(host::Operation::codecvt_string_to_ustring);
+    const host::ConverterPtr converter = openOrFallback(charset);
+    return mode == codecvt_mode::lenient ? host::lenientUtf16(*converter, bytes)
+                                         : host::strictUtf16(*converter, bytes);
+}
+
+}  // namespace fl::i18n

@@ -1,0 +1,47 @@
+#include <boost/date_time/posix_time/posix_time_types.hpp>
+#include <ctime>
+#include <stdexcept>
+
+#include "host/fault_point.h"
+#include "host/interface/platform.h"
+
+namespace fl::i18n::time_zone {
+
+namespace {
+
+constexpr const char* utcName = "UTC";
+
+}  // namespace
+
+timezone::timezone(const std::string& name) : name_(name) {
+    host::faultPoint(host::Operation::timezone);
+    if (!name_.empty() && name_ != utcName) {
+        throw std::invalid_argument("the time zone " + name_ + " is not known; there are UTC and " +
+                                    "the local zone, which has the empty name");
+    }
+}
+
+boost::posix_time::ptime from_utc(const boost::posix_time::ptime& utc, const timezone& zone) {
+    host::faultPoint(host::Operation::from_utc);
+    if (utc.is_special() || zone.name() == utcName) {
+        return utc;
+    }
+    const boost::posix_time::ptime epoch(boost::gregorian::date(1970, 1, 1));
+    constexpr std::int64_t perSecond = 1'000'000;
+    const std::int64_t total = (utc - epoch).total_microseconds();
+    // Rounded down: also before 1970 the microseconds count forward from a whole second.
+    const std::int64_t microseconds = (total % perSecond + perSecond) % perSecond;
+    const std::time_t seconds = (total - microseconds) / perSecond;
+    std::tm local{};
+    if (::localtime_r(&seconds, &local) == nullptr) {
+        throw std::out_of_range("the local time of " + std::to_string(seconds) +
+                                " s after 1970 cannot be told");
+    }
+    return {boost::gregorian::date(static_cast<unsigned short>(local.tm_year + 1900),
+                                   static_cast<unsigned short>(local.tm_mon + 1),
+                                   static_cast<unsigned short>(local.tm_mday)),
+            boost::posix_time::time_duration(local.tm_hour, local.tm_min, local.tm_sec) +
+                boost::posix_time::microseconds(microseconds)};
+}
+
+}  // namespace fl::i18n::time_zone

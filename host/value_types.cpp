@@ -1,0 +1,91 @@
+#include "host/value_types.h"
+
+#include <algorithm>
+#include <limits>
+#include <stdexcept>
+#include <string>
+
+namespace host {
+
+namespace {
+
+thread_local std::size_t living = 0;
+
+}  // namespace
+
+std::size_t livingValues() noexcept {
+    return living;
+}
+
+std::size_t checkedProduct(std::size_t left, std::size_t right) {
+    if (right != 0 && left > std::numeric_limits<std::size_t>::max() / right) {
+        throw std::length_error("an array cannot have " + std::to_string(left) + " x " +
+                                std::to_string(right) + " elements");
+    }
+    return left * right;
+}
+
+std::size_t elementsOf(Size size) {
+    return checkedProduct(size.rows, size.columns);
+}
+
+Value::Value() noexcept {
+    ++living;
+}
+
+Value::~Value() {
+    --living;
+}
+
+template <typename Element, ValueClass Class>
+ValuePtr ElementArray<Element, Class>::make(Size size) {
+    static_assert(sizeof(ElementArray) % alignof(Element) == 0);
+    // Objects cannot be longer than ptrdiff_t counts.
+    constexpr auto mostBytes = static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max());
+    const std::size_t count = elementsOf(size);
+    if (count > (mostBytes - sizeof(ElementArray)) / sizeof(Element)) {
+        throw std::length_error("an array cannot have " + std::to_string(count) + " elements");
+    }
+    void* const memory = ::operator new(sizeof(ElementArray) + count * sizeof(Element));
+    auto* const elements =
+        reinterpret_cast<Element*>(static_cast<std::byte*>(memory) + sizeof(ElementArray));
+    std::uninitialized_value_construct_n(elements, count);
+    return ValuePtr(::new (memory) ElementArray(size, elements, count));
+}
+
+template class ElementArray<double, ValueClass::Double>;
+template class ElementArray<unsigned char, ValueClass::Uint8>;
+template class ElementArray<char16_t, ValueClass::Char>;
+
+ValuePtr makeCharRow(std::u16string_view text) {
+    ValuePtr row = CharArray::make({1, text.size()});
+    std::copy(text.begin(), text.end(), static_cast<char16_t*>(row->elementStorage()));
+    return row;
+}
+
+CellArray::CellArray(Size size) : size_(size), cells_(elementsOf(size)) {
+    setElements(nullptr, cells_.size());
+}
+
+StructArray::StructArray(Size size, std::span<const char* const> names)
+    : size_(size), fields_(names), slots_(checkedProduct(elementsOf(size), names.size())) {
+    setElements(nullptr, elementsOf(size));
+}
+
+std::size_t StructArray::placeOf(std::string_view name) const {
+    const std::optional<std::size_t> place = fields_.find(name);
+    if (!place) {
+        throw std::out_of_range("there is no field " + std::string(name));
+    }
+    return *place;
+}
+
+std::size_t StructArray::slotIndex(std::size_t element, std::size_t field) const {
+    if (element >= elementCount() || field >= fields_.size()) {
+        throw std::out_of_range("there is no field " + std::to_string(field) + " of element " +
+                                std::to_string(element));
+    }
+    return element * fields_.size() + field;
+}
+
+}  // namespace host

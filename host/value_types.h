@@ -1,0 +1,139 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+#include "host/field_table.h"
+#include "host/value.h"
+
+// The value classes behind zxArray. Each counts itself among its thread's living values.
+
+namespace host {
+
+/// Elements that an array of a size has; raises std::length_error when size_t cannot count them.
+std::size_t elementsOf(Size size);
+/// The product of two counts; raises std::length_error when size_t cannot hold it.
+std::size_t checkedProduct(std::size_t left, std::size_t right);
+
+/// Base of every value that this host makes.
+class Value : public zxArray {
+  public:
+    virtual ~Value();
+    [[nodiscard]] virtual ValueClass valueClass() const noexcept = 0;
+    [[nodiscard]] virtual Size size() const noexcept = 0;
+
+  protected:
+    Value() noexcept;
+};
+
+/// A 1 x 1 double, by far the most frequent value: it stores no size.
+class DoubleScalar final : public Value {
+  public:
+    static ValuePtr make(double value) { return ValuePtr(new DoubleScalar(value)); }
+    [[nodiscard]] ValueClass valueClass() const noexcept override { return ValueClass::Double; }
+    [[nodiscard]] Size size() const noexcept override { return {1, 1}; }
+
+  private:
+    explicit DoubleScalar(double value) noexcept : value_(value) { setElements(&value_, 1); }
+
+    double value_;
+};
+
+/// A numeric or char array. Its elements stand behind it in the same allocation, so that a short
+/// text or vector costs one.
+template <typename Element, ValueClass Class>
+class ElementArray final : public Value {
+    static_assert(std::is_trivially_destructible_v<Element>);
+
+  public:
+    /// All elements zero. Raises std::length_error when the bytes cannot be counted.
+    static ValuePtr make(Size size);
+
+    [[nodiscard]] ValueClass valueClass() const noexcept override { return Class; }
+    [[nodiscard]] Size size() const noexcept override { return size_; }
+    [[nodiscard]] Element* elements() noexcept { return static_cast<Element*>(elementStorage()); }
+
+    // The allocation is longer than the object, so its size must not reach the deallocation.
+    static void operator delete(void* memory) noexcept { ::operator delete(memory); }
+
+  private:
+    ElementArray(Size size, Element* elements, std::size_t count) noexcept : size_(size) {
+        setElements(count == 0 ? nullptr : elements, count);
+    }
+
+    Size size_;
+};
+
+using DoubleArray = ElementArray<double, ValueClass::Double>;
+using Uint8Array = ElementArray<unsigned char, ValueClass::Uint8>;
+using CharArray = ElementArray<char16_t, ValueClass::Char>;
+
+extern template class ElementArray<double, ValueClass::Double>;
+extern template class ElementArray<unsigned char, ValueClass::Uint8>;
+extern template class ElementArray<char16_t, ValueClass::Char>;
+
+/// A 1 x n char row that holds a text.
+ValuePtr makeCharRow(std::u16string_view text);
+
+/// A string scalar, possibly the missing string.
+class StringScalar final : public Value {
+  public:
+    explicit StringScalar(std::optional<std::u16string> text) noexcept : text_(std::move(text)) {
+        setElements(nullptr, 1);
+    }
+    [[nodiscard]] ValueClass valueClass() const noexcept override { return ValueClass::String; }
+    [[nodiscard]] Size size() const noexcept override { return {1, 1}; }
+    [[nodiscard]] const std::optional<std::u16string>& text() const noexcept { return text_; }
+
+  private:
+    std::optional<std::u16string> text_;
+};
+
+/// A cell array. It owns what its cells hold.
+class CellArray final : public Value {
+  public:
+    explicit CellArray(Size size);
+    [[nodiscard]] ValueClass valueClass() const noexcept override { return ValueClass::Cell; }
+    [[nodiscard]] Size size() const noexcept override { return size_; }
+    /// Raises std::out_of_range.
+    [[nodiscard]] ValuePtr& slot(std::size_t index) { return cells_.at(index); }
+    [[nodiscard]] const ValuePtr& slot(std::size_t index) const { return cells_.at(index); }
+
+  private:
+    Size size_;
+    std::vector<ValuePtr> cells_;
+};
+
+/// A struct array. It owns what its fields hold.
+class StructArray final : public Value {
+  public:
+    StructArray(Size size, std::span<const char* const> names);
+    [[nodiscard]] ValueClass valueClass() const noexcept override { return ValueClass::Struct; }
+    [[nodiscard]] Size size() const noexcept override { return size_; }
+    [[nodiscard]] std::span<const std::string> names() const noexcept { return fields_.names(); }
+    /// The place of a name in names(); raises std::out_of_range when there is no such field.
+    [[nodiscard]] std::size_t placeOf(std::string_view name) const;
+    /// What a field of an element holds; raises std::out_of_range.
+    [[nodiscard]] ValuePtr& slot(std::size_t element, std::size_t field) {
+        return slots_[slotIndex(element, field)];
+    }
+    [[nodiscard]] const ValuePtr& slot(std::size_t element, std::size_t field) const {
+        return slots_[slotIndex(element, field)];
+    }
+
+  private:
+    [[nodiscard]] std::size_t slotIndex(std::size_t element, std::size_t field) const;
+
+    Size size_;
+    FieldTable fields_;
+    std::vector<ValuePtr> slots_;  // the fields of element 0, then those of element 1, ...
+};
+
+}  // namespace host
