@@ -1,0 +1,76 @@
+#include "tool/text_display.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <string>
+
+#include "tool/number_options.h"
+#include "tool/number_text.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+TEST(TextDisplay, PrintableTextStaysAsItIs) {
+    EXPECT_EQ(tool::visibleText(u"Grüße, 世界 \U0001F4F7"), "Grüße, 世界 \U0001F4F7");
+}
+
+TEST(TextDisplay, ControlsAndDirectionMarksAreMadeVisible) {
+    EXPECT_EQ(tool::visibleText(u"a\nb\rc\td\u001b[31m\u0000e\u202e\u009b"s),
+              "a\\nb\\rc\\td\\u001b[31m\\u0000e\\u202e\\u009b");
+}
+
+TEST(TextDisplay, LoneSurrogatesAreMadeVisible) {
+    EXPECT_EQ(tool::visibleText(u"a\xD83D\xDCF7\xD83D"s), "a\U0001F4F7\\ud83d");
+    EXPECT_EQ(tool::visibleText(u"\xDCF7x"s), "\\udcf7x");
+}
+
+TEST(TextDisplay, QuotesAndBackslashesAreEscapedInsideQuotesOnly) {
+    EXPECT_EQ(tool::quotedText(u"a\"b\\c"), R"("a\"b\\c")");
+    EXPECT_EQ(tool::visibleText(u"a\"b\\c"), R"(a"b\c)");
+}
+
+TEST(TextDisplay, BytesThatAreNotUtf8AreShownOneByOne) {
+    EXPECT_EQ(tool::visibleText("a\xE4\n.tif"s), "a\\xe4\\n.tif");
+}
+
+TEST(NumberText, IsTheShortestThatReadsBack) {
+    EXPECT_EQ(tool::numberText(8), "8");
+    EXPECT_EQ(tool::numberText(0.1), "0.1");
+    EXPECT_EQ(tool::numberText(-2.5), "-2.5");
+    EXPECT_EQ(tool::numberText(1e30), "1e+30");
+    EXPECT_EQ(tool::numberText(1.0 / 3), "0.3333333333333333");
+}
+
+TEST(NumberText, NamesWhatIsNotFinite) {
+    EXPECT_EQ(tool::numberText(std::numeric_limits<double>::quiet_NaN()), "NaN");
+    EXPECT_EQ(tool::numberText(std::numeric_limits<double>::infinity()), "Infinity");
+    EXPECT_EQ(tool::numberText(-std::numeric_limits<double>::infinity()), "-Infinity");
+}
+
+TEST(NumberOptions, WholeNumbersGoUpToTheLastExactDouble) {
+    EXPECT_EQ(tool::wholeNumber("0"), 0U);
+    EXPECT_EQ(tool::wholeNumber("010"), 10U);
+    EXPECT_EQ(tool::wholeNumber("9007199254740992"), 9007199254740992U);
+    EXPECT_EQ(tool::wholeNumber("9007199254740993"), std::nullopt);
+    EXPECT_EQ(tool::wholeNumber("18446744073709551616"), std::nullopt);
+    for (const char* text : {"", "-1", "+1", "1.0", "1e3", "0x10", " 1", "1 "}) {
+        EXPECT_EQ(tool::wholeNumber(text), std::nullopt) << text;
+    }
+}
+
+TEST(NumberOptions, AnyNumberIsAnyDouble) {
+    EXPECT_EQ(tool::anyNumber("-1"), -1.0);
+    EXPECT_EQ(tool::anyNumber("2.9"), 2.9);
+    EXPECT_EQ(tool::anyNumber("1e30"), 1e30);
+    EXPECT_EQ(tool::anyNumber("-inf"), -std::numeric_limits<double>::infinity());
+    EXPECT_TRUE(std::isnan(tool::anyNumber("nan").value()));
+    for (const char* text : {"", "one", "1,5", "1.5x", "0x10"}) {
+        EXPECT_EQ(tool::anyNumber(text), std::nullopt) << text;
+    }
+}
+
+}  // namespace

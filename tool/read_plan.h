@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+namespace tool {
+
+/// What a person asked of a file: directories to skip and to keep at most (0 for no limit), and
+/// where the TIFF header is when the tool is not to look for it.
+struct ReadRequest {
+    std::optional<std::uint64_t> headerOffset;
+    std::uint64_t skip = 0;
+    std::uint64_t limit = 0;
+};
+
+/// What is handed to the module so that the read finds the header and comes to an end.
+struct ReadPlan {
+    std::uint64_t headerOffset = 0;
+    std::uint64_t limit = 0;
+    std::string warning;  ///< what the person should know of it; often empty
+};
+
+/// Raised when a file is better not handed to the module; what() says why, without the name.
+class UnreadableFile : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Looks at a file and plans its read: finds the EXIF block of a JPEG, and where no limit was asked
+/// for sets one that ends a chain of directories which comes back on itself, or else one that no
+/// sound chain reaches. Raises UnreadableFile for a JPEG without an EXIF block and for one whose
+/// chain no limit could end.
+ReadPlan planRead(const std::string& path, const ReadRequest& request);
+
+}  // namespace tool

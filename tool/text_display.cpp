@@ -1,0 +1,122 @@
+#include "tool/text_display.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "host/unicode.h"
+
+namespace tool {
+namespace {
+
+struct UnitRange {
+    char16_t first;
+    char16_t last;
+};
+
+// What a terminal would act on or hide instead of showing.
+constexpr std::array invisibleUnits{
+    UnitRange{0x0000, 0x001F},  // C0 controls
+    UnitRange{0x007F, 0x009F},  // delete and C1 controls
+    UnitRange{0x061C, 0x061C},  // Arabic letter mark
+    UnitRange{0x200B, 0x200F},  // zero-width and direction marks
+    UnitRange{0x2028, 0x202E},  // line and paragraph separators, direction overrides
+    UnitRange{0x2060, 0x206F},  // invisible operators, direction isolates
+    UnitRange{0xD800, 0xDFFF},  // surrogates that stand alone
+    UnitRange{0xFEFF, 0xFEFF},  // byte-order mark
+    UnitRange{0xFFF9, 0xFFFB},  // interlinear annotation
+};
+
+constexpr std::string_view hexDigits = "0123456789abcdef";
+
+bool isInvisible(char16_t unit) {
+    return std::any_of(invisibleUnits.begin(), invisibleUnits.end(),
+                       [unit](const UnitRange& r) { return r.first <= unit && unit <= r.last; });
+}
+
+bool isPairAt(std::u16string_view text, std::size_t index) {
+    return text[index] >= 0xD800 && text[index] <= 0xDBFF && index + 1 < text.size() &&
+           text[index + 1] >= 0xDC00 && text[index + 1] <= 0xDFFF;
+}
+
+void appendEscape(std::string& out, char16_t unit) {
+    switch (unit) {
+        case u'\n':
+            out += "\\n";
+            return;
+        case u'\r':
+            out += "\\r";
+            return;
+        case u'\t':
+            out += "\\t";
+            return;
+        default:
+            break;
+    }
+    out += "\\u";
+    for (int shift = 12; shift >= 0; shift -= 4) {
+        out += hexDigits[static_cast<std::size_t>((unit >> shift) & 0xF)];
+    }
+}
+
+void appendVisible(std::string& out, std::u16string_view text, bool quoted) {
+    std::size_t plainFrom = 0;
+    const auto flushPlain = [&](std::size_t end) {
+        out += host::displayText(text.substr(plainFrom, end - plainFrom));
+    };
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (isPairAt(text, i)) {
+            ++i;
+            continue;
+        }
+        const char16_t unit = text[i];
+        const bool needsBackslash = quoted && (unit == u'"' || unit == u'\\');
+        if (!needsBackslash && !isInvisible(unit)) {
+            continue;
+        }
+        flushPlain(i);
+        plainFrom = i + 1;
+        if (needsBackslash) {
+            out += '\\';
+            out += static_cast<char>(unit);
+        } else {
+            appendEscape(out, unit);
+        }
+    }
+    flushPlain(text.size());
+}
+
+}  // namespace
+
+std::string visibleText(std::u16string_view text) {
+    std::string out;
+    appendVisible(out, text, false);
+    return out;
+}
+
+std::string visibleText(std::string_view text) {
+    if (const auto decoded = host::utf16FromUtf8(text)) {
+        return visibleText(*decoded);
+    }
+    std::string out;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            appendVisible(out, std::u16string(1, byte), false);
+        } else {
+            out += "\\x";
+            out += hexDigits[byte >> 4];
+            out += hexDigits[byte & 0xF];
+        }
+    }
+    return out;
+}
+
+std::string quotedText(std::u16string_view text) {
+    std::string out = "\"";
+    appendVisible(out, text, true);
+    out += '"';
+    return out;
+}
+
+}  // namespace tool

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Texts from files and file names as a terminal may safely show them, always valid UTF-8.
+
+namespace tool {
+
+/// UTF-8 of a UTF-16 text with everything that does not print made visible: line feeds and the like
+/// as \n, \r, \t, other controls and direction marks as \uXXXX, lone surrogates too.
+std::string visibleText(std::u16string_view text);
+/// The same of UTF-8; a text that is not valid UTF-8 has its bytes beyond ASCII as \xXX.
+std::string visibleText(std::string_view text);
+/// visibleText between double quotes, with quotes and backslashes inside escaped.
+std::string quotedText(std::u16string_view text);
+
+}  // namespace tool
