@@ -1,5 +1,6 @@
 #include <boost/numeric/conversion/converter_policies.hpp>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -18,12 +19,19 @@ constexpr unsigned int arrayInterfaceVersion = 0x08000000;
 
 using corvinex::HostArray;
 
-/// One request: reads the file, packages the result and closes the file on every road.
-HostArray readTags(std::u16string filename, std::uint64_t headerOffset, std::uint64_t ifdsToSkip,
-                   std::uint64_t maxIfdsPerSet) {
-    corvinex::TagFile file(std::move(filename), headerOffset, ifdsToSkip, maxIfdsPerSet);
-    file.readThroughTagFile();
-    return file.repackageIfds();
+/// One request: reads the file, packages the result and closes the file on every road. Nothing when
+/// a number did not fit its type on the way.
+std::optional<HostArray> readTags(std::u16string filename, double headerOffset, double ifdsToSkip,
+                                  double maxIfdsPerSet) {
+    corvinex::TagFile file(std::move(filename), corvinex::truncateTo<std::uint64_t>(headerOffset),
+                           corvinex::truncateTo<std::uint64_t>(ifdsToSkip),
+                           corvinex::truncateTo<std::uint64_t>(maxIfdsPerSet));
+    try {
+        file.readThroughTagFile();
+        return file.repackageIfds();
+    } catch (const boost::numeric::bad_numeric_cast&) {
+        return std::nullopt;
+    }
 }
 
 }  // namespace
@@ -35,15 +43,12 @@ void zekFunction(int /*outputCount*/, zxArray* outputs[], int /*inputCount*/,
     const double headerOffset = corvinex::getNumberArgument(*inputs[1]);
     const double ifdsToSkip = corvinex::getNumberArgument(*inputs[2]);
     const double maxIfdsPerSet = corvinex::getNumberArgument(*inputs[3]);
-    try {
-        HostArray output =
-            readTags(std::move(filename), corvinex::truncateTo<std::uint64_t>(headerOffset),
-                     corvinex::truncateTo<std::uint64_t>(ifdsToSkip),
-                     corvinex::truncateTo<std::uint64_t>(maxIfdsPerSet));
-        outputs[0] = matrix::to_korvel(std::move(output));
-    } catch (const boost::numeric::bad_numeric_cast&) {
+    std::optional<HostArray> output =
+        readTags(std::move(filename), headerOffset, ifdsToSkip, maxIfdsPerSet);
+    if (!output) {
         corvinex::raiseFatal(quorra::corvinex::argumentOutOfBounds());
     }
+    outputs[0] = matrix::to_korvel(std::move(*output));
 }
 
 void zekfilerequiredapiversion(unsigned int* builtByRelease, unsigned int* targetApiVersion) {

@@ -8,7 +8,7 @@ namespace {
 template <std::size_t ElementSize>
 void reverseElements(unsigned char* bytes, unsigned long count) {
     for (unsigned long i = 0; i < count; ++i, bytes += ElementSize) {
-        std::array<unsigned char, ElementSize> element;
+        std::array<unsigned char, ElementSize> element{};
         std::copy_n(bytes, ElementSize, element.begin());
         std::reverse_copy(element.begin(), element.end(), bytes);
     }

@@ -20,7 +20,7 @@ template <class T>
     if (position > bytes.size() || bytes.size() - position < sizeof(T)) {
         throw std::out_of_range("value outside its buffer");
     }
-    std::array<unsigned char, sizeof(T)> element;
+    std::array<unsigned char, sizeof(T)> element{};
     std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(position), sizeof(T), element.begin());
     return std::bit_cast<T>(element);
 }

@@ -43,15 +43,15 @@ const DirectoryLayout& getDirectoryLayout(FileFormat format) noexcept {
     return layouts[static_cast<std::size_t>(format)];
 }
 
-bool isJpeg(std::u16string path) {
+bool isJpeg(const std::u16string& path) {
     return readSignature<2>(path) == Signature<2>{0xFF, 0xD8};
 }
 
-bool isClassicTiff(std::u16string path) {
+bool isClassicTiff(const std::u16string& path) {
     return isTiffOfVersion(path, 42);
 }
 
-bool isBigTiff(std::u16string path) {
+bool isBigTiff(const std::u16string& path) {
     return isTiffOfVersion(path, 43);
 }
 

@@ -23,10 +23,10 @@ struct DirectoryLayout {
 // short is none of them. Only the signature decides: a BigTIFF header's further fields do not.
 
 /// FF D8, the JPEG start-of-image marker.
-[[nodiscard]] bool isJpeg(std::u16string path);
+[[nodiscard]] bool isJpeg(const std::u16string& path);
 /// "II" or "MM" and 42 in that byte order (TIFF 6.0).
-[[nodiscard]] bool isClassicTiff(std::u16string path);
+[[nodiscard]] bool isClassicTiff(const std::u16string& path);
 /// "II" or "MM" and 43 in that byte order (BigTIFF).
-[[nodiscard]] bool isBigTiff(std::u16string path);
+[[nodiscard]] bool isBigTiff(const std::u16string& path);
 
 }  // namespace corvinex

@@ -23,11 +23,11 @@ namespace corvinex {
 /// Used by one thread.
 class TagFile {
   public:
-    /// Checks that the file exists, detects its kind and opens it. headerOffset is the byte
-    /// position of the TIFF header, maxIfdsPerSet 0 means no limit. Raises statFailure and
-    /// unsupportedFileFormat.
-    TagFile(std::u16string filename, unsigned long long headerOffset, unsigned long ifdsToSkip,
-            unsigned long maxIfdsPerSet);
+    /// Checks that the file exists, detects its kind and opens it. header is the byte position of
+    /// the TIFF header, skip the number of directories to pass over, limit the most directories of
+    /// one set, 0 for any number. Raises statFailure and unsupportedFileFormat.
+    TagFile(std::u16string name, unsigned long long header, unsigned long skip,
+            unsigned long limit);
     TagFile(const TagFile&) = delete;
     TagFile& operator=(const TagFile&) = delete;
 

@@ -54,7 +54,7 @@ std::basic_string<Output> convert(UConverter& converter, std::basic_string_view<
     ucnv_reset(&converter);
     std::basic_string<Output> result;
     result.reserve(input.size());
-    std::array<Output, bufferLength> buffer;
+    std::array<Output, bufferLength> buffer{};
     const Input* source = input.data();
     const Input* const end = source + input.size();
     bool done = input.empty();
