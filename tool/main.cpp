@@ -83,7 +83,7 @@ class BracketedNames {
         return *protected_.insert(std::string("./").append(word)).first;
     }
     void restore(std::string& word) const {
-        if (protected_.count(word) != 0) {
+        if (protected_.contains(word)) {
             word.erase(0, 2);
         }
     }
