@@ -111,7 +111,6 @@ void IFD::processIfdTags() {
 
 void IFD::processEntry(std::span<const unsigned char> entry) {
     TiffTag tag(tagFile, entry, ifdType);
-    tag.releaseRawData();
     flagDefaultValues(tag);
     switch (tag.getId()) {
         case tag_number::ImageWidth:

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "directory/ifd.h"
 #include "directory/ifd_tree.h"
@@ -100,8 +101,9 @@ bool IFDTree::tagAlreadyOnDefaultList(std::string_view name) const {
     return !tagFile->isJpegFile() && std::find(fields.begin(), fields.end(), name) != fields.end();
 }
 
+// What has been packaged is given back at once: the memory serves the host values that follow.
 void IFD::ifd2struct(zxArray& output, std::size_t index) {
-    for (TiffTag& tag : tags) {
+    for (TiffTag& tag : std::exchange(tags, {})) {
         setField(output, index, tag.getName().data(), tag.getZxArray());
     }
     if (unknownTags.empty()) {
@@ -112,6 +114,7 @@ void IFD::ifd2struct(zxArray& output, std::size_t index) {
         unknownTags[i].setUnknownTagZx(*records, i);
     }
     setField(output, index, unknownTagsField, std::move(records));
+    std::vector<TiffTag>().swap(unknownTags);
 }
 
 }  // namespace corvinex

@@ -13,6 +13,7 @@
 #include "file/byte_order.h"
 #include "file/checked_arithmetic.h"
 #include "file/tag_file.h"
+#include "tag/raw_value.h"
 #include "tag/tag_numbers.h"
 #include "tag/tag_validation.h"
 #include "tag/tiff_type.h"
@@ -54,28 +55,24 @@ constexpr std::array<Default, 19> defaults{{
     {325, false, 0},           // TileByteCounts
 }};
 
-bool isRationalType(std::uint32_t type) noexcept {
-    return type == TIFF_RATIONAL || type == TIFF_SRATIONAL;
-}
-
 }  // namespace
 
 TiffTag::TiffTag(TagFile* file, std::span<const unsigned char> entry, IFDtype_t_ kind)
     : tagFile(file),
       tagId(loadFromFile<std::uint16_t>(entry, idPosition, file->getSwapBytes())),
+      dataType(loadFromFile<std::uint16_t>(entry, typePosition, file->getSwapBytes())),
       ifdType(kind) {
     setTagName();
-    dataType = loadFromFile<std::uint16_t>(entry, typePosition, file->getSwapBytes());
     checkDataType();
     componentCount = file->readTagNumComponents(entry);
     checkComponentCount();
-    setTagDataOffset(entry, getElementWidth(dataType));
-    validateTag();
-    processTagData();
+    rawData = std::make_unique<RawValue>();
+    setTagDataOffset(entry);
+    processGenericTag();
 }
 
 TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind)
-    : tagId(id), isConstructed(true), ifdType(kind) {
+    : tagId(id), ifdType(kind), isConstructed(true) {
     setTagName();
     const auto* row = std::find_if(defaults.begin(), defaults.end(),
                                    [id](const Default& candidate) { return candidate.tag == id; });
@@ -85,71 +82,73 @@ TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind)
         dropEntry();
     }
     if (row->hasValue) {
-        numericValues.push_back(row->value);
+        value = row->value;
     }
     processSpecificTag();
 }
 
-TiffTag::TiffTag(int id, IFDtype_t_ kind, unsigned long value)
-    : numericValues(1, static_cast<double>(value)),
+TiffTag::TiffTag(int id, IFDtype_t_ kind, unsigned long number)
+    : value(static_cast<double>(number)),
       tagId(static_cast<std::uint16_t>(id)),
-      isConstructed(true),
-      ifdType(kind) {
+      ifdType(kind),
+      isConstructed(true) {
     setTagName();
     processSpecificTag();
 }
 
 TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind, std::span<const double> bitsPerSample)
-    : tagId(id), isConstructed(true), ifdType(kind) {
-    numericValues.reserve(bitsPerSample.size());
+    : tagId(id), ifdType(kind), isConstructed(true) {
+    Numbers numbers;
+    numbers.reserve(bitsPerSample.size());
     for (const double bits : bitsPerSample) {
-        numericValues.push_back(id == tag_number::MinSampleValue ? 0.0 : std::exp2(bits) - 1.0);
+        numbers.push_back(id == tag_number::MinSampleValue ? 0.0 : std::exp2(bits) - 1.0);
     }
+    setNumbers(std::move(numbers));
     setTagName();
     processSpecificTag();
 }
 
 TiffTag::TiffTag(const TiffTag& other)
-    : imageSourceBytes(other.imageSourceBytes),
-      numericValues(other.numericValues),
-      rawText(other.rawText),
-      decodedText(other.decodedText),
+    : value(other.value),
+      decodedWord(other.decodedWord),
       tagFile(other.tagFile),
-      tagId(other.tagId),
-      dataType(other.dataType),
+      name(other.name),
       componentCount(other.componentCount),
       valueOffset(other.valueOffset),
-      byteCount(other.byteCount),
-      name(other.name),
-      subIfdTrees(other.subIfdTrees) {}
+      tagId(other.tagId),
+      dataType(other.dataType) {}
 
 TiffTag::TiffTag(TiffTag&& other) noexcept
-    : imageSourceBytes(std::move(other.imageSourceBytes)),
-      numericValues(std::move(other.numericValues)),
-      rawText(std::move(other.rawText)),
-      decodedText(std::move(other.decodedText)),
+    : value(std::move(other.value)),
+      decodedWord(other.decodedWord),
       tagFile(other.tagFile),
-      tagId(other.tagId),
-      dataType(other.dataType),
+      name(other.name),
       componentCount(other.componentCount),
       valueOffset(other.valueOffset),
-      byteCount(other.byteCount),
-      name(other.name),
-      subIfdTrees(std::move(other.subIfdTrees)) {}
+      tagId(other.tagId),
+      dataType(other.dataType) {}
 
 TiffTag::~TiffTag() = default;
 
 double TiffTag::getNumericValue(int /*index*/) const noexcept {
-    return numericValues.empty() ? 0.0 : numericValues.front();
+    const auto numbers = getNumericValues();
+    return numbers.empty() ? 0.0 : numbers.front();
 }
 
-void TiffTag::releaseRawData() noexcept {
-    std::vector<unsigned char>().swap(rawData);
+std::span<const double> TiffTag::getNumericValues() const noexcept {
+    if (const auto* number = std::get_if<double>(&value)) {
+        return {number, 1};
+    }
+    const auto* numbers = std::get_if<Numbers>(&value);
+    return numbers == nullptr ? std::span<const double>() : std::span<const double>(*numbers);
 }
 
-void TiffTag::processGenericTag() {
-    validateTag();
-    processTagData();
+std::span<double> TiffTag::getNumericValues() noexcept {
+    if (auto* number = std::get_if<double>(&value)) {
+        return {number, 1};
+    }
+    auto* numbers = std::get_if<Numbers>(&value);
+    return numbers == nullptr ? std::span<double>() : std::span<double>(*numbers);
 }
 
 void TiffTag::setTagName() noexcept {
@@ -157,51 +156,53 @@ void TiffTag::setTagName() noexcept {
                                           ? primaryMap
                                       : ifdType == IFDtype_t_::GPS ? GPSmap
                                                                    : interopMap;
-    const std::string* found = findTagName(dictionary, tagId);
-    name = found == nullptr ? std::string_view() : std::string_view(*found);
+    name = findTagName(dictionary, tagId);
 }
 
 void TiffTag::checkDataType() {
     if (!isKnownTypeCode(dataType)) {
-        const auto code = static_cast<std::uint16_t>(dataType);
-        tagFile->warnOncePerFile("unrecognizedTagFormatId" + std::to_string(code),
-                                 warnings::unrecognizedTagFormatId(code));
+        tagFile->warnOncePerFile("unrecognizedTagFormatId" + std::to_string(dataType),
+                                 warnings::unrecognizedTagFormatId(dataType));
         throw TiffTagsRecoverableError("TiffTag::TiffTag");
     }
     if (dataType == TIFF_NOTYPE) {
-        tagFile->warnOncePerFile("noTypeFormatId" + std::string(name),
-                                 warnings::noTypeFormatId(name));
+        tagFile->warnOncePerFile("noTypeFormatId" + std::string(getName()),
+                                 warnings::noTypeFormatId(getName()));
         dropEntry();
     }
 }
 
 void TiffTag::checkComponentCount() {
     if (componentCount == 0) {
-        tagFile->warnOncePerFile("zeroComponentCount" + std::string(name),
-                                 warnings::zeroComponentCount(name));
+        tagFile->warnOncePerFile("zeroComponentCount" + std::string(getName()),
+                                 warnings::zeroComponentCount(getName()));
     }
     validate_tag_against_number_of_components(tagId, componentCount);
 }
 
-void TiffTag::setTagDataOffset(std::span<const unsigned char> entry, std::uint64_t elementWidth) {
+void TiffTag::setTagDataOffset(std::span<const unsigned char> entry) {
+    const std::uint64_t elementWidth = getElementWidth(dataType);
+    const std::uint64_t byteCount = saturatingMultiply(componentCount, elementWidth);
     // The two halves of a rational are swapped as numbers of their own.
-    const std::uint64_t elementSize = isRationalType(dataType) ? elementWidth / 2 : elementWidth;
+    const bool isRational = dataType == TIFF_RATIONAL || dataType == TIFF_SRATIONAL;
+    const std::uint64_t elementSize = isRational ? elementWidth / 2 : elementWidth;
     const std::uint64_t elementCount =
-        isRationalType(dataType) ? saturatingMultiply(componentCount, 2) : componentCount;
-    byteCount = saturatingMultiply(componentCount, elementWidth);
+        isRational ? saturatingMultiply(componentCount, 2) : componentCount;
 
     if (byteCount <= tagFile->getOffsetSize()) {
         valueOffset = 0;
-        const auto value = entry.subspan(tagFile->getValueFieldPosition(), byteCount);
-        rawData.assign(value.begin(), value.end());
+        const auto inside = entry.subspan(tagFile->getValueFieldPosition(), byteCount);
+        std::copy(inside.begin(), inside.end(), rawData->resize(byteCount).begin());
     } else {
         valueOffset = tagFile->readTagDataOffset(entry);
-        readTagData(elementSize, elementCount);
+        readTagData(byteCount, elementSize, elementCount);
     }
-    raw2native(rawData.data(), elementSize, elementCount, tagFile->getSwapBytes());
+    raw2native(rawData->resize(byteCount).data(), elementSize, elementCount,
+               tagFile->getSwapBytes());
 }
 
-void TiffTag::readTagData(std::uint64_t elementSize, std::uint64_t elementCount) {
+void TiffTag::readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
+                          std::uint64_t elementCount) {
     const std::uint64_t position = saturatingAdd(tagFile->getBaseOffset(), valueOffset);
     if (!tagFile->getStream().seek(position)) {
         tagFile->warnOncePerFile("badTagDataOffsetSeek" + std::to_string(tagId),
@@ -214,9 +215,9 @@ void TiffTag::readTagData(std::uint64_t elementSize, std::uint64_t elementCount)
             warnings::tagDataPastEOF(tagId, byteCount));
         dropEntry();
     }
-    rawData.resize(byteCount);
-    if (tagFile->getStream().read(rawData.data(), elementSize, elementCount) != elementCount) {
-        const std::string label = name.empty() ? std::to_string(tagId) : std::string(name);
+    if (tagFile->getStream().read(rawData->resize(byteCount).data(), elementSize, elementCount) !=
+        elementCount) {
+        const std::string label = name == nullptr ? std::to_string(tagId) : *name;
         tagFile->warnOncePerFile("unableToReadTiffTag" + label,
                                  warnings::unableToReadTiffTag(label, position));
         dropEntry();
@@ -230,17 +231,23 @@ void TiffTag::validateTag() {
         return;
     }
     const std::string actualType = get_datatype_name(static_cast<TIFFDataType>(dataType));
-    const std::string key = std::string(rule->groupWord) + std::string(name) + actualType;
+    const std::string key = std::string(rule->groupWord) + std::string(getName()) + actualType;
     tagFile->warnOncePerFile(
-        key, rule->isMultiple
-                 ? warnings::expectedTagDataFormatMultiple(name, actualType, rule->allowedNames)
-                 : warnings::expectedTagDataFormat(name, rule->allowedNames, actualType));
+        key,
+        rule->isMultiple
+            ? warnings::expectedTagDataFormatMultiple(getName(), actualType, rule->allowedNames)
+            : warnings::expectedTagDataFormat(getName(), rule->allowedNames, actualType));
 }
 
-void TiffTag::processTagData() {
+std::span<const unsigned char> TiffTag::getRawData() const noexcept {
+    return rawData == nullptr ? std::span<const unsigned char>() : rawData->bytes();
+}
+
+void TiffTag::processGenericTag() {
+    validateTag();
     if (isSubIfdPointer()) {
         processSubIfds();
-    } else {
+    } else if (rawData != nullptr) {
         processNormalTagData();
         processSpecificTag();
     }

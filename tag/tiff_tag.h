@@ -2,9 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "directory/ifd_type.h"
@@ -16,12 +18,16 @@ namespace corvinex {
 class IFDTree;
 class TagFile;
 
+class RawValue;
+
 /// One directory entry made into a value: numbers, text, raw bytes, or the directory sets that a
-/// pointer tag leads to. A tag is complete when its constructor returns.
+/// pointer tag leads to. A tag is complete when its constructor returns. A result holds a great
+/// many tags, so they are small: a value of one number needs no memory of its own, and names and
+/// words are those of the constant tables.
 ///
 /// A copy keeps what the output needs and nothing that served the reading: its rawData is empty,
-/// isConstructed false, ifdType 0 and the last rational 0, whatever the source held. A move leaves
-/// the target in the same state as a copy.
+/// isConstructed false and ifdType 0, whatever the source held. A move leaves the target in the
+/// same state as a copy.
 class TiffTag {
   public:
     /// Decodes one raw entry, whose bytes are in the file's order. Moves the file's stream.
@@ -32,7 +38,7 @@ class TiffTag {
     /// TiffTagsRecoverableError for a tag without one.
     TiffTag(unsigned short id, IFDtype_t_ kind);
     /// A tag with a single value.
-    TiffTag(int id, IFDtype_t_ kind, unsigned long value);
+    TiffTag(int id, IFDtype_t_ kind, unsigned long number);
     /// The default of MinSampleValue (280), a 0 for each sample, or of MaxSampleValue (281), 2^b -
     /// 1 for each sample of b bits.
     TiffTag(unsigned short id, IFDtype_t_ kind, std::span<const double> bitsPerSample);
@@ -44,19 +50,16 @@ class TiffTag {
 
     [[nodiscard]] std::uint16_t getId() const noexcept { return tagId; }
     /// The field name, empty for an unknown tag. Lives as long as the module, NUL-terminated.
-    [[nodiscard]] std::string_view getName() const noexcept { return name; }
+    [[nodiscard]] std::string_view getName() const noexcept {
+        return name == nullptr ? std::string_view("") : std::string_view(*name);
+    }
     /// The first number, or 0.0 when there is none. The index is accepted and ignored.
     [[nodiscard]] double getNumericValue(int index) const noexcept;
-    [[nodiscard]] std::span<const double> getNumericValues() const noexcept {
-        return numericValues;
-    }
+    [[nodiscard]] std::span<const double> getNumericValues() const noexcept;
     /// Number of directory sets that a pointer tag holds.
     [[nodiscard]] std::size_t subIfdSize() const noexcept;
-    /// Gives the value bytes back to the system: a tag that is about to be filed needs them no
-    /// more.
-    void releaseRawData() noexcept;
-
-    /// Repeats the tail of the entry constructor on a tag whose value bytes are at hand.
+    /// Repeats the tail of the entry constructor while the value bytes are at hand: numbers are
+    /// overwritten, rationals, texts and directory sets added. The reading path does not call it.
     void processGenericTag();
 
     /// The value of this tag's field: a new host array, or null for a tag without a value. Divides
@@ -69,14 +72,21 @@ class TiffTag {
     [[nodiscard]] static HostArray trim_nulls(std::string_view text);
 
   private:
+    using Numbers = std::vector<double>;
+    using Bytes = std::vector<unsigned char>;
+    using Sets = std::vector<IFDTree>;
+    /// Nothing, one number, several numbers, a text, the bytes of ImageSourceData, directory sets.
+    using Value = std::variant<std::monostate, double, Numbers, std::string, Bytes, Sets>;
+
     // Entry parsing and validation.
     void setTagName() noexcept;
     void checkDataType();
     void checkComponentCount();
-    void setTagDataOffset(std::span<const unsigned char> entry, std::uint64_t elementWidth);
-    void readTagData(std::uint64_t elementSize, std::uint64_t elementCount);
+    void setTagDataOffset(std::span<const unsigned char> entry);
+    [[nodiscard]] std::span<const unsigned char> getRawData() const noexcept;
+    void readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
+                     std::uint64_t elementCount);
     void validateTag();
-    void processTagData();
     [[nodiscard]] bool isSubIfdPointer() const noexcept;
     [[noreturn]] void dropEntry() const;
 
@@ -85,10 +95,13 @@ class TiffTag {
     void processTiffTagRational();
     void processTiffTagSRational();
     void processTiffTagAscii();
-    void processTiffTagSLong8();
     template <class Element>
     void processTiffTagNumbers();
     void warnOfDivisionByZero() const;
+    void setNumbers(Numbers numbers);
+    [[nodiscard]] Numbers takeNumbers();
+    [[nodiscard]] std::span<double> getNumericValues() noexcept;
+    [[nodiscard]] const std::string& getRawText() const noexcept;
 
     // Pointers to further directories.
     void processSubIfds();
@@ -136,23 +149,18 @@ class TiffTag {
     void processSubjectDistanceRange();
     void processDepthFar();
 
-    std::vector<unsigned char> imageSourceBytes;
-    std::vector<double> numericValues;
-    double lastNumerator = 0;
-    double lastDenominator = 0;
-    std::string rawText;
-    std::string decodedText;  // left empty where it would repeat rawText
+    Value value;
+    const char* decodedWord = nullptr;  // of a word table, or null
     TagFile* tagFile = nullptr;
-    std::uint16_t tagId = 0;
-    std::uint32_t dataType = 0;
+    const std::string* name = nullptr;  // of a dictionary, or null for an unknown tag
     std::uint64_t componentCount = 0;
     std::uint64_t valueOffset = 0;
-    bool isConstructed = false;
-    std::uint64_t byteCount = 0;
+    std::uint16_t tagId = 0;
+    std::uint16_t dataType = 0;
     IFDtype_t_ ifdType = IFDtype_t_::Main;
-    std::string_view name;
-    std::vector<unsigned char> rawData;
-    std::vector<IFDTree> subIfdTrees;
+    bool isConstructed = false;
+    bool lastRationalIsOneOverZero = false;
+    std::unique_ptr<RawValue> rawData;  // until the tag is filed
 };
 
 }  // namespace corvinex

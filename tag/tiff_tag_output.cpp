@@ -24,19 +24,21 @@ HostArray TiffTag::getZxArray() {
         case tag_number::ExifIFD:
         case tag_number::GPSInfo:
         case tag_number::InteroperabilityIFD:
-            return subIfdTrees.front().repackageIfds();
+            return std::get<Sets>(value).front().repackageIfds();
         case tag_number::ImageSourceData:
             return getZxArrayImageSourceData();
         default:
             break;
     }
-    if (!decodedText.empty()) {
-        return trim_nulls(decodedText);
+    if (decodedWord != nullptr) {
+        return makeWord(decodedWord);
     }
-    if (!rawText.empty()) {
-        return trim_nulls(rawText);
+    const std::string& text = getRawText();
+    if (!text.empty()) {
+        return trim_nulls(text);
     }
-    return numericValues.empty() ? HostArray() : makeNumberRow(numericValues);
+    const auto numbers = getNumericValues();
+    return numbers.empty() ? HostArray() : makeNumberRow(numbers);
 }
 
 // The file stores all reds, then all greens, then all blues: column-major order makes each a
@@ -44,34 +46,37 @@ HostArray TiffTag::getZxArray() {
 HostArray TiffTag::getZxArrayColormap() {
     constexpr double largestSample = 65535.0;
     constexpr std::size_t channels = 3;
-    if (numericValues.empty()) {
+    const std::span<double> samples = getNumericValues();
+    if (samples.empty()) {
         return {};
     }
-    for (double& value : numericValues) {
-        value /= largestSample;
+    for (double& sample : samples) {
+        sample /= largestSample;
     }
-    return makeNumbers(numericValues, numericValues.size() / channels, channels);
+    return makeNumbers(samples, samples.size() / channels, channels);
 }
 
 HostArray TiffTag::getZxArraySampleFormat() const {
-    if (numericValues.size() == 1) {
-        return makeWord(words::findWord(words::sampleFormat, numericValues.front()));
+    const auto formats = getNumericValues();
+    if (formats.size() == 1) {
+        return makeWord(words::findWord(words::sampleFormat, formats.front()));
     }
-    HostArray cells = makeCellRow(numericValues.size());
-    for (std::size_t i = 0; i < numericValues.size(); ++i) {
-        setCell(*cells, i, makeWord(words::findWord(words::sampleFormat, numericValues[i])));
+    HostArray cells = makeCellRow(formats.size());
+    for (std::size_t i = 0; i < formats.size(); ++i) {
+        setCell(*cells, i, makeWord(words::findWord(words::sampleFormat, formats[i])));
     }
     return cells;
 }
 
 HostArray TiffTag::getZxArrayImageSourceData() const {
-    return makeByteRow(imageSourceBytes);
+    return makeByteRow(std::get<Bytes>(value));
 }
 
 HostArray TiffTag::getZxArraySubIfds() {
-    HostArray cells = makeCellRow(subIfdTrees.size());
-    for (std::size_t i = 0; i < subIfdTrees.size(); ++i) {
-        setCell(*cells, i, subIfdTrees[i].repackageIfds());
+    Sets& sets = std::get<Sets>(value);
+    HostArray cells = makeCellRow(sets.size());
+    for (std::size_t i = 0; i < sets.size(); ++i) {
+        setCell(*cells, i, sets[i].repackageIfds());
     }
     return cells;
 }
@@ -80,10 +85,11 @@ void TiffTag::setUnknownTagZx(zxArray& unknownTags, std::size_t index) const {
     setField(unknownTags, index, "ID", makeNumber(tagId));
     setField(unknownTags, index, "Offset", makeNumber(static_cast<double>(valueOffset)));
     setField(unknownTags, index, "Value",
-             rawText.empty() ? makeNumberRow(numericValues) : getUnknownTagText());
+             getRawText().empty() ? makeNumberRow(getNumericValues()) : getUnknownTagText());
 }
 
 HostArray TiffTag::getUnknownTagText() const {
+    const std::string& rawText = getRawText();
     const std::string charset =
         fl::i18n::detect_charset(rawText.data(), rawText.size(), "<unknown>");
     const std::string text = rawText.substr(0, rawText.find('\0'));
@@ -92,6 +98,12 @@ HostArray TiffTag::getUnknownTagText() const {
     }
     return makeText(fl::i18n::codecvt_string_to_ustring(
         text, charset, fl::i18n::codecvt_mode::lenient, fl::i18n::KvLocale::system));
+}
+
+const std::string& TiffTag::getRawText() const noexcept {
+    static const std::string noText;
+    const auto* text = std::get_if<std::string>(&value);
+    return text == nullptr ? noText : *text;
 }
 
 HostArray TiffTag::trim_nulls(std::string_view text) {

@@ -10,6 +10,7 @@
 #include "file/byte_order.h"
 #include "file/checked_arithmetic.h"
 #include "file/tag_file.h"
+#include "tag/raw_value.h"
 #include "tag/tag_numbers.h"
 #include "tag/tiff_tag.h"
 
@@ -40,16 +41,20 @@ constexpr std::array<std::string_view, 4> enclosingDirectoryWords{
 }  // namespace
 
 std::size_t TiffTag::subIfdSize() const noexcept {
-    return subIfdTrees.size();
+    const auto* sets = std::get_if<Sets>(&value);
+    return sets == nullptr ? 0 : sets->size();
 }
 
 // Offsets are read at a 4-byte stride whatever the type; callers rely on it, the wrong later
 // offsets of 8-byte types included.
 void TiffTag::processSubIfds() {
+    if (!std::holds_alternative<Sets>(value)) {
+        value.emplace<Sets>();
+    }
     FileStream& stream = tagFile->getStream();
     const std::uint64_t previousPosition = stream.tell();
     for (std::uint64_t i = 0; i < componentCount; ++i) {
-        const std::uint64_t offset = loadPadded(rawData, i * sizeof(std::uint32_t));
+        const std::uint64_t offset = loadPadded(getRawData(), i * sizeof(std::uint32_t));
         processSubIfd(saturatingAdd(offset, tagFile->getBaseOffset()));
     }
     // Every reader positions for itself, so a failure here harms nobody.
@@ -66,7 +71,7 @@ void TiffTag::processSubIfd(unsigned long long position) {
     const PointerGuard::FollowedPointer followed(tagFile->getPointerGuard());
     IFDTree tree(tagFile, getSubIfdType());
     if (tree.size() != 0) {
-        subIfdTrees.push_back(std::move(tree));
+        std::get<Sets>(value).push_back(std::move(tree));
     }
 }
 

@@ -5,10 +5,12 @@
 #include <limits>
 #include <string>
 
+#include "directory/ifd_tree.h"
 #include "entry/fatal_errors.h"
 #include "entry/warnings.h"
 #include "file/byte_order.h"
 #include "file/tag_file.h"
+#include "tag/raw_value.h"
 #include "tag/tag_numbers.h"
 #include "tag/tiff_tag.h"
 
@@ -28,15 +30,16 @@ double divide(double numerator, double denominator) noexcept {
 }  // namespace
 
 void TiffTag::processNormalTagData() {
+    const std::span<const unsigned char> bytes = getRawData();
     if (tagId == tag_number::ImageSourceData) {
-        imageSourceBytes.assign(rawData.begin(),
-                                rawData.begin() + static_cast<std::ptrdiff_t>(componentCount));
+        const auto kept = bytes.first(componentCount);
+        value.emplace<Bytes>(kept.begin(), kept.end());
         return;
     }
     switch (dataType) {
         case TIFF_NOTYPE:
-            tagFile->warnOncePerFile("noTypeFormatId" + std::string(name),
-                                     warnings::noTypeFormatId(name));
+            tagFile->warnOncePerFile("noTypeFormatId" + std::string(getName()),
+                                     warnings::noTypeFormatId(getName()));
             dropEntry();
         case TIFF_BYTE:
         case TIFF_UNDEFINED:
@@ -64,7 +67,8 @@ void TiffTag::processNormalTagData() {
         case TIFF_LONG8:
             return processTiffTagNumbers<std::uint64_t>();
         case TIFF_SLONG8:
-            return processTiffTagSLong8();
+            // Read at a 4-byte stride over its 8-byte elements; callers rely on it.
+            return processTiffTagNumbers<std::int32_t>();
         case TIFF_IFD:
         case TIFF_IFD8:
             // A directory offset on a tag that is not a pointer leads nowhere that is known.
@@ -72,40 +76,44 @@ void TiffTag::processNormalTagData() {
                                      warnings::unrecognizedIfd(tagId));
             dropEntry();
         default:
-            raiseFatal(
-                quorra::corvinex::unrecognizedTagFormatId(static_cast<std::uint16_t>(dataType)));
+            raiseFatal(quorra::corvinex::unrecognizedTagFormatId(dataType));
     }
 }
 
 template <class Element>
 void TiffTag::processTiffTagNumbers() {
-    numericValues.resize(componentCount);
-    for (std::size_t i = 0; i < numericValues.size(); ++i) {
-        numericValues[i] = static_cast<double>(loadNative<Element>(rawData, i * sizeof(Element)));
+    const std::span<const unsigned char> bytes = getRawData();
+    if (componentCount == 1) {
+        value = static_cast<double>(loadNative<Element>(bytes, 0));
+        return;
     }
+    Numbers numbers(componentCount);
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        numbers[i] = static_cast<double>(loadNative<Element>(bytes, i * sizeof(Element)));
+    }
+    setNumbers(std::move(numbers));
 }
 
 void TiffTag::processTiffTagAscii() {
-    rawText.append(rawData.begin(), rawData.end());
-}
-
-// SLONG8 is read at a 4-byte stride over its 8-byte elements; callers rely on it.
-void TiffTag::processTiffTagSLong8() {
-    numericValues.resize(componentCount);
-    for (std::size_t i = 0; i < numericValues.size(); ++i) {
-        numericValues[i] = loadNative<std::int32_t>(rawData, i * sizeof(std::int32_t));
+    if (!std::holds_alternative<std::string>(value)) {
+        value.emplace<std::string>();
     }
+    const std::span<const unsigned char> bytes = getRawData();
+    std::get<std::string>(value).append(bytes.begin(), bytes.end());
 }
 
 void TiffTag::processTiffTagRational() {
     bool hasZeroDenominator = false;
-    numericValues.reserve(numericValues.size() + componentCount);
+    Numbers numbers = takeNumbers();
+    numbers.reserve(numbers.size() + componentCount);
     for (std::size_t i = 0; i < componentCount; ++i) {
-        lastNumerator = loadNative<std::uint32_t>(rawData, 8 * i);
-        lastDenominator = loadNative<std::uint32_t>(rawData, 8 * i + 4);
-        hasZeroDenominator = hasZeroDenominator || lastDenominator == 0;
-        numericValues.push_back(divide(lastNumerator, lastDenominator));
+        const double numerator = loadNative<std::uint32_t>(getRawData(), 8 * i);
+        const double denominator = loadNative<std::uint32_t>(getRawData(), 8 * i + 4);
+        hasZeroDenominator = hasZeroDenominator || denominator == 0;
+        lastRationalIsOneOverZero = numerator == 1 && denominator == 0;
+        numbers.push_back(divide(numerator, denominator));
     }
+    setNumbers(std::move(numbers));
     // DNG gives 0/0 and 1/0 a meaning in the depth tags.
     const bool isDepth = tagId == tag_number::DepthNear || tagId == tag_number::DepthFar;
     if (hasZeroDenominator && !isDepth) {
@@ -113,22 +121,39 @@ void TiffTag::processTiffTagRational() {
     }
 }
 
-// Unlike its unsigned twin it leaves the last rational alone and exempts no tag.
+// Unlike its unsigned twin it exempts no tag and has no say in what DepthFar takes for infinity.
 void TiffTag::processTiffTagSRational() {
-    numericValues.reserve(numericValues.size() + componentCount);
+    Numbers numbers = takeNumbers();
+    numbers.reserve(numbers.size() + componentCount);
     for (std::size_t i = 0; i < componentCount; ++i) {
-        const double numerator = loadNative<std::int32_t>(rawData, 8 * i);
-        const double denominator = loadNative<std::int32_t>(rawData, 8 * i + 4);
+        const double numerator = loadNative<std::int32_t>(getRawData(), 8 * i);
+        const double denominator = loadNative<std::int32_t>(getRawData(), 8 * i + 4);
         if (denominator == 0) {
             warnOfDivisionByZero();
         }
-        numericValues.push_back(divide(numerator, denominator));
+        numbers.push_back(divide(numerator, denominator));
     }
+    setNumbers(std::move(numbers));
 }
 
 void TiffTag::warnOfDivisionByZero() const {
-    tagFile->warnOncePerFile("badTagValueDivisionByZero" + std::string(name),
-                             warnings::badTagValueDivisionByZero(name));
+    tagFile->warnOncePerFile("badTagValueDivisionByZero" + std::string(getName()),
+                             warnings::badTagValueDivisionByZero(getName()));
+}
+
+TiffTag::Numbers TiffTag::takeNumbers() {
+    const std::span<const double> numbers = getNumericValues();
+    return {numbers.begin(), numbers.end()};
+}
+
+void TiffTag::setNumbers(Numbers numbers) {
+    if (numbers.empty()) {
+        value = std::monostate();
+    } else if (numbers.size() == 1) {
+        value = numbers.front();
+    } else {
+        value = std::move(numbers);
+    }
 }
 
 }  // namespace corvinex

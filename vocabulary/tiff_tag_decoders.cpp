@@ -2,9 +2,13 @@
 #include <cmath>
 #include <iterator>
 #include <limits>
+#include <string>
+#include <utility>
 
+#include "directory/ifd_tree.h"
 #include "entry/fatal_errors.h"
 #include "entry/numeric_conversion.h"
+#include "tag/raw_value.h"
 #include "tag/tiff_tag.h"
 #include "vocabulary/word_tables.h"
 
@@ -68,11 +72,8 @@ void TiffTag::processSpecificTag() {
     if (componentCount == 0 && !isConstructed) {
         return;
     }
-    if (!rawText.empty()) {
-        // A text is its own decoding: the output takes rawText where decodedText is empty.
-        return;
-    }
-    if (numericValues.empty() || ifdType == IFDtype_t_::GPS ||
+    // A text is its own decoding.
+    if (getNumericValues().empty() || ifdType == IFDtype_t_::GPS ||
         ifdType == IFDtype_t_::Interoperability) {
         return;
     }
@@ -89,7 +90,7 @@ void TiffTag::processSpecificTag() {
 
 // Only the first value counts.
 void TiffTag::decodeWord(words::Table table) {
-    decodedText = words::findWord(table, numericValues.front());
+    decodedWord = words::findWord(table, getNumericValue(0));
 }
 
 void TiffTag::processCompression() {
@@ -188,42 +189,41 @@ void TiffTag::processSubjectDistanceRange() {
     decodeWord(words::subjectDistanceRange);
 }
 
-// Reached only without a text, so the text is never shortened here: trailing zeros go at output.
-void TiffTag::processImageDescription() {
-    if (!rawText.empty()) {
-        rawText.pop_back();
-    }
-}
+// Trailing zeros of a text go at output, and a tag without a text has nothing to shorten.
+void TiffTag::processImageDescription() {}
 
 void TiffTag::processGrayResponseUnit() {
-    const auto* row = std::find_if(
-        std::begin(grayResponseScales), std::end(grayResponseScales),
-        [this](const Scale& candidate) { return candidate.unit == numericValues.front(); });
+    double& unit = getNumericValues().front();
+    const auto* row =
+        std::find_if(std::begin(grayResponseScales), std::end(grayResponseScales),
+                     [unit](const Scale& candidate) { return candidate.unit == unit; });
     if (row != std::end(grayResponseScales)) {
-        numericValues.front() = row->scale;
+        unit = row->scale;
     }
 }
 
-// The packet's bytes as they are; the text replaces the value bytes, so that a large packet is not
-// held three times.
+// The packet's bytes as they are become the value: nobody asks for their numbers any more. The
+// value bytes go first, so that a large packet is not held three times.
 void TiffTag::processXMP() {
-    releaseRawData();
-    decodedText.reserve(decodedText.size() + numericValues.size());
-    for (const double value : numericValues) {
-        const auto code = static_cast<std::uint32_t>(truncateTo<std::int32_t>(value));
-        decodedText.push_back(static_cast<char>(static_cast<unsigned char>(code & 0xFF)));
+    rawData.reset();
+    std::string packet;
+    packet.reserve(getNumericValues().size());
+    for (const double number : getNumericValues()) {
+        const auto code = static_cast<std::uint32_t>(truncateTo<std::int32_t>(number));
+        packet.push_back(static_cast<char>(static_cast<unsigned char>(code & 0xFF)));
     }
+    value = std::move(packet);
 }
 
 // Where the profile lies, instead of its bytes.
 void TiffTag::processICCProfile() {
-    numericValues = {static_cast<double>(valueOffset)};
+    value = static_cast<double>(valueOffset);
 }
 
 // DNG: 1/0 is infinitely far.
 void TiffTag::processDepthFar() {
-    if (lastNumerator == 1.0 && lastDenominator == 0.0) {
-        numericValues = {std::numeric_limits<double>::infinity()};
+    if (lastRationalIsOneOverZero) {
+        value = std::numeric_limits<double>::infinity();
     }
 }
 

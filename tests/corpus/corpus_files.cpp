@@ -31,9 +31,8 @@ std::vector<CorpusFile> corpusFiles(const std::vector<std::string>& kinds) {
         }
         for (const std::string& kind : kinds) {
             if (columns[3] == kind) {
-                files.push_back(
-                    {columns[0], folder / columns[0], kind, columns[10], columns[12] == "-",
-                     columns[12]});
+                files.push_back({columns[0], folder / columns[0], kind, columns[10],
+                                 columns[12] == "-", columns[12]});
             }
         }
     }

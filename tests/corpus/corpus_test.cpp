@@ -30,6 +30,8 @@ ProcessResult runTool(std::vector<std::string> arguments) {
     EXPECT_EQ(result.signal, 0) << result.err;
     EXPECT_TRUE(result.exitStatus == 0 || result.exitStatus == 1)
         << result.exitStatus << ": " << result.err;
+    // A sanitizer's finding ends the tool with status 1 too.
+    EXPECT_EQ(result.err.find("SUMMARY: "), std::string::npos) << result.err;
     return result;
 }
 

@@ -23,9 +23,12 @@ constexpr std::uint16_t xmp = 700;
 
 std::span<const ExpectedName> namesOf(DirectoryKind kind) {
     switch (kind) {
-        case DirectoryKind::Gps: return gpsNames;
-        case DirectoryKind::Interop: return interopNames;
-        default: return primaryNames;
+        case DirectoryKind::Gps:
+            return gpsNames;
+        case DirectoryKind::Interop:
+            return interopNames;
+        default:
+            return primaryNames;
     }
 }
 
@@ -34,8 +37,12 @@ Reading readingOf(const zxArray* value) {
         return {};
     }
     switch (host::classOf(*value)) {
-        case host::ValueClass::Double: return numbersOf(*value);
-        case host::ValueClass::Char: return textOf(*value);
+        case host::ValueClass::Double: {
+            std::vector<double> numbers = numbersOf(*value);
+            return numbers.empty() ? Reading() : numbers;
+        }
+        case host::ValueClass::Char:
+            return textOf(*value);
         case host::ValueClass::Uint8: {
             const auto bytes = host::bytesOf(*value);
             return std::vector<double>(bytes.begin(), bytes.end());
@@ -47,7 +54,8 @@ Reading readingOf(const zxArray* value) {
             }
             return texts;
         }
-        default: throw std::runtime_error("neither numbers nor text");
+        default:
+            throw std::runtime_error("neither numbers nor text");
     }
 }
 
@@ -63,13 +71,9 @@ Reading unknownTag(const zxArray& structs, std::size_t element, std::uint16_t ta
 }
 
 std::string sampleFormatWord(double code) {
-    constexpr const char* words[] = {"unknown",
-                                     "Unsigned integer",
-                                     "Two's complement signed integer",
-                                     "IEEE floating point",
-                                     "Undefined",
-                                     "Complex integer",
-                                     "Complex IEEE floating point"};
+    constexpr const char* words[] = {
+        "unknown",   "Unsigned integer", "Two's complement signed integer", "IEEE floating point",
+        "Undefined", "Complex integer",  "Complex IEEE floating point"};
     const auto index = static_cast<std::size_t>(code);
     return words[index < std::size(words) ? index : 0];
 }
@@ -113,7 +117,8 @@ Reading decoded(std::uint16_t tag, std::vector<double> numbers) {
             text.resize(text.find_last_not_of('\0') + 1);
             return text;
         }
-        default: return numbers;
+        default:
+            return numbers;
     }
 }
 

@@ -111,9 +111,9 @@ TEST_P(DirectorySet, IsMovedWhole) {
     OpenFile file(tiff(), twoDirectories());
     IFDTree original(file.get(), IFDtype_t_::Main);
     IFDTree moved(std::move(original));
-    expectTwoDirectories(moved);
     IFDTree target;
     target = IFDTree(moved);
+    expectTwoDirectories(moved);
     expectTwoDirectories(target);
 }
 
