@@ -1,12 +1,12 @@
 #include "tests/corpus/bounded_process.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -76,6 +76,7 @@ ProcessResult run(std::vector<std::string> words, std::chrono::seconds limit) {
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, folder.path("err").c_str(), flags,
                                      0600);
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words) {
         arguments.push_back(word.data());
     }

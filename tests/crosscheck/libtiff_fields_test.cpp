@@ -321,6 +321,7 @@ TEST_P(WrittenFields, ThatNobodyKnowsAreAmongTheUnknownTags) {
         {60007, {0.5, 2.25}},        {60008, {0.5, -2.25, 1e30F}},
         {60009, {1.0 / 3, -1e300}},  {60010, {-0.5, 2.25}},
         {60011, {0, 128, 255}},      {60012, "A text that nobody knows"},
+        {60013, {1, 4294967295}},
     };
     LibtiffFile file(GetParam());
     file.require(TIFFMergeFieldInfo(file.handle(), kinds, std::size(kinds)) == 0, "new fields");

@@ -49,7 +49,7 @@ class DefaultTags : public EveryTiff {};
 CORVINEX_FOR_EVERY_TIFF(DefaultTags);
 
 TEST_P(DefaultTags, AreAppendedInOneOrder) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(33432, "c"), text(305, "s")});
     TagIds expected{33432, 305};
     expected.insert(expected.end(), allDefaults.begin(), allDefaults.end());
@@ -57,14 +57,14 @@ TEST_P(DefaultTags, AreAppendedInOneOrder) {
 }
 
 TEST_P(DefaultTags, AreNotMadeForADirectoryThatHasThemAll) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add(everyBaselineTag());
     EXPECT_EQ(tagsOf(builder.bytes(), tiff().headerSize()), allDefaults);
 }
 
 TEST_P(DefaultTags, AreMadeForEachTagThatIsMissing) {
     for (std::size_t missing = 0; missing < allDefaults.size(); ++missing) {
-        TiffBuilder builder = this->builder();
+        TiffBuilder builder = newBuilder();
         std::vector<Field> fields = everyBaselineTag();
         fields.erase(fields.begin() + static_cast<std::ptrdiff_t>(missing));
         builder.add(fields);
@@ -76,13 +76,13 @@ TEST_P(DefaultTags, AreMadeForEachTagThatIsMissing) {
 }
 
 TEST_P(DefaultTags, AreNotMadeForPhotometricInterpretation) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(305, "s")});
     EXPECT_FALSE(read(builder.bytes()).isSet("PhotometricInterpretation"));
 }
 
 TEST_P(DefaultTags, HaveTheValuesOfTheStandard) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(305, "s")});
     const Result result = read(builder.bytes());
     EXPECT_TRUE(result.warnings().empty());
@@ -102,7 +102,7 @@ TEST_P(DefaultTags, HaveTheValuesOfTheStandard) {
 }
 
 TEST_P(DefaultTags, HaveNoValueWhereTheStandardHasNone) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(305, "s")});
     const Result result = read(builder.bytes());
     for (const char* field :
@@ -114,7 +114,7 @@ TEST_P(DefaultTags, HaveNoValueWhereTheStandardHasNone) {
 }
 
 TEST_P(DefaultTags, AreNotMadeForAnEntryWithoutAValue) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({numbers(259, SHORT, {}), numbers(274, SHORT, {})});
     const Result result = read(builder.bytes());
     EXPECT_FALSE(result.isSet("Compression"));
@@ -122,7 +122,7 @@ TEST_P(DefaultTags, AreNotMadeForAnEntryWithoutAValue) {
 }
 
 TEST_P(DefaultTags, AreMadeForADroppedEntry) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({at(259, 14, 1, 5), at(258, 15, 1, 8)});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.text("Compression"), "Uncompressed");
@@ -131,7 +131,7 @@ TEST_P(DefaultTags, AreMadeForADroppedEntry) {
 }
 
 TEST_P(DefaultTags, AreMadeForEachDirectoryByItself) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({number(259, SHORT, 5)});
     builder.add({mark(3)});
     builder.chain({0, 1});
@@ -143,7 +143,7 @@ TEST_P(DefaultTags, AreMadeForEachDirectoryByItself) {
 
 // Kept as it is: the entry's number of values is taken, not its value.
 TEST_P(DefaultTags, OfBitsPerSampleCountTheValuesOfSamplesPerPixelNotItsValue) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({number(277, SHORT, 3)});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.number("SamplesPerPixel"), 3);
@@ -152,14 +152,14 @@ TEST_P(DefaultTags, OfBitsPerSampleCountTheValuesOfSamplesPerPixelNotItsValue) {
 }
 
 TEST_P(DefaultTags, SeeNoSamplesPerPixelOfSeveralValuesBecauseThatIsFatal) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({shorts(277, {8, 8, 8})});
     EXPECT_EQ(read(builder.bytes()).error(),
               report("badTagDataCount", {277, "SamplesPerPixel", 3, 1}));
 }
 
 TEST_P(DefaultTags, OfBitsPerSampleAreZeroForATextualSamplesPerPixel) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({ascii(277, "3")});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.warnings(), Reports{report("expectedTagDataFormat",
@@ -171,7 +171,7 @@ TEST_P(DefaultTags, OfBitsPerSampleAreZeroForATextualSamplesPerPixel) {
 }
 
 TEST_P(DefaultTags, OfTheSampleRangeFollowBitsPerSample) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({shorts(258, {8, 16, 1, 0, 4})});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.numbers("MinSampleValue"), (std::vector<double>{0, 0, 0, 0, 0}));
@@ -179,14 +179,14 @@ TEST_P(DefaultTags, OfTheSampleRangeFollowBitsPerSample) {
 }
 
 TEST_P(DefaultTags, OfTheSampleRangeAreReckonedInDoublePrecision) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({shorts(258, {32, 64})});
     EXPECT_EQ(read(builder.bytes()).numbers("MaxSampleValue"),
               (std::vector<double>{4294967295.0, 18446744073709551616.0}));
 }
 
 TEST_P(DefaultTags, OfTheSampleRangeHaveNoValueForAnEmptyBitsPerSample) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({numbers(258, SHORT, {})});
     const Result result = read(builder.bytes());
     EXPECT_FALSE(result.isSet("BitsPerSample"));
@@ -195,7 +195,7 @@ TEST_P(DefaultTags, OfTheSampleRangeHaveNoValueForAnEmptyBitsPerSample) {
 }
 
 TEST_P(DefaultTags, OfTheSampleRangeAreMadeOneByOne) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({shorts(258, {8, 8}), number(281, SHORT, 200)});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.numbers("MinSampleValue"), (std::vector<double>{0, 0}));
@@ -203,7 +203,7 @@ TEST_P(DefaultTags, OfTheSampleRangeAreMadeOneByOne) {
 }
 
 TEST_P(DefaultTags, AreMadeInSubIfds) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1})});
     const std::uint64_t position = builder.positionOf(builder.add({text(305, "s")}));
     const Result result = read(builder.bytes());
@@ -215,7 +215,7 @@ TEST_P(DefaultTags, AreMadeInSubIfds) {
 }
 
 TEST_P(DefaultTags, AreNotMadeInTheOtherKindsOfDirectory) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1}), pointers(34853, LONG, {2})});
     builder.add({text(305, "s"), pointers(40965, LONG, {3})});
     builder.add({text(1, "N")});

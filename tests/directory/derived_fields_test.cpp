@@ -109,7 +109,7 @@ TEST_P(DerivedFields, BitDepthTakesTheLaterEntry) {
 }
 
 TEST_P(DerivedFields, AreThoseOfEachDirectory) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({number(256, SHORT, 1), number(257, SHORT, 2), shorts(258, {8, 8, 8}),
                  number(262, SHORT, 2)});
     builder.add(
@@ -131,7 +131,7 @@ TEST_P(DerivedFields, AreThoseOfEachDirectory) {
 }
 
 TEST_P(DerivedFields, StandInSubIfdsToo) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1})});
     builder.add(
         {number(256, SHORT, 5), number(257, SHORT, 6), shorts(258, {8, 8}), number(262, SHORT, 4)});

@@ -11,7 +11,7 @@ class Chain : public EveryTiff {
   protected:
     /// Directories marked 1, 2, ... one after the other.
     [[nodiscard]] static TiffBuilder markedChain(std::size_t length) {
-        TiffBuilder builder = EveryTiff::builder();
+        TiffBuilder builder = newBuilder();
         std::vector<std::size_t> chain;
         for (std::size_t i = 0; i < length; ++i) {
             chain.push_back(builder.add({mark(i + 1)}));
@@ -35,7 +35,7 @@ TEST_P(Chain, MayLeadBackwardsInTheFile) {
 }
 
 TEST_P(Chain, IsFollowedPastTagsThatMoveTheStream) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1), text(305, "a text outside the entry"), pointers(34665, LONG, {2})});
     builder.add({mark(2), text(305, "another text outside the entry")});
     builder.add({text(36864, "a version outside the entry")});
@@ -75,7 +75,7 @@ TEST_P(Chain, OfADirectoryThatFollowsItselfIsFollowedToTheLimit) {
 }
 
 TEST_P(Chain, OfSubIfdsIsFollowedToTheLimitByItself) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {2}), mark(1)});
     builder.add({mark(2)});
     builder.add({mark(3)});
@@ -92,7 +92,7 @@ TEST_P(Chain, OfSubIfdsIsFollowedToTheLimitByItself) {
 }
 
 TEST_P(Chain, IsNotFollowedFromTheOtherKindsOfDirectory) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1}), pointers(34853, LONG, {2})});
     builder.add({text(36864, "0230"), pointers(40965, LONG, {3})});
     builder.add({text(1, "N")});
@@ -110,7 +110,7 @@ TEST_P(Chain, IsNotFollowedFromTheOtherKindsOfDirectory) {
 }
 
 TEST_P(Chain, OfAnExifDirectoryMayBeMissingFromTheFile) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1})});
     builder.add({number(41990, SHORT, 0)});
     const Result result = read(firstBytes(builder.bytes(), builder.nextFieldOf(1)));
@@ -158,7 +158,7 @@ TEST_P(Chain, EndsWhereTheNextOffsetIsFarOutside) {
 }
 
 TEST_P(Chain, WarnsForEachSetThatEndsOutside) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1})});
     builder.add({mark(2)});
     builder.next(0, 0x70000000).next(1, 0x70000000);
@@ -175,7 +175,7 @@ Bytes behindAHeader(const TiffVariant& tiff, const Bytes& file) {
 
 TEST_P(Chain, IsRelativeToTheHeader) {
     const Bytes bytes = behindAHeader(tiff(), markedChain(3).bytes());
-    const double header = static_cast<double>(tiff().headerSize());
+    const auto header = static_cast<double>(tiff().headerSize());
     const Result result = read(bytes, {header, 0, 0});
     EXPECT_EQ(marks(result), (Marks{1, 2, 3}));
     EXPECT_EQ(result.number("Offset"), 2 * header);

@@ -39,7 +39,7 @@ class DirectorySet : public EveryTiff {
   protected:
     /// Two directories with named and unknown tags.
     [[nodiscard]] static Bytes twoDirectories() {
-        TiffBuilder builder = EveryTiff::builder();
+        TiffBuilder builder = newBuilder();
         builder.add({text(305, "s"), number(256, SHORT, 640), number(65000, SHORT, 1)});
         builder.add({text(306, "d"), number(262, SHORT, 2), shorts(258, {8, 8, 8})});
         builder.chain({0, 1});
@@ -97,7 +97,7 @@ TEST_P(DirectorySet, IsAssignedWhole) {
 TEST_P(DirectorySet, TakesOverNothingOldWhenItIsAssigned) {
     OpenFile file(tiff(), twoDirectories());
     const IFDTree source(file.get(), IFDtype_t_::EXIF);
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(315, "a"), number(65001, SHORT, 1)});
     OpenFile other(tiff(), builder.bytes());
     IFDTree target(other.get(), IFDtype_t_::Main);
@@ -119,7 +119,7 @@ TEST_P(DirectorySet, IsMovedWhole) {
 
 // Kept as it is: the set is cleared before it is compared with its source.
 TEST_P(DirectorySet, LosesItsDirectoriesWhenItIsAssignedToItself) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(305, "s")});
     OpenFile file(tiff(), builder.bytes());
     IFDTree tree(file.get(), IFDtype_t_::Main);
@@ -140,7 +140,7 @@ TEST_P(DirectorySet, OfAnotherKindThanMainHoldsOneDirectory) {
 }
 
 TEST_P(DirectorySet, IsNotLeftHalfMadeByAnErrorThatPasses) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(305, "s")});
     const std::uint64_t position = builder.positionOf(builder.add({shorts(256, {1, 2})}));
     builder.add({text(305, "s")});
@@ -161,7 +161,7 @@ TEST_P(DirectorySet, DirectoriesReadNothingWhenTheyAreMade) {
 }
 
 TEST_P(DirectorySet, UnnamedTagsCountAsOneOfADirectorysFields) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add(
         {number(65000, SHORT, 1), text(305, "s"), number(65001, SHORT, 1), number(256, SHORT, 1)});
     OpenFile file(tiff(), builder.bytes());
@@ -173,7 +173,7 @@ TEST_P(DirectorySet, UnnamedTagsCountAsOneOfADirectorysFields) {
 }
 
 TEST_P(DirectorySet, ADirectoryOfWidthAndLengthAloneHasSizeZero) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({number(256, SHORT, 1), number(257, SHORT, 1)});
     OpenFile file(tiff(), builder.bytes());
     IFD ifd(file.get(), IFDtype_t_::EXIF);
@@ -200,7 +200,7 @@ TEST_P(DirectorySet, ACopyOfADirectoryHasItsTagsAndFactsAndNoEntries) {
 }
 
 TEST_P(DirectorySet, ADirectoryThatCannotStartEndsItsChain) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1)});
     const std::uint64_t position = builder.positionOf(builder.add({}));
     OpenFile file(tiff(), builder.bytes());

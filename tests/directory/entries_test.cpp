@@ -11,7 +11,7 @@ class Entries : public EveryTiff {};
 CORVINEX_FOR_EVERY_TIFF(Entries);
 
 TEST_P(Entries, WidthAndLengthBecomeDerivedFieldsAlone) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({number(256, SHORT, 640), number(257, LONG, 480)});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.number("Width"), 640);
@@ -21,7 +21,7 @@ TEST_P(Entries, WidthAndLengthBecomeDerivedFieldsAlone) {
 }
 
 TEST_P(Entries, WidthAndLengthAreDiscardedByNumberInEveryKindOfDirectory) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1}), pointers(34853, LONG, {2})});
     builder.add({number(256, SHORT, 640), number(257, SHORT, 480), text(305, "x"),
                  pointers(40965, LONG, {3})});
@@ -38,7 +38,7 @@ TEST_P(Entries, WidthAndLengthAreDiscardedByNumberInEveryKindOfDirectory) {
 
 TEST_P(Entries, PointersToDirectoriesOfWidthAndLengthAloneAreDroppedSilently) {
     const std::vector<Field> sizeAlone{number(256, SHORT, 640), number(257, SHORT, 480)};
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1}), pointers(34853, LONG, {1})});
     builder.add(sizeAlone);
     const Result result = read(builder.bytes());
@@ -49,7 +49,7 @@ TEST_P(Entries, PointersToDirectoriesOfWidthAndLengthAloneAreDroppedSilently) {
 
 TEST_P(Entries, PointersThatLeadToNoDirectoryAreDropped) {
     for (const std::uint16_t tag : std::vector<std::uint16_t>{330, 34665, 34853, 40965}) {
-        TiffBuilder builder = this->builder();
+        TiffBuilder builder = newBuilder();
         builder.add({pointers(tag, LONG, {1}), mark(1)});
         builder.add({});
         const Result result = read(builder.bytes());
@@ -61,7 +61,7 @@ TEST_P(Entries, PointersThatLeadToNoDirectoryAreDropped) {
 }
 
 TEST_P(Entries, APointerWithoutOffsetsIsDropped) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({numbers(330, LONG, {}), mark(1)});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.warnings(), Reports{report("zeroComponentCount", {"SubIFDs"})});
@@ -70,7 +70,7 @@ TEST_P(Entries, APointerWithoutOffsetsIsDropped) {
 }
 
 TEST_P(Entries, APointerKeepsTheSetsThatHoldADirectory) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1})});
     builder.add({mark(7)});
     const Result result = read(builder.bytes());
@@ -79,7 +79,7 @@ TEST_P(Entries, APointerKeepsTheSetsThatHoldADirectory) {
 }
 
 TEST_P(Entries, UnnamedEntriesShareOneFieldInEntryOrder) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({number(65001, SHORT, 5), text(305, "x"), number(65000, SHORT, 6),
                  number(65001, SHORT, 7)});
     const Result result = read(builder.bytes());
@@ -93,7 +93,7 @@ TEST_P(Entries, UnnamedEntriesShareOneFieldInEntryOrder) {
 }
 
 TEST_P(Entries, TheKindOfTheDirectoryDecidesWhetherAnEntryIsNamed) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({number(1, SHORT, 9), pointers(34665, LONG, {1}), pointers(34853, LONG, {2})});
     builder.add({number(1, SHORT, 9), text(305, "x"), pointers(40965, LONG, {2})});
     builder.add({text(1, "N"), text(305, "x")});
@@ -107,7 +107,7 @@ TEST_P(Entries, TheKindOfTheDirectoryDecidesWhetherAnEntryIsNamed) {
 }
 
 TEST_P(Entries, OneThatCannotBeReadIsDroppedAndTheOthersStay) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(305, "before"), at(306, 14, 1, 0), at(315, 0, 1, 0), at(316, ASCII, 1000, 8),
                  text(33432, "after")});
     const Result result = read(builder.bytes());
@@ -122,7 +122,7 @@ TEST_P(Entries, OneThatCannotBeReadIsDroppedAndTheOthersStay) {
 }
 
 TEST_P(Entries, ADirectoryWhoseEntriesAllDropStaysForItsDefaults) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({at(305, 14, 1, 0)});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.directories(), 1U);
@@ -130,13 +130,13 @@ TEST_P(Entries, ADirectoryWhoseEntriesAllDropStaysForItsDefaults) {
 }
 
 TEST_P(Entries, AnErrorThatIsNotRecoverableEndsTheRequest) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1), shorts(256, {1, 2})});
     EXPECT_EQ(read(builder.bytes()).error(), report("badTagDataCount", {256, "Width", 2, 1}));
 }
 
 TEST_P(Entries, OfOneNumberTheLaterCounts) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add(
         {text(305, "first"), number(256, SHORT, 1), text(305, "second"), number(256, SHORT, 2)});
     const Result result = read(builder.bytes());
@@ -145,7 +145,7 @@ TEST_P(Entries, OfOneNumberTheLaterCounts) {
 }
 
 TEST_P(Entries, AreNotSorted) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(33432, "c"), text(305, "s"), mark(3)});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.text("Copyright"), "c");
@@ -154,7 +154,7 @@ TEST_P(Entries, AreNotSorted) {
 }
 
 TEST_P(Entries, AfterAPointerAreReadAsThoughTheStreamHadNotMoved) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(305, "a long text outside the entry"), pointers(34665, LONG, {2}),
                  text(33432, "another text outside the entry"), pointers(34853, LONG, {3})});
     builder.add({mark(2)});
@@ -174,7 +174,7 @@ TEST_P(Entries, AfterAPointerAreReadAsThoughTheStreamHadNotMoved) {
 }
 
 TEST_P(Entries, ADirectoryOfWidthAndLengthAloneIsKeptInATiff) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({number(256, SHORT, 1), number(257, SHORT, 2)});
     EXPECT_EQ(read(builder.bytes()).directories(), 1U);
 }

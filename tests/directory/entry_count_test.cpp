@@ -13,7 +13,7 @@ CORVINEX_FOR_EVERY_TIFF(EntryCount);
 TEST_P(EntryCount, OneThatCannotBeReadEndsTheChainWithAWarning) {
     const std::uint64_t size = 64;
     for (std::uint64_t readable = 0; readable < tiff().countSize(); ++readable) {
-        TiffBuilder builder = this->builder();
+        TiffBuilder builder = newBuilder();
         Bytes bytes = builder.first(size - readable).bytes();
         bytes.resize(size);
         const Result result = read(bytes);
@@ -24,7 +24,7 @@ TEST_P(EntryCount, OneThatCannotBeReadEndsTheChainWithAWarning) {
 }
 
 TEST_P(EntryCount, OneThatCannotBeReadKeepsTheDirectoriesBefore) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1)});
     builder.add({mark(2)});
     const std::uint64_t broken = builder.positionOf(builder.add({mark(3)}));
@@ -35,7 +35,7 @@ TEST_P(EntryCount, OneThatCannotBeReadKeepsTheDirectoriesBefore) {
 }
 
 TEST_P(EntryCount, ZeroEndsTheChainWithAWarningAndAnEmptyResult) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({});
     builder.add({mark(2)});
     builder.chain({0, 1});
@@ -46,7 +46,7 @@ TEST_P(EntryCount, ZeroEndsTheChainWithAWarningAndAnEmptyResult) {
 }
 
 TEST_P(EntryCount, ZeroInALaterDirectoryKeepsTheDirectoriesBefore) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1)});
     const std::uint64_t empty = builder.positionOf(builder.add({}));
     builder.add({mark(3)});
@@ -57,7 +57,7 @@ TEST_P(EntryCount, ZeroInALaterDirectoryKeepsTheDirectoriesBefore) {
 }
 
 TEST_P(EntryCount, ItsWarningsAreIssuedEveryTime) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     const std::size_t empty = 1;
     builder.add({pointers(34665, LONG, {empty}), pointers(34853, LONG, {empty})});
     builder.add({});
@@ -66,7 +66,7 @@ TEST_P(EntryCount, ItsWarningsAreIssuedEveryTime) {
 }
 
 TEST_P(EntryCount, OneByteTooFewOfEntriesIsFatal) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1), number(305, BYTE, 0)});
     const Bytes bytes = builder.bytes();
     const std::uint64_t endOfEntries = builder.nextFieldOf(0);
@@ -77,7 +77,7 @@ TEST_P(EntryCount, OneByteTooFewOfEntriesIsFatal) {
 }
 
 TEST_P(EntryCount, ALaterDirectoryThatIsShortIsCalledTheFirstToo) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1)});
     builder.add({mark(2)});
     builder.chain({0, 1});
@@ -86,7 +86,7 @@ TEST_P(EntryCount, ALaterDirectoryThatIsShortIsCalledTheFirstToo) {
 }
 
 TEST_P(EntryCount, AShortDirectoryBehindAPointerIsFatalToo) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1})});
     builder.add({mark(2)});
     const Bytes bytes = firstBytes(builder.bytes(), builder.nextFieldOf(1) - 1);
@@ -94,7 +94,7 @@ TEST_P(EntryCount, AShortDirectoryBehindAPointerIsFatalToo) {
 }
 
 TEST_P(EntryCount, TiffDirectoriesMayBeLongerThanAJpegSegment) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add(unknownEntries(5462));
     const Result result = read(builder.bytes());
     EXPECT_TRUE(result.warnings().empty());

@@ -89,7 +89,7 @@ class FailingSeek : public EveryTiff {};
 CORVINEX_FOR_EVERY_TIFF(FailingSeek);
 
 TEST_P(FailingSeek, ToTheNextOffsetFieldEndsTheChain) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1), farApart()});
     builder.add({mark(2), farApart()});
     builder.add({mark(3)});
@@ -101,7 +101,7 @@ TEST_P(FailingSeek, ToTheNextOffsetFieldEndsTheChain) {
 }
 
 TEST_P(FailingSeek, ToTheNextDirectoryEndsTheChain) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1)});
     builder.add({mark(2), farApart()});
     builder.add({mark(3)});
@@ -113,7 +113,7 @@ TEST_P(FailingSeek, ToTheNextDirectoryEndsTheChain) {
 }
 
 TEST_P(FailingSeek, IsWarnedOfForEachSet) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1}), mark(1)});
     builder.add({mark(2), farApart()});
     builder.add({mark(3)});
@@ -124,7 +124,7 @@ TEST_P(FailingSeek, IsWarnedOfForEachSet) {
 }
 
 TEST_P(FailingSeek, DoesNotHarmASetThatFollowsNoChain) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1}), mark(1)});
     builder.add({farApart()});
     const RefusedPosition refused(builder.nextFieldOf(1));
@@ -134,7 +134,7 @@ TEST_P(FailingSeek, DoesNotHarmASetThatFollowsNoChain) {
 }
 
 TEST_P(FailingSeek, ToASubDirectoryDropsItsPointer) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1}), pointers(34853, LONG, {1}), mark(1), farApart()});
     builder.add({text(1, "N")});
     const RefusedPosition refused(builder.positionOf(1));
@@ -146,9 +146,9 @@ TEST_P(FailingSeek, ToASubDirectoryDropsItsPointer) {
 }
 
 TEST_P(FailingSeek, ToAValueDropsItsEntry) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     // The value lies in the midst of a directory that nothing leads to.
-    TiffBuilder plan = this->builder();
+    TiffBuilder plan = newBuilder();
     plan.add({mark(1), at(305, ASCII, 20, 0), text(306, "d")});
     plan.add({farApart()});
     const std::uint64_t position = plan.valueOf(1, 0) + 200;
@@ -163,7 +163,7 @@ TEST_P(FailingSeek, ToAValueDropsItsEntry) {
 }
 
 TEST_P(FailingSeek, ToTheFirstDirectoryIsFatal) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({farApart()});
     builder.add({mark(1)});
     builder.chain({1});

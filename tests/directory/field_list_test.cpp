@@ -47,13 +47,13 @@ class FieldList : public EveryTiff {};
 CORVINEX_FOR_EVERY_TIFF(FieldList);
 
 TEST_P(FieldList, OfATiffStartsWithTheDefaultFieldsInOneOrder) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1)});
     EXPECT_EQ(fieldsOf(read(builder.bytes()).output()), defaultFields);
 }
 
 TEST_P(FieldList, HasTagFieldsInAscendingOrderOfTheirNumbersAndUnknownTagsLast) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({number(65000, SHORT, 1), pointers(34665, LONG, {1}), text(306, "d"),
                  text(33432, "c"), text(305, "s"), number(255, SHORT, 1),
                  pointers(34853, LONG, {2})});
@@ -65,7 +65,7 @@ TEST_P(FieldList, HasTagFieldsInAscendingOrderOfTheirNumbersAndUnknownTagsLast) 
 }
 
 TEST_P(FieldList, JoinsTheTagsOfAllDirectories) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(33432, "c")});
     builder.add({text(305, "s"), number(65000, SHORT, 1)});
     builder.add({text(315, "a"), text(270, "i"), text(33432, "c")});
@@ -76,7 +76,7 @@ TEST_P(FieldList, JoinsTheTagsOfAllDirectories) {
 }
 
 TEST_P(FieldList, HasNoSecondFieldForATagOnTheDefaultList) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({number(259, SHORT, 5), number(262, SHORT, 2), longs(273, {8}),
                  number(322, LONG, 16), number(263, SHORT, 2), mark(4)});
     const Result result = read(builder.bytes());
@@ -87,7 +87,7 @@ TEST_P(FieldList, HasNoSecondFieldForATagOnTheDefaultList) {
 }
 
 TEST_P(FieldList, KeepsTheFieldOfATagWithoutAValue) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({numbers(305, ASCII, {})});
     const Result result = read(builder.bytes());
     EXPECT_EQ(fieldsOf(result.output()), joined(defaultFields, {"Software"}));
@@ -95,13 +95,13 @@ TEST_P(FieldList, KeepsTheFieldOfATagWithoutAValue) {
 }
 
 TEST_P(FieldList, HasNothingOfADroppedEntry) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({at(305, 14, 1, 0), at(65000, 14, 1, 0)});
     EXPECT_EQ(fieldsOf(read(builder.bytes()).output()), defaultFields);
 }
 
 TEST_P(FieldList, HasNothingOfDirectoriesBeyondTheLimit) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(306, "d")});
     builder.add({text(305, "s"), number(65000, SHORT, 1)});
     builder.chain({0, 1});
@@ -110,7 +110,7 @@ TEST_P(FieldList, HasNothingOfDirectoriesBeyondTheLimit) {
 }
 
 TEST_P(FieldList, OfAnExifSetHasItsTagsAlone) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1})});
     builder.add({number(65000, SHORT, 1), number(41990, SHORT, 0), number(259, SHORT, 6),
                  pointers(40965, LONG, {2}), rationals(33434, RATIONAL, {{1, 60}}),
@@ -122,7 +122,7 @@ TEST_P(FieldList, OfAnExifSetHasItsTagsAlone) {
 }
 
 TEST_P(FieldList, OfAGpsSetHasItsTagsAlone) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34853, LONG, {1})});
     builder.add({text(29, "2024:01:02"), number(500, SHORT, 1), text(1, "N"),
                  numbers(0, BYTE, {2, 3, 0, 0})});
@@ -131,7 +131,7 @@ TEST_P(FieldList, OfAGpsSetHasItsTagsAlone) {
 }
 
 TEST_P(FieldList, OfAnInteroperabilitySetHasItsTagsAlone) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(40965, LONG, {1})});
     builder.add({number(4097, SHORT, 3), text(2, "0100"), text(1, "R98")});
     EXPECT_EQ(fieldsOf(read(builder.bytes()).value("InteroperabilityIFD")),
@@ -140,7 +140,7 @@ TEST_P(FieldList, OfAnInteroperabilitySetHasItsTagsAlone) {
 
 TEST_P(FieldList, OfASetOfUnnamedEntriesIsUnknownTagsAlone) {
     for (const std::uint16_t tag : std::vector<std::uint16_t>{34665, 34853, 40965}) {
-        TiffBuilder builder = this->builder();
+        TiffBuilder builder = newBuilder();
         builder.add({pointers(tag, LONG, {1})});
         builder.add(unknownEntries(2));
         const Result result = read(builder.bytes());
@@ -152,7 +152,7 @@ TEST_P(FieldList, OfASetOfUnnamedEntriesIsUnknownTagsAlone) {
 }
 
 TEST_P(FieldList, OfASubIfdSetIsThatOfAMainSet) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1})});
     builder.add({text(306, "d"), number(65000, SHORT, 1)});
     const Result result = read(builder.bytes());
@@ -162,7 +162,7 @@ TEST_P(FieldList, OfASubIfdSetIsThatOfAMainSet) {
 }
 
 TEST_P(FieldList, OfSubIfdsInAnExifDirectoryIsThatOfAMainSetToo) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1})});
     builder.add({pointers(330, LONG, {2})});
     builder.add({text(306, "d")});
@@ -172,7 +172,7 @@ TEST_P(FieldList, OfSubIfdsInAnExifDirectoryIsThatOfAMainSetToo) {
 }
 
 TEST_P(FieldList, OfEachSubIfdSetIsItsOwn) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1, 2})});
     builder.add({text(305, "s")});
     builder.add({text(306, "d")});

@@ -15,7 +15,7 @@ class FieldValues : public EveryTiff {};
 CORVINEX_FOR_EVERY_TIFF(FieldValues);
 
 TEST_P(FieldValues, ThreeDirectoriesMakeAColumnOfThree) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1)});
     builder.add({mark(2), text(305, "s")});
     builder.add({mark(3)});
@@ -30,7 +30,7 @@ TEST_P(FieldValues, ThreeDirectoriesMakeAColumnOfThree) {
 }
 
 TEST_P(FieldValues, OffsetIsThePlaceOfTheEntryCount) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(305, "a text outside the entry")});
     builder.add({mark(2)});
     builder.chain({1, 0});
@@ -40,7 +40,7 @@ TEST_P(FieldValues, OffsetIsThePlaceOfTheEntryCount) {
 }
 
 TEST_P(FieldValues, FormatVersionIsNeverSet) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1})});
     builder.add({mark(2)});
     const Result result = read(builder.bytes());
@@ -49,7 +49,7 @@ TEST_P(FieldValues, FormatVersionIsNeverSet) {
 }
 
 TEST_P(FieldValues, OfTheFileStandInEveryElementOfEveryMainSet) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {2})});
     builder.add({mark(2)});
     builder.add({mark(3)});
@@ -76,7 +76,7 @@ TEST_P(FieldValues, OfTheFileStandInEveryElementOfEveryMainSet) {
 }
 
 TEST_P(FieldValues, AreMadeAnewForEveryElement) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1)});
     builder.add({mark(1)});
     builder.add({mark(1)});
@@ -92,7 +92,7 @@ TEST_P(FieldValues, AreMadeAnewForEveryElement) {
 }
 
 TEST_P(FieldValues, AreAllGivenBackWithTheResult) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(305, "s"), pointers(330, LONG, {1}), pointers(34665, LONG, {2}),
                  number(65000, SHORT, 1), text(305, "replaced")});
     builder.add({mark(2)});
@@ -107,7 +107,7 @@ TEST_P(FieldValues, AreAllGivenBackWithTheResult) {
 }
 
 TEST_P(FieldValues, ALaterTagOfTheSameNameReplacesTheEarlierOne) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(305, "a"), number(259, SHORT, 5), text(305, "b"), number(259, SHORT, 7)});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.text("Software"), "b");
@@ -115,7 +115,7 @@ TEST_P(FieldValues, ALaterTagOfTheSameNameReplacesTheEarlierOne) {
 }
 
 TEST_P(FieldValues, ALaterTagWithoutAValueUnsetsTheField) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add(
         {text(305, "a"), numbers(305, ASCII, {}), number(259, SHORT, 5), numbers(259, SHORT, {})});
     const Result result = read(builder.bytes());
@@ -124,7 +124,7 @@ TEST_P(FieldValues, ALaterTagWithoutAValueUnsetsTheField) {
 }
 
 TEST_P(FieldValues, ALaterPointerOfTheSameNameReplacesTheEarlierOne) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1}), pointers(34665, LONG, {2})});
     builder.add({text(305, "first")});
     builder.add({text(306, "second")});
@@ -133,7 +133,7 @@ TEST_P(FieldValues, ALaterPointerOfTheSameNameReplacesTheEarlierOne) {
 }
 
 TEST_P(FieldValues, UnknownTagsAreThoseOfEachDirectory) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({number(65000, SHORT, 1), number(65001, SHORT, 2)});
     builder.add({mark(1)});
     builder.add({longs(65002, {3, 4, 5})});
@@ -150,7 +150,7 @@ TEST_P(FieldValues, UnknownTagsAreThoseOfEachDirectory) {
 }
 
 TEST_P(FieldValues, OfSubIfdsIsARowOfOneStructArrayForEachTarget) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     if (tiff().layout == Layout::Big) {
         builder.add({pointers(330, LONG, {1, 3}), mark(9)});
     } else {
@@ -175,7 +175,7 @@ TEST_P(FieldValues, OfSubIfdsIsARowOfOneStructArrayForEachTarget) {
 }
 
 TEST_P(FieldValues, OfSubIfdsLeaveOutTargetsWithoutADirectory) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1, 2, 3})});
     builder.add({mark(1)});
     builder.add({});
@@ -190,7 +190,7 @@ TEST_P(FieldValues, OfSubIfdsLeaveOutTargetsWithoutADirectory) {
 
 TEST_P(FieldValues, OfPointersAreTheStructArraysOfTheirFirstSet) {
     for (const std::uint16_t tag : std::vector<std::uint16_t>{34665, 34853, 40965}) {
-        TiffBuilder builder = this->builder();
+        TiffBuilder builder = newBuilder();
         builder.add({pointers(tag, LONG, {1, 2})});
         builder.add({text(1, "first")});
         builder.add({text(1, "second"), text(2, "second")});
@@ -203,7 +203,7 @@ TEST_P(FieldValues, OfPointersAreTheStructArraysOfTheirFirstSet) {
 }
 
 TEST_P(FieldValues, NestWherePointersNest) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1})});
     builder.add({pointers(34665, LONG, {2})});
     builder.add({pointers(40965, LONG, {3}), pointers(34853, LONG, {4})});
@@ -218,7 +218,7 @@ TEST_P(FieldValues, NestWherePointersNest) {
 }
 
 TEST_P(FieldValues, AColormapIsScaledOnceInEachElementOfACycle) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({shorts(320, {0, 65535, 65535, 0, 13107, 0})});
     builder.nextDirectory(0, 0);
     const Result result = read(builder.bytes(), {0, 0, 3});
@@ -229,13 +229,13 @@ TEST_P(FieldValues, AColormapIsScaledOnceInEachElementOfACycle) {
 }
 
 TEST_P(FieldValues, AreMissingAltogetherWithoutADirectory) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({});
     EXPECT_TRUE(isEmptyResult(read(builder.bytes())));
 }
 
 TEST_P(FieldValues, ThatCannotBeMadeEndTheRequestWithoutALeak) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({text(305, "s"), pointers(330, LONG, {1}), pointers(34665, LONG, {2}),
                  number(65000, SHORT, 1)});
     builder.add({mark(2)});

@@ -108,7 +108,7 @@ CORVINEX_FOR_EVERY_TIFF(PointerLoops);
 
 TEST_P(PointerLoops, ADirectoryThatPointsToItselfLosesThePointer) {
     for (const std::uint16_t tag : std::vector<std::uint16_t>{330, 34665}) {
-        TiffBuilder builder = this->builder();
+        TiffBuilder builder = newBuilder();
         builder.add({pointers(tag, LONG, {0}), mark(4)});
         const Result result = read(builder.bytes());
         EXPECT_EQ(result.warnings(), Reports{report("illegallyNestedIFD", {tag, "Main"})});
@@ -118,7 +118,7 @@ TEST_P(PointerLoops, ADirectoryThatPointsToItselfLosesThePointer) {
 }
 
 TEST_P(PointerLoops, AnExifDirectoryThatPointsUpwardsLosesThePointer) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1}), mark(4)});
     builder.add({text(305, "s"), pointers(34665, LONG, {0}), pointers(34665, LONG, {1}),
                  pointers(330, LONG, {0})});
@@ -129,7 +129,7 @@ TEST_P(PointerLoops, AnExifDirectoryThatPointsUpwardsLosesThePointer) {
 }
 
 TEST_P(PointerLoops, GpsAndInteroperabilityDirectoriesMayBeTheDirectoryThatPoints) {
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({number(1, SHORT, 7), pointers(40965, LONG, {0})});
     const Result result = read(builder.bytes());
     // Read again as an interoperability directory, where the pointer itself is illegal.
@@ -141,7 +141,7 @@ TEST_P(PointerLoops, GpsAndInteroperabilityDirectoriesMayBeTheDirectoryThatPoint
 TEST_P(PointerLoops, ThroughTheChainOfASubIfdEndAtTheDeepestNest) {
     // The second directory points to the first, which is not open any more. The set made for it is
     // a chain in which the second directory comes again, pointer and all.
-    TiffBuilder builder = this->builder();
+    TiffBuilder builder = newBuilder();
     builder.add({mark(1)});
     builder.add({mark(2), pointers(330, LONG, {0})});
     builder.chain({0, 1});
@@ -159,7 +159,7 @@ TEST_P(PointerLoops, ThroughTheChainOfASubIfdEndAtTheDeepestNest) {
 
 TEST_P(PointerLoops, ANestOf64PointersIsReadAndThe65thIsRefused) {
     for (const std::size_t depth : {64U, 65U}) {
-        TiffBuilder builder = this->builder();
+        TiffBuilder builder = newBuilder();
         for (std::size_t i = 0; i < depth; ++i) {
             builder.add({pointers(330, LONG, {i + 1}), mark(i)});
         }

@@ -52,7 +52,7 @@ inline constexpr TiffVariant bigEndianBigTiff{"BigEndianBigTiff", Order::Big, La
 class EveryTiff : public ::testing::TestWithParam<TiffVariant> {
   protected:
     [[nodiscard]] static const TiffVariant& tiff() { return GetParam(); }
-    [[nodiscard]] static TiffBuilder builder() { return GetParam().builder(); }
+    [[nodiscard]] static TiffBuilder newBuilder() { return GetParam().builder(); }
 };
 
 inline std::string nameOfVariant(const ::testing::TestParamInfo<TiffVariant>& info) {

@@ -79,7 +79,7 @@ struct Ring {
     Ring(Order order, Layout layout, std::size_t tail, std::size_t cycle) : builder(order, layout) {
         std::vector<std::size_t> chain;
         for (std::size_t i = 0; i < tail + cycle; ++i) {
-            names.push_back("d" + std::to_string(i));
+            names.push_back(std::to_string(i));
             chain.push_back(builder.add({test::text(305, names.back())}));
         }
         builder.chain(chain).nextDirectory(chain.back(), tail);
