@@ -61,19 +61,26 @@ void IFD::process() {
 void IFD::readEntryCount() {
     unsigned long long count = 0;
     if (tagFile->freadNumDirectoryEntries(&count) != 1) {
-        warn(warnings::numberOfDirectoryEntriesReadError(ifdOffset));
+        refuse(warnings::numberOfDirectoryEntriesReadError(ifdOffset));
         throw StopProcessingIfdChainException("IFD::process");
     }
     numberOfEntries = count;
     if (numberOfEntries == 0) {
-        warn(warnings::numDirectoryEntriesIsZero(ifdOffset));
+        refuse(warnings::numDirectoryEntriesIsZero(ifdOffset));
         throw StopProcessingIfdChainException("IFD::process");
     }
     entriesLength = saturatingMultiply(numberOfEntries, tagFile->getEntrySize());
     if (tagFile->isJpegFile() && entriesLength > maximumApp1Length) {
-        warn(warnings::jpegApp1MaximumLengthExceeded(numberOfEntries));
+        refuse(warnings::jpegApp1MaximumLengthExceeded(numberOfEntries));
         throw TiffTagsRecoverableError("IFD::process");
     }
+}
+
+// A directory that yields nothing counts as one entry all the same: a small file can hold millions
+// of pointers to it.
+void IFD::refuse(const resource_core::BaseMsgID& warning) const {
+    tagFile->getPointerGuard().countEntries(tagFile->getEntrySize());
+    warn(warning);
 }
 
 void IFD::readEntries() {

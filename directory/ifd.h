@@ -8,6 +8,7 @@
 
 #include "directory/ifd_type.h"
 #include "entry/host_value.h"
+#include "host/interface/message.h"
 #include "tag/tiff_tag.h"
 
 namespace corvinex {
@@ -58,6 +59,7 @@ class IFD {
     void processIfdTags();
     void processEntry(std::span<const unsigned char> entry);
     void readEntryCount();
+    void refuse(const resource_core::BaseMsgID& warning) const;
     void readEntries();
     void flagDefaultValues(const TiffTag& tag);
     void processRequiredFields();

@@ -48,7 +48,8 @@ class PointerGuard {
         PointerGuard& guard_;
     };
 
-    /// Notes the entry bytes of a directory that was read; they count while a pointer is followed.
+    /// Notes the entry bytes of a directory that was read, or one entry's for a directory that
+    /// could not be; they count while a pointer is followed.
     void countEntries(std::uint64_t bytes) noexcept;
 
     /// Whether a pointer that makes a set of this kind at this absolute position may be followed:

@@ -39,8 +39,6 @@ constexpr Message catalog[] = {
      "The modification time of the file cannot be written as a text"},
     {"quorra:corvinex:badTagDataCount",
      "Tag {1:name} ({0}) has a value count of {2}; it must be {3}"},
-    // Both an error and a warning.
-    {"quorra:corvinex:unrecognizedTagFormatId", "The field type code {0} of a tag is not known"},
     {"quorra:corvinex:unrecognizedIfdId", "The directory kind {0} is not known"},
     {"quorra:corvinex:argumentOutOfBounds",
      "A number does not fit the range of what it is used for"},
@@ -59,14 +57,16 @@ constexpr Message catalog[] = {
      "read"},
     {"quorra:corvinex:badNextIfdPointerSeek",
      "The position of the next directory, or of the offset that leads to it, cannot be reached; "
-     "the "
-     "chain of directories ends there"},
+     "the chain of directories ends there"},
     {"quorra:corvinex:nextIfdPointerOutOfRange",
      "The next directory, at position {0}, lies past the end of the file; the chain of directories "
      "ends before it"},
     {"quorra:corvinex:nextIfdOffsetReadError",
      "The offset of the next directory, at position {0}, cannot be read; the chain of directories "
      "ends there"},
+
+    // Both an error and a warning about one tag.
+    {"quorra:corvinex:unrecognizedTagFormatId", "The field type code {0} of a tag is not known"},
 
     // Warnings about one tag.
     {"quorra:corvinex:zeroComponentCount",

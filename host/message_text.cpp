@@ -37,25 +37,14 @@ std::optional<Hole> holeFrom(std::string_view inside) {
     return hole;
 }
 
-const char* nameIn(std::span<const corvinex::TagName> table, std::uint64_t number) {
+/// The name of a tag of main and EXIF directories, or null. Numbers of GPS and interoperability
+/// tags are left unnamed: the report does not tell in which directory they stood.
+const char* tagName(std::uint64_t number) {
+    const auto table = corvinex::primaryTagTable();
     const auto row = std::find_if(table.begin(), table.end(), [number](const auto& candidate) {
         return candidate.number == number;
     });
     return row == table.end() ? nullptr : row->name;
-}
-
-/// The name that a tag number has without its directory being known; null when it has none, or has
-/// one as a GPS tag and another as an interoperability tag.
-const char* tagName(std::uint64_t number) {
-    if (const char* const name = nameIn(corvinex::primaryTagTable(), number)) {
-        return name;
-    }
-    const char* const gps = nameIn(corvinex::gpsTagTable(), number);
-    const char* const interop = nameIn(corvinex::interopTagTable(), number);
-    if (gps != nullptr && interop != nullptr) {
-        return nullptr;
-    }
-    return gps != nullptr ? gps : interop;
 }
 
 std::string tagText(std::uint64_t number) {

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "directory/ifd_tree.h"
@@ -31,12 +32,18 @@ std::uint32_t loadPadded(std::span<const unsigned char> bytes, std::uint64_t pos
 }
 
 /// What a report calls the directory that holds a refused pointer.
-constexpr std::array<std::string_view, 4> enclosingDirectoryWords{
-    "Main",              // IFDtype_t_::Main
-    "GPS",               // IFDtype_t_::GPS
-    "Interoperability",  // IFDtype_t_::Interoperability
-    "EXIF",              // IFDtype_t_::EXIF
-};
+std::string_view getEnclosingDirectoryWord(IFDtype_t_ kind) noexcept {
+    switch (kind) {
+        case IFDtype_t_::Main:
+            return "Main";
+        case IFDtype_t_::EXIF:
+            return "EXIF";
+        case IFDtype_t_::GPS:
+            return "GPS";
+        default:
+            return "Interoperability";
+    }
+}
 
 }  // namespace
 
@@ -80,7 +87,7 @@ void TiffTag::checkThatProposedNewSubIfdIsLegal(std::uint64_t position) {
     if (kindIsLegal && tagFile->getPointerGuard().isAllowed(getSubIfdType(), position)) {
         return;
     }
-    const std::string_view word = enclosingDirectoryWords[static_cast<std::size_t>(ifdType)];
+    const std::string_view word = getEnclosingDirectoryWord(ifdType);
     tagFile->warnOncePerFile("illegallyNestedIFD" + std::to_string(tagId) + std::string(word),
                              warnings::illegallyNestedIFD(tagId, word));
     dropEntry();

@@ -4,13 +4,19 @@
 #include <string>
 #include <vector>
 
+#include "directory/ifd_tree.h"
+#include "directory/pointer_guard.h"
+#include "entry/internal_errors.h"
 #include "tests/support/single_directory.h"
+#include "tests/tag/tag_bench.h"
 
 // Which pointers are followed from where, and which are refused.
 
 namespace {
 
 using namespace test;
+using corvinex::IFDtype_t_;
+using corvinex::PointerGuard;
 
 constexpr PointerTag subIfds{330, "SubIFDs"};
 constexpr PointerTag allPointers[] = {subIfds, exifPointer, gpsPointer, interopPointer};
@@ -239,6 +245,40 @@ TEST(PointerBudget, EndsRepeatedReadingOfOneLargeDirectory) {
     const Result bomb = read(bytesFor(most + 1));
     EXPECT_EQ(bomb.warnings(), Reports{refused(330, "Main")});
     EXPECT_FALSE(bomb.hasField("SubIFDs"));
+}
+
+/// Whether a guard whose budget is just spent allows one more pointer after a set was read at a
+/// position.
+bool isAllowedAfterReading(TagBench& bench, std::uint64_t position) {
+    PointerGuard& guard = bench.file().getPointerGuard();
+    const PointerGuard::FollowedPointer followed(guard);
+    guard.countEntries(PointerGuard::budgetPerFileByte * bench.file().getFileSize() +
+                       PointerGuard::budgetAtLeast);
+    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::EXIF, 1));
+    EXPECT_TRUE(bench.file().getStream().seek(position));
+    EXPECT_EQ(corvinex::IFDTree(&bench.file(), IFDtype_t_::EXIF).size(), 0U);
+    return guard.isAllowed(IFDtype_t_::EXIF, 1);
+}
+
+TEST(PointerBudget, IsSpentByADirectoryWithoutEntries) {
+    ByteWriter writer(Order::Little);
+    writer.text("II").number(42, 2).number(8, 4).number(0, 2).number(0, 4);
+    TagBench bench(writer.bytes());
+    EXPECT_FALSE(isAllowedAfterReading(bench, 8));
+    EXPECT_EQ(bench.takeWarnings(), Reports{report("numDirectoryEntriesIsZero", {8})});
+}
+
+TEST(PointerBudget, IsSpentByADirectoryPastTheEndOfTheFile) {
+    TagBench bench(tiffOf({}));
+    EXPECT_FALSE(isAllowedAfterReading(bench, 5000));
+    EXPECT_EQ(bench.takeWarnings(), Reports{report("numberOfDirectoryEntriesReadError", {5000})});
+}
+
+TEST(PointerNesting, InADirectoryOfNoKnownKindIsRefusedAsInAnInteroperabilityDirectory) {
+    TagBench bench(tiffOf({}));
+    EXPECT_THROW(bench.make(rawEntry(34665, LONG, 1, 8), static_cast<IFDtype_t_>(4)),
+                 corvinex::TiffTagsRecoverableError);
+    EXPECT_EQ(bench.takeWarnings(), Reports{refused(34665, "Interoperability")});
 }
 
 TEST(PointerBudget, IsNotSpentByTheMainChain) {
