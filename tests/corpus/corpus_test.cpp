@@ -73,8 +73,21 @@ TEST_F(Corpus, EveryJpegIsReadOrRefusedInOrder) {
         if (file.headerPosition != "-1") {
             callRecord(file, {limitOption, "--header-offset=" + file.headerPosition});
         }
+        const Json record = callRecord(file, {limitOption});
+        EXPECT_FALSE(record.at("error").is_null())
+            << "a JPEG file does not start with a TIFF header";
         runTool({"show", file.path.string()});
     }
+}
+
+TEST_F(Corpus, IsShownByOneCommand) {
+    std::vector<std::string> arguments{"show"};
+    for (const CorpusFile& file : corpusFiles({"classic", "big", "jpeg", "other"})) {
+        arguments.push_back(file.path.string());
+    }
+    const ProcessResult result = runTool(arguments);
+    EXPECT_EQ(result.exitStatus, 1) << "some files are refused";
+    EXPECT_GT(result.out.size(), 100'000U);
 }
 
 TEST_F(Corpus, EveryOtherFileIsRefused) {
