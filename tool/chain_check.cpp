@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace tool {
@@ -28,23 +27,6 @@ std::optional<std::uint64_t> firstDirectoryRead(const DirectoryReader& reader, s
         position = reader.positionOf(reader.outlineAt(*position).nextOffset);
     }
     return position;
-}
-
-Chain checkChain(const DirectoryReader& reader, std::uint64_t start) {
-    std::unordered_set<std::uint64_t> visited;
-    std::optional<std::uint64_t> position = start;
-    while (position) {
-        if (visited.contains(*position)) {
-            return {.comesBack = true, .directories = visited.size()};
-        }
-        const DirectoryOutline outline = reader.outlineAt(*position);
-        if (outline.entryCount == 0) {
-            break;
-        }
-        visited.insert(*position);
-        position = nextDirectory(reader, outline);
-    }
-    return {.comesBack = false, .directories = visited.size()};
 }
 
 std::uint64_t directoriesAtMost(const DirectoryReader& reader) {

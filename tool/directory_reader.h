@@ -33,6 +33,8 @@ class DirectoryReader {
     [[nodiscard]] bool isJpeg() const noexcept { return isJpeg_; }
     [[nodiscard]] bool isBigEndian() const noexcept { return isBigEndian_; }
     [[nodiscard]] std::uint64_t entrySize() const noexcept { return isBig_ ? 20 : 12; }
+    /// Of stored offsets, value counts and the value field of an entry.
+    [[nodiscard]] std::uint64_t offsetSize() const noexcept { return isBig_ ? 8 : 4; }
     /// Count field, one entry and next-directory offset.
     [[nodiscard]] std::uint64_t smallestDirectory() const noexcept {
         return countSize() + entrySize() + offsetSize();
@@ -45,7 +47,6 @@ class DirectoryReader {
     [[nodiscard]] std::optional<std::uint64_t> read(std::uint64_t position,
                                                     std::uint64_t width) const;
     [[nodiscard]] std::uint64_t countSize() const noexcept { return isBig_ ? 8 : 2; }
-    [[nodiscard]] std::uint64_t offsetSize() const noexcept { return isBig_ ? 8 : 4; }
 
     PositionedFile* file_;
     bool isJpeg_ = false;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <span>
 #include <unordered_map>
@@ -23,7 +24,11 @@ enum Tag : std::uint16_t {
     InteroperabilityPointer = 40965,
 };
 
-constexpr std::uint64_t valueFieldSize = 4;
+// Places inside an entry; the value field follows the count.
+constexpr std::size_t typePosition = 2;
+constexpr std::size_t countPosition = 4;
+
+constexpr std::uint64_t entriesAtOnce = 200;
 
 struct TypeLayout {
     std::uint64_t width;        // bytes of a value
@@ -62,30 +67,39 @@ struct Entry {
     bool valueInFile;
 };
 
-constexpr bool isPointer(std::uint64_t tag) {
-    return tag == SubIFDs || tag == ExifPointer || tag == GpsPointer ||
+/// Tags that give a directory of a JPEG no field, or not in every case.
+constexpr bool givesNoSureField(std::uint64_t tag) {
+    return tag == ImageWidth || tag == ImageLength || tag == GpsPointer ||
            tag == InteroperabilityPointer;
 }
 
 /// The walk over every directory that the module would read. Each chain start and each EXIF
-/// directory is looked at once, and all of it together is bounded.
+/// directory is looked at once. All of it together is bounded, but for the steps along the main
+/// chain.
 class Walk {
   public:
     Walk(const DirectoryReader& reader, std::uint64_t limit)
-        : reader_(reader), limit_(limit), budget_(4 * reader.file().size() + (16U << 20U)) {}
+        : reader_(reader),
+          limit_(limit == 0 ? std::numeric_limits<std::uint64_t>::max() : limit),
+          budget_(4 * reader.file().size() + (16U << 20U)),
+          block_(static_cast<std::size_t>(entriesAtOnce * reader.entrySize())) {}
 
-    bool mayNeverEnd(std::uint64_t start) {
-        addChain(start);
-        while (!tooMuch_) {
+    ChainSurvey survey(std::uint64_t start) {
+        knownChains_.insert(start);
+        follow(start);
+        survey_.mainDirectories = survey_.longest;
+        survey_.mainComesBack = survey_.anyComesBack;
+        while (survey_.isWhole && !survey_.mayNeverEnd) {
             if (!pendingExif_.empty()) {
                 lookAtEntries(reader_.outlineAt(taken(pendingExif_)));
-            } else if (pendingChains_.empty()) {
-                return false;
-            } else if (chainMayNeverEnd(taken(pendingChains_))) {
-                return true;
+            } else if (!pendingChains_.empty()) {
+                follow(taken(pendingChains_));
+            } else {
+                break;
             }
         }
-        return true;
+        survey_.mayNeverEnd = survey_.mayNeverEnd || (reader_.isJpeg() && !survey_.isWhole);
+        return survey_;
     }
 
   private:
@@ -95,71 +109,92 @@ class Walk {
         return position;
     }
 
-    void addChain(std::uint64_t start) {
-        if (knownChains_.insert(start).second) {
-            pendingChains_.push_back(start);
-        }
-    }
-
-    bool chainMayNeverEnd(std::uint64_t start) {
+    void follow(std::uint64_t start) {
         // By position: how many directories that are surely kept were read before.
         std::unordered_map<std::uint64_t, std::uint64_t> keptBefore;
         std::uint64_t kept = 0;
         std::optional<std::uint64_t> position = start;
-        while (position && !tooMuch_ && kept < limit_) {
+        while (position && kept < limit_) {
+            const DirectoryOutline outline = reader_.outlineAt(*position);
+            if (outline.entryCount == 0) {
+                break;
+            }
             const auto [known, isNew] = keptBefore.try_emplace(*position, kept);
             if (!isNew) {
-                return known->second == kept;
+                survey_.anyComesBack = true;
+                survey_.mayNeverEnd = survey_.mayNeverEnd || known->second == kept;
+                break;
             }
-            const DirectoryOutline outline = reader_.outlineAt(*position);
             kept += lookAtEntries(outline) ? 1 : 0;
             position = nextDirectory(reader_, outline);
         }
-        return false;
+        survey_.longest = std::max<std::uint64_t>(survey_.longest, keptBefore.size());
     }
 
-    /// Notes where the directory's pointers lead; tells whether one of its other entries is surely
-    /// kept.
+    /// Notes where the directory's pointers lead; tells whether the directory is surely kept: one
+    /// of a TIFF always, one of a JPEG for an entry that is no pointer.
     bool lookAtEntries(const DirectoryOutline& outline) {
+        bool surelyKept = !reader_.isJpeg();
         if (!outline.entriesInFile || !spend(outline.entryCount * reader_.entrySize())) {
-            return false;
+            return surelyKept;
         }
-        bool surelyKept = false;
-        for (std::uint64_t i = 0; i < outline.entryCount && !tooMuch_; ++i) {
-            const auto entry = entryAt(outline.entriesAt + i * reader_.entrySize());
-            if (!entry || !entry->valueInFile) {
-                continue;
+        const auto entrySize = static_cast<std::size_t>(reader_.entrySize());
+        for (std::uint64_t i = 0; i < outline.entryCount && survey_.isWhole; i += entriesAtOnce) {
+            const std::uint64_t entries = std::min(outline.entryCount - i, entriesAtOnce);
+            const std::uint64_t position = outline.entriesAt + i * entrySize;
+            const auto block =
+                std::span(block_).first(static_cast<std::size_t>(entries) * entrySize);
+            if (!reader_.file().read(position, block)) {
+                break;
             }
-            if (isPointer(entry->tag)) {
-                notePointers(*entry);
-            } else if (entry->tag != ImageWidth && entry->tag != ImageLength) {
-                surelyKept = surelyKept || entry->type.holdsValues;
+            for (std::size_t at = 0; at < block.size(); at += entrySize) {
+                surelyKept = lookAtEntry(block.subspan(at, entrySize), position + at, surelyKept);
             }
         }
         return surelyKept;
     }
 
-    std::optional<Entry> entryAt(std::uint64_t position) const {
-        std::array<unsigned char, 12> bytes{};
-        if (!reader_.file().read(position, bytes)) {
-            return std::nullopt;
+    /// What matters of an entry: where it leads if it is a pointer, and else, unless its directory
+    /// is surely kept already, whether it is kept.
+    bool lookAtEntry(std::span<const unsigned char> bytes, std::uint64_t position,
+                     bool surelyKept) {
+        const std::uint64_t tag = reader_.number(bytes.first(typePosition));
+        const bool leadsOn = tag == SubIFDs || tag == ExifPointer;
+        if (!leadsOn && (surelyKept || givesNoSureField(tag))) {
+            return surelyKept;
         }
-        const std::span<const unsigned char> all(bytes);
-        const std::uint64_t typeCode = reader_.number(all.subspan(2, 2));
+        const auto entry = entryOf(bytes, position);
+        if (!entry || !entry->valueInFile) {
+            return surelyKept;
+        }
+        if (leadsOn) {
+            notePointers(*entry);
+            return surelyKept;
+        }
+        return entry->type.holdsValues;
+    }
+
+    /// The entry whose bytes stand at a position; nothing when the module refuses its type.
+    std::optional<Entry> entryOf(std::span<const unsigned char> bytes,
+                                 std::uint64_t position) const {
+        const auto fieldSize = static_cast<std::size_t>(reader_.offsetSize());
+        const auto valuePosition = countPosition + fieldSize;
+        const std::uint64_t typeCode = reader_.number(bytes.subspan(typePosition, 2));
         if (typeCode >= typeLayouts.size() || typeLayouts[typeCode].width == 0) {
             return std::nullopt;
         }
-        Entry entry{.tag = reader_.number(all.first(2)),
+        Entry entry{.tag = reader_.number(bytes.first(typePosition)),
                     .type = typeLayouts[typeCode],
-                    .count = reader_.number(all.subspan(4, 4)),
-                    .valueAt = position + 8,
+                    .count = reader_.number(bytes.subspan(countPosition, fieldSize)),
+                    .valueAt = position + valuePosition,
                     .valueInFile = true};
-        const std::uint64_t length = entry.count * entry.type.width;
-        if (length > valueFieldSize) {
-            const auto target = reader_.positionOf(reader_.number(all.subspan(8, 4)));
+        if (entry.count > fieldSize / entry.type.width) {
+            const auto target =
+                reader_.positionOf(reader_.number(bytes.subspan(valuePosition, fieldSize)));
+            const std::uint64_t size = reader_.file().size();
             entry.valueAt = target.value_or(0);
-            entry.valueInFile = target && *target <= reader_.file().size() &&
-                                length <= reader_.file().size() - *target;
+            entry.valueInFile =
+                target && *target <= size && entry.count <= (size - *target) / entry.type.width;
         }
         return entry;
     }
@@ -170,11 +205,9 @@ class Walk {
             if (!target || *target >= reader_.file().size()) {
                 continue;
             }
-            if (entry.tag == SubIFDs) {
-                addChain(*target);
-            } else if (entry.tag == ExifPointer && knownExif_.insert(*target).second) {
-                // An EXIF directory may hold pointers of its own, GPS and interoperability may not.
-                pendingExif_.push_back(*target);
+            const bool isChain = entry.tag == SubIFDs;
+            if ((isChain ? knownChains_ : knownExif_).insert(*target).second) {
+                (isChain ? pendingChains_ : pendingExif_).push_back(*target);
             }
         }
     }
@@ -197,15 +230,16 @@ class Walk {
     }
 
     bool spend(std::uint64_t bytes) {
-        tooMuch_ = tooMuch_ || bytes > budget_;
-        budget_ -= tooMuch_ ? 0 : bytes;
-        return !tooMuch_;
+        survey_.isWhole = survey_.isWhole && bytes <= budget_;
+        budget_ -= survey_.isWhole ? bytes : 0;
+        return survey_.isWhole;
     }
 
     const DirectoryReader& reader_;
     std::uint64_t limit_;
     std::uint64_t budget_;  // bytes that may still be looked at
-    bool tooMuch_ = false;
+    std::vector<unsigned char> block_;
+    ChainSurvey survey_;
     std::unordered_set<std::uint64_t> knownChains_;
     std::unordered_set<std::uint64_t> knownExif_;
     std::vector<std::uint64_t> pendingChains_;
@@ -214,8 +248,8 @@ class Walk {
 
 }  // namespace
 
-bool mayNeverEnd(const DirectoryReader& reader, std::uint64_t start, std::uint64_t limit) {
-    return reader.isJpeg() && Walk(reader, limit).mayNeverEnd(start);
+ChainSurvey surveyChains(const DirectoryReader& reader, std::uint64_t start, std::uint64_t limit) {
+    return Walk(reader, limit).survey(start);
 }
 
 }  // namespace tool

@@ -1,5 +1,7 @@
 #include "tool/read_plan.h"
 
+#include <algorithm>
+
 #include "tool/chain_check.h"
 #include "tool/directory_reader.h"
 #include "tool/endless_chain.h"
@@ -23,20 +25,28 @@ std::uint64_t headerOffsetOf(PositionedFile& file, const ReadRequest& request) {
     return *found;
 }
 
-std::string comesBackText(std::uint64_t directories) {
-    const bool one = directories == 1;
-    return "the chain of directories comes back on itself; reading its " +
-           (one ? std::string("one directory") : std::to_string(directories) + " directories") +
-           " once";
+std::string directoriesText(std::uint64_t directories) {
+    return directories == 1 ? "one directory" : std::to_string(directories) + " directories";
 }
 
-void setLimit(ReadPlan& plan, const DirectoryReader& reader, std::uint64_t start) {
-    const Chain chain = checkChain(reader, start);
-    if (chain.comesBack) {
-        plan.limit = chain.directories;
-        plan.warning = comesBackText(chain.directories);
+std::string comesBackText(const ChainSurvey& survey, std::uint64_t limit) {
+    const std::string chain =
+        survey.mainComesBack ? "the chain of directories" : "a chain of sub-directories";
+    const std::string reading = survey.mainComesBack && survey.mainDirectories == limit
+                                    ? "its " + directoriesText(limit) + " once"
+                                    : "at most " + directoriesText(limit) + " of a chain";
+    return chain + " comes back on itself; reading " + reading;
+}
+
+void setLimit(ReadPlan& plan, const DirectoryReader& reader, const ChainSurvey& survey) {
+    if (survey.anyComesBack && survey.isWhole) {
+        plan.limit = survey.longest;
+        plan.warning = comesBackText(survey, plan.limit);
+    } else if (survey.mainComesBack) {
+        plan.limit = survey.mainDirectories;
+        plan.warning = comesBackText(survey, plan.limit);
     } else {
-        plan.limit = directoriesAtMost(reader);
+        plan.limit = std::max(directoriesAtMost(reader), survey.longest);
     }
 }
 
@@ -52,13 +62,17 @@ ReadPlan planRead(const std::string& path, const ReadRequest& request) {
     if (!start) {
         return plan;  // the module will say what is wrong
     }
-    if (request.limit == 0) {
-        setLimit(plan, *reader, *start);
+    if (request.limit != 0 && !reader->isJpeg()) {
+        return plan;  // any limit ends a chain of a TIFF
     }
-    if (mayNeverEnd(*reader, *start, plan.limit)) {
+    const ChainSurvey survey = surveyChains(*reader, *start, request.limit);
+    if (survey.mayNeverEnd) {
         throw UnreadableFile(
             "a chain of directories comes back on itself over directories that yield no field; "
             "reading it might never end");
+    }
+    if (request.limit == 0) {
+        setLimit(plan, *reader, survey);
     }
     return plan;
 }

@@ -29,9 +29,9 @@ class UnreadableFile : public std::runtime_error {
 };
 
 /// Looks at a file and plans its read: finds the EXIF block of a JPEG, and where no limit was asked
-/// for sets one that ends a chain of directories which comes back on itself, or else one that no
-/// sound chain reaches. Raises UnreadableFile for a JPEG without an EXIF block and for one whose
-/// chain no limit could end.
+/// for sets one that ends every chain of directories that comes back on itself and cuts no other,
+/// as far as that can be found out cheaply. Raises UnreadableFile for a JPEG without an EXIF block
+/// and for one whose chain no limit could end.
 ReadPlan planRead(const std::string& path, const ReadRequest& request);
 
 }  // namespace tool

@@ -1,5 +1,5 @@
-// libtiff 4.5 forgets the field tables of EXIF and GPS directories that it writes. The module writes
-// nothing, so its own leaks stay visible.
+// libtiff 4.5 forgets the field tables of EXIF and GPS directories that it writes. The module
+// writes nothing, so its own leaks stay visible.
 extern "C" const char* __lsan_default_suppressions();
 
 extern "C" const char* __lsan_default_suppressions() {

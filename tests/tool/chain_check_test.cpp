@@ -11,6 +11,7 @@
 
 #include "tests/tool/temporary_file.h"
 #include "tests/tool/tiff_bytes.h"
+#include "tool/endless_chain.h"
 
 namespace {
 
@@ -27,8 +28,8 @@ class OpenChain {
     std::optional<std::uint64_t> first(std::uint64_t skip) {
         return tool::firstDirectoryRead(reader(), skip);
     }
-    tool::Chain chain(std::uint64_t skip = 0) {
-        return tool::checkChain(reader(), first(skip).value());
+    tool::ChainSurvey chain(std::uint64_t skip = 0) {
+        return tool::surveyChains(reader(), first(skip).value(), 0);
     }
 
   private:
@@ -61,23 +62,23 @@ class ChainCheckOfEachLayout
 };
 
 TEST_P(ChainCheckOfEachLayout, AChainThatEndsDoesNotComeBack) {
-    const tool::Chain chain = OpenChain(chainOf(5, std::nullopt, empty())).chain();
-    EXPECT_FALSE(chain.comesBack);
-    EXPECT_EQ(chain.directories, 5U);
+    const tool::ChainSurvey chain = OpenChain(chainOf(5, std::nullopt, empty())).chain();
+    EXPECT_FALSE(chain.mainComesBack);
+    EXPECT_EQ(chain.mainDirectories, 5U);
 }
 
 TEST_P(ChainCheckOfEachLayout, AChainThatComesBackCountsEachDirectoryOnce) {
-    const tool::Chain chain = OpenChain(chainOf(5, 2, empty())).chain();
-    EXPECT_TRUE(chain.comesBack);
-    EXPECT_EQ(chain.directories, 5U);
+    const tool::ChainSurvey chain = OpenChain(chainOf(5, 2, empty())).chain();
+    EXPECT_TRUE(chain.mainComesBack);
+    EXPECT_EQ(chain.mainDirectories, 5U);
 }
 
 TEST_P(ChainCheckOfEachLayout, SkippedDirectoriesDoNotCountButThoseReachedAgainDo) {
     OpenChain open(chainOf(5, 2, empty()));
-    EXPECT_EQ(open.chain(1).directories, 4U);
-    EXPECT_EQ(open.chain(2).directories, 3U);
-    EXPECT_EQ(open.chain(4).directories, 3U);
-    EXPECT_TRUE(open.chain(4).comesBack);
+    EXPECT_EQ(open.chain(1).mainDirectories, 4U);
+    EXPECT_EQ(open.chain(2).mainDirectories, 3U);
+    EXPECT_EQ(open.chain(4).mainDirectories, 3U);
+    EXPECT_TRUE(open.chain(4).mainComesBack);
 }
 
 TEST_P(ChainCheckOfEachLayout, AnEnormousSkipIsReckonedAroundTheCycle) {
@@ -95,8 +96,8 @@ TEST(ChainCheck, OffsetsCountFromTheHeader) {
     const std::string jpeg = tool_test::jpegAround(chainOf(3, 0));
     OpenChain open(jpeg, 12);
     EXPECT_EQ(open.first(0), 20U);
-    EXPECT_TRUE(open.chain().comesBack);
-    EXPECT_EQ(open.chain().directories, 3U);
+    EXPECT_TRUE(open.chain().mainComesBack);
+    EXPECT_EQ(open.chain().mainDirectories, 3U);
 }
 
 TEST(ChainCheck, SkippingBeyondTheEndGoesOnAtTheHeader) {
@@ -105,9 +106,9 @@ TEST(ChainCheck, SkippingBeyondTheEndGoesOnAtTheHeader) {
 }
 
 TEST(ChainCheck, ADirectoryThatLeadsToItselfIsOneDirectory) {
-    const tool::Chain chain = OpenChain(chainOf(1, 0)).chain();
-    EXPECT_TRUE(chain.comesBack);
-    EXPECT_EQ(chain.directories, 1U);
+    const tool::ChainSurvey chain = OpenChain(chainOf(1, 0)).chain();
+    EXPECT_TRUE(chain.mainComesBack);
+    EXPECT_EQ(chain.mainDirectories, 1U);
 }
 
 TEST(ChainCheck, AChainEndsWhereTheFileHoldsNoDirectory) {
@@ -115,21 +116,21 @@ TEST(ChainCheck, AChainEndsWhereTheFileHoldsNoDirectory) {
     const auto cut = [&](std::size_t bytes) {
         return OpenChain(sound.substr(0, sound.size() - bytes)).chain();
     };
-    EXPECT_FALSE(cut(1).comesBack) << "the next offset is cut";
-    EXPECT_FALSE(cut(5).comesBack) << "the entries are cut";
-    EXPECT_EQ(cut(17).directories, 1U) << "the second count is cut";
+    EXPECT_FALSE(cut(1).mainComesBack) << "the next offset is cut";
+    EXPECT_FALSE(cut(5).mainComesBack) << "the entries are cut";
+    EXPECT_EQ(cut(17).mainDirectories, 1U) << "the second count is cut";
 }
 
 TEST(ChainCheck, ADirectoryWithoutEntriesEndsTheChain) {
     const std::string bytes = TiffBytes().header(8).count(0).offset(8).bytes();
-    const tool::Chain chain = OpenChain(bytes).chain();
-    EXPECT_FALSE(chain.comesBack);
-    EXPECT_EQ(chain.directories, 0U);
+    const tool::ChainSurvey chain = OpenChain(bytes).chain();
+    EXPECT_FALSE(chain.mainComesBack);
+    EXPECT_EQ(chain.mainDirectories, 0U);
 }
 
 TEST(ChainCheck, ANextOffsetAtTheEndOfTheFileEndsTheChain) {
     const std::string bytes = TiffBytes().header(8).count(1).shortEntry(259, 1).offset(26).bytes();
-    EXPECT_EQ(OpenChain(bytes).chain().directories, 1U);
+    EXPECT_EQ(OpenChain(bytes).chain().mainDirectories, 1U);
     EXPECT_EQ(bytes.size(), 26U);
 }
 
@@ -137,7 +138,7 @@ TEST(ChainCheck, ACountOfAllOnesIsNoOverflow) {
     constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
     const std::string bytes =
         TiffBytes(TiffBytes::Little, TiffBytes::BigTiff).header(16).count(most).offset(16).bytes();
-    EXPECT_FALSE(OpenChain(bytes).chain().comesBack);
+    EXPECT_FALSE(OpenChain(bytes).chain().mainComesBack);
 }
 
 TEST(ChainCheck, WhereTheModuleCannotSeekThereIsNoFirstDirectory) {

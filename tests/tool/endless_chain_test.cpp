@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 #include "tests/tool/temporary_file.h"
 #include "tests/tool/tiff_bytes.h"
@@ -20,7 +21,15 @@ bool mayNeverEnd(const TiffBytes& tiff, std::uint64_t limit = someLimit) {
     const tool_test::TemporaryFolder folder;
     tool::PositionedFile file(folder.file("photo.jpg", tool_test::jpegAround(tiff.bytes())));
     const auto reader = tool::DirectoryReader::open(file, headerOffset).value();
-    return tool::mayNeverEnd(reader, tool::firstDirectoryRead(reader, 0).value(), limit);
+    return tool::surveyChains(reader, tool::firstDirectoryRead(reader, 0).value(), limit)
+        .mayNeverEnd;
+}
+
+tool::ChainSurvey survey(const TiffBytes& tiff) {
+    const tool_test::TemporaryFolder folder;
+    tool::PositionedFile file(folder.file("a.tif", tiff.bytes()));
+    const auto reader = tool::DirectoryReader::open(file, 0).value();
+    return tool::surveyChains(reader, tool::firstDirectoryRead(reader, 0).value(), 0);
 }
 
 TEST(EndlessChain, WidthAndHeightAloneNeverReachALimit) {
@@ -92,11 +101,107 @@ TEST(EndlessChain, ExifDirectoriesThatPointAtThemselvesAreLookedAtOnce) {
 }
 
 TEST(EndlessChain, OnlyJpegDirectoriesAreDropped) {
-    const tool_test::TemporaryFolder folder;
-    const TiffBytes tiff = TiffBytes().header(8).count(1).shortEntry(256, 1).offset(8);
-    tool::PositionedFile file(folder.file("a.tif", tiff.bytes()));
-    const auto reader = tool::DirectoryReader::open(file, 0).value();
-    EXPECT_FALSE(tool::mayNeverEnd(reader, 8, someLimit));
+    EXPECT_FALSE(survey(TiffBytes().header(8).count(1).shortEntry(256, 1).offset(8)).mayNeverEnd);
+}
+
+class ChainSurveyOfEachLayout
+    : public testing::TestWithParam<std::tuple<TiffBytes::Order, TiffBytes::Layout>> {
+  protected:
+    static TiffBytes empty() { return TiffBytes(std::get<0>(GetParam()), std::get<1>(GetParam())); }
+    /// Where a directory of one entry ends that starts at a position.
+    static std::uint64_t after(std::uint64_t position) {
+        return position + empty().count(1).shortEntry(0, 0).offset(0).size();
+    }
+    /// An entry with one LONG.
+    static std::string pointer(std::uint64_t tag, std::uint64_t target) {
+        TiffBytes bytes = empty();
+        bytes.number(tag, 2).number(4, 2).offset(1).number(target, 4);
+        return bytes.raw(std::string(bytes.size() == 16 ? 4 : 0, '\0')).bytes();
+    }
+};
+
+TEST_P(ChainSurveyOfEachLayout, ASoundSubDirectoryChainCountsAmongTheLongest) {
+    const std::uint64_t first = empty().header(0).size();
+    const std::uint64_t second = after(first);
+    TiffBytes tiff = empty();
+    tiff.header(first).count(1).raw(pointer(330, second)).offset(0);
+    tiff.count(1).shortEntry(256, 1).offset(after(second)).count(1).shortEntry(256, 1).offset(0);
+    const tool::ChainSurvey found = survey(tiff);
+    EXPECT_EQ(found.mainDirectories, 1U);
+    EXPECT_EQ(found.longest, 2U);
+    EXPECT_FALSE(found.anyComesBack);
+    EXPECT_TRUE(found.isWhole);
+}
+
+TEST_P(ChainSurveyOfEachLayout, ASubDirectoryChainBehindAnExifPointerComesBack) {
+    const std::uint64_t first = empty().header(0).size();
+    const std::uint64_t exif = after(first);
+    const std::uint64_t sub = after(exif);
+    TiffBytes tiff = empty();
+    tiff.header(first).count(1).raw(pointer(34665, exif)).offset(0);
+    tiff.count(1).raw(pointer(330, sub)).offset(exif);
+    tiff.count(1).shortEntry(256, 1).offset(sub);
+    const tool::ChainSurvey found = survey(tiff);
+    EXPECT_FALSE(found.mainComesBack);
+    EXPECT_TRUE(found.anyComesBack);
+    EXPECT_EQ(found.longest, 1U);
+}
+
+TEST_P(ChainSurveyOfEachLayout, PointersBeyondTheValueFieldAreFollowed) {
+    const std::uint64_t first = empty().header(0).size();
+    const std::uint64_t values = after(first);
+    const std::uint64_t sub = values + 12;
+    TiffBytes tiff = empty();
+    tiff.header(first).count(1).entry(330, 4, 3, values).offset(0);
+    tiff.number(0, 4).number(0, 4).number(sub, 4).count(1).shortEntry(256, 1).offset(sub);
+    EXPECT_TRUE(survey(tiff).anyComesBack);
+}
+
+TEST_P(ChainSurveyOfEachLayout, PointersAmongManyEntriesAreFollowed) {
+    constexpr std::uint64_t entries = 1000;
+    TiffBytes tiff = empty();
+    tiff.header(empty().header(0).size()).count(entries);
+    for (std::uint64_t i = 1; i < entries; ++i) {
+        tiff.shortEntry(259, 1);
+    }
+    const TiffBytes rest = empty().shortEntry(0, 0).offset(0);
+    const std::uint64_t sub = tiff.size() + rest.size();
+    tiff.raw(pointer(330, sub)).offset(0);
+    tiff.count(1).shortEntry(256, 1).offset(sub);
+    EXPECT_TRUE(survey(tiff).anyComesBack);
+}
+
+INSTANTIATE_TEST_SUITE_P(OrdersAndLayouts, ChainSurveyOfEachLayout,
+                         testing::Combine(testing::Values(TiffBytes::Little, TiffBytes::Big),
+                                          testing::Values(TiffBytes::Classic, TiffBytes::BigTiff)));
+
+TEST(ChainSurvey, GpsAndInteroperabilityDirectoriesHaveNoChain) {
+    for (const std::uint64_t tag : {34853U, 40965U}) {
+        TiffBytes tiff;
+        tiff.header(8).count(1).entry(tag, 4, 1, 26).offset(0);
+        EXPECT_FALSE(survey(tiff.count(1).shortEntry(1, 1).offset(26)).anyComesBack) << tag;
+    }
+}
+
+TEST(ChainSurvey, APointerCountThatOverflowsIsNoValue) {
+    TiffBytes tiff(TiffBytes::Little, TiffBytes::BigTiff);
+    tiff.header(16).count(1).entry(330, 16, std::uint64_t{1} << 61U, 16).offset(0);
+    EXPECT_TRUE(survey(tiff).isWhole);
+    EXPECT_FALSE(survey(tiff).anyComesBack);
+}
+
+TEST(ChainSurvey, TheMainChainIsCountedAlsoWhereItsEntriesAreTooManyToLookAt) {
+    // Directories of 65535 refused entries start every 6 bytes, so do the offsets behind those.
+    constexpr std::uint64_t directories = 40;
+    TiffBytes tiff;
+    tiff.header(8).raw(std::string(2 + 65535 * 12, '\xFF'));
+    for (std::uint64_t i = 1; i < directories; ++i) {
+        tiff.offset(8 + 6 * i).raw("\xFF\xFF");
+    }
+    tiff.offset(0);
+    const tool::ChainSurvey found = survey(tiff);
+    EXPECT_EQ(found.mainDirectories, directories);
+    EXPECT_FALSE(found.isWhole);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 
 #include "tests/tool/temporary_file.h"
@@ -36,6 +37,27 @@ std::string oneDirectory(std::uint64_t tag, std::uint64_t next) {
     return TiffBytes().header(8).count(1).shortEntry(tag, 1).offset(next).bytes();
 }
 
+/// Directories of one entry side by side, each leading to the given offset.
+std::string directories(std::initializer_list<std::uint64_t> nextOffsets) {
+    TiffBytes bytes;
+    for (const std::uint64_t next : nextOffsets) {
+        bytes.count(1).shortEntry(259, 1).offset(next);
+    }
+    return bytes.bytes();
+}
+
+/// Directories that start every 12 bytes: the count of each lies in the entry of the one before,
+/// its entry starts with that one's next offset.
+std::string overlapping(std::uint64_t directories) {
+    TiffBytes bytes;
+    bytes.header(8);
+    for (std::uint64_t i = 0; i < directories; ++i) {
+        const std::uint64_t position = bytes.size();
+        bytes.count(1).offset(position).number(0, 6);
+    }
+    return bytes.number(0, 2).offset(0).bytes();
+}
+
 const std::string endless =
     "a chain of directories comes back on itself over directories that "
     "yield no field; reading it might never end";
@@ -52,6 +74,58 @@ TEST(ReadPlan, AChainThatComesBackIsReadOnceWithAWarning) {
     EXPECT_EQ(plan.limit, 1U);
     EXPECT_EQ(plan.warning,
               "the chain of directories comes back on itself; reading its one directory once");
+}
+
+TEST(ReadPlan, ASubDirectoryChainThatComesBackIsReadOnceWithAWarning) {
+    const std::string tiff = TiffBytes()
+                                 .header(8)
+                                 .count(1)
+                                 .entry(330, 4, 1, 26)
+                                 .offset(0)
+                                 .raw(directories({44, 26}))
+                                 .bytes();
+    const std::string warning =
+        "a chain of sub-directories comes back on itself; reading at most 2 directories of a chain";
+    EXPECT_EQ(planFor(tiff).limit, 2U);
+    EXPECT_EQ(planFor(tiff).warning, warning);
+    const std::string jpeg = tool_test::jpegAround(tiff);
+    EXPECT_EQ(planFor(jpeg).limit, 2U);
+    EXPECT_EQ(planFor(jpeg).warning, warning);
+}
+
+TEST(ReadPlan, TheMainChainIsNotCutForASubDirectoryChainThatComesBack) {
+    TiffBytes tiff;
+    tiff.header(8).count(1).entry(330, 4, 1, 62).offset(26).raw(directories({44, 0, 62}));
+    EXPECT_EQ(planFor(tiff.bytes()).limit, 3U);
+}
+
+TEST(ReadPlan, ASoundSubDirectoryChainIsNotCutForAMainChainThatComesBack) {
+    TiffBytes tiff;
+    tiff.header(8).count(1).entry(330, 4, 1, 26).offset(8).raw(directories({44, 0}));
+    const tool::ReadPlan plan = planFor(tiff.bytes());
+    EXPECT_EQ(plan.limit, 2U);
+    EXPECT_EQ(plan.warning,
+              "the chain of directories comes back on itself; reading at most 2 directories of a "
+              "chain");
+}
+
+TEST(ReadPlan, DirectoriesThatOverlapAreAllRead) {
+    EXPECT_EQ(planFor(overlapping(200)).limit, 200U);
+}
+
+TEST(ReadPlan, SubDirectoriesTooManyToLookAtLeaveTheLimitToTheFileSize) {
+    // Directories of 65535 refused entries, at every second byte, and one that leads to itself.
+    constexpr std::uint64_t pointers = 60;
+    constexpr std::uint64_t itselfAt = 26 + 4 * pointers;
+    TiffBytes tiff;
+    tiff.header(8).count(1).entry(330, 4, pointers, 26).offset(0).number(itselfAt, 4);
+    for (std::uint64_t i = 1; i < pointers; ++i) {
+        tiff.number(itselfAt + 18 + 2 * i, 4);
+    }
+    tiff.count(1).shortEntry(259, 1).offset(itselfAt).raw(std::string(800000, '\xFF'));
+    const tool::ReadPlan plan = planFor(tiff.bytes());
+    EXPECT_EQ(plan.limit, tiff.size() / 18 + 1);
+    EXPECT_EQ(plan.warning, "");
 }
 
 TEST(ReadPlan, AGivenLimitIsHandedOverUnchecked) {
