@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <numeric>
 
@@ -86,6 +88,11 @@ void IFD::flagDefaultValues(const TiffTag& tag) {
 }
 
 void IFD::processRequiredFields() {
+    const auto missing =
+        std::count_if(requiredTags.begin(), requiredTags.end(),
+                      [this](const RequiredTag& required) { return !tagsSeen.test(required.tag); });
+    // No more room than is used: a result holds this for every directory.
+    tags.reserve(tags.size() + static_cast<std::size_t>(missing));
     for (const RequiredTag& required : requiredTags) {
         if (tagsSeen.test(required.tag)) {
             continue;

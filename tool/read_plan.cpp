@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "tool/chain_check.h"
+#include "tool/chain_survey.h"
 #include "tool/directory_reader.h"
-#include "tool/endless_chain.h"
 #include "tool/jpeg_exif.h"
 #include "tool/positioned_file.h"
 

@@ -11,7 +11,7 @@
 
 #include "tests/tool/temporary_file.h"
 #include "tests/tool/tiff_bytes.h"
-#include "tool/endless_chain.h"
+#include "tool/chain_survey.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tool/endless_chain.h"
+#include "tool/chain_survey.h"
 
 #include <gtest/gtest.h>
 
