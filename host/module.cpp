@@ -39,7 +39,7 @@ Failure currentFailure() {
     } catch (const foundation::core::except::IUserException& error) {
         return failureFrom({error.message().id(), error.message().arguments()});
     } catch (const std::bad_alloc&) {
-        return {std::nullopt, "out of memory"};
+        return {std::nullopt, "out of memory", true};
     } catch (const std::exception& error) {
         return {std::nullopt, error.what()};
     } catch (...) {

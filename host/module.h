@@ -18,6 +18,7 @@ namespace host {
 struct Failure {
     std::optional<Report> report;
     std::string message;
+    bool isOutOfMemory = false;  ///< it was an allocation that failed
 };
 
 /// What one call gave. There is an output exactly when there is no failure.

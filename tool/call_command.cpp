@@ -4,6 +4,7 @@
 
 #include "tool/call_record.h"
 #include "tool/input_file.h"
+#include "tool/memory_limit.h"
 
 namespace tool {
 namespace {
@@ -17,7 +18,11 @@ host::CallResult resultOf(const host::Module& module, const CallOptions& options
         result.failure = host::Failure{.report = std::nullopt, .message = refused.what()};
         return result;
     }
-    return module.call(name, options.headerOffset, options.skip, options.limit);
+    host::CallResult result = module.call(name, options.headerOffset, options.skip, options.limit);
+    if (result.failure && result.failure->isOutOfMemory) {
+        result.failure->message = outOfMemoryText();
+    }
+    return result;
 }
 
 }  // namespace

@@ -3,8 +3,10 @@
 #include <CLI/CLI.hpp>
 #include <clocale>
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <optional>
 #include <set>
 #include <span>
@@ -16,6 +18,7 @@
 #include "host/module.h"
 #include "tool/call_command.h"
 #include "tool/exit_status.h"
+#include "tool/memory_limit.h"
 #include "tool/module_location.h"
 #include "tool/number_options.h"
 #include "tool/show_command.h"
@@ -27,7 +30,7 @@ namespace {
 template <typename Number, typename Target>
 void addNumber(CLI::App& command, const std::string& name, Target& target,
                std::optional<Number> (*parse)(std::string_view), const std::string& typeName,
-               const std::string& help) {
+               const std::string& help, const std::string& placeholder = "N") {
     command
         .add_option_function<std::string>(
             name,
@@ -39,7 +42,17 @@ void addNumber(CLI::App& command, const std::string& name, Target& target,
                 target = *value;
             },
             help)
-        ->type_name("N");
+        ->type_name(placeholder);
+}
+
+/// Every subcommand reads files, and any file may ask for more memory than there is.
+void addMaxMemory(CLI::App& command, std::uint64_t& limit) {
+    addNumber(
+        command, "--max-memory", limit, tool::memorySize,
+        "a whole number of bytes, or of units K, M or G",
+        "Most memory (address space) to take: bytes, or with K, M or G powers of 1024; a file "
+        "that takes more fails (default: three quarters of the machine's memory, 0: no limit)",
+        "SIZE");
 }
 
 CLI::App& addShow(CLI::App& app, tool::ShowOptions& options) {
@@ -112,8 +125,10 @@ tool::ExitStatus run(int argc, char** argv) {
     app.require_subcommand(1);
     tool::ShowOptions showOptions;
     tool::CallOptions callOptions;
-    const CLI::App& showCommand = addShow(app, showOptions);
-    addCall(app, callOptions);
+    std::uint64_t maxMemory = tool::defaultMemoryLimit();
+    CLI::App& showCommand = addShow(app, showOptions);
+    addMaxMemory(showCommand, maxMemory);
+    addMaxMemory(addCall(app, callOptions), maxMemory);
     try {
         const std::span all(argv, static_cast<std::size_t>(argc));
         parse(app, all.subspan(all.empty() ? 0 : 1), showOptions, callOptions);
@@ -121,6 +136,7 @@ tool::ExitStatus run(int argc, char** argv) {
         return app.exit(error) == 0 ? tool::Success : tool::BadUsage;
     }
     const host::Module module(tool::moduleLocation());
+    tool::limitMemory(maxMemory);
     return showCommand.parsed() ? tool::show(module, showOptions, std::cout, std::cerr)
                                 : tool::call(module, callOptions, std::cout);
 }
@@ -132,6 +148,8 @@ int main(int argc, char** argv) {
     tool::ExitStatus status = tool::Failed;
     try {
         status = run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        std::cerr << "corvinex: out of memory\n";
     } catch (const std::exception& error) {
         std::cerr << "corvinex: " << error.what() << '\n';
     }

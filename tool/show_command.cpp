@@ -1,10 +1,12 @@
 #include "tool/show_command.h"
 
 #include <exception>
+#include <new>
 #include <utility>
 
 #include "tool/diagnostics.h"
 #include "tool/input_file.h"
+#include "tool/memory_limit.h"
 #include "tool/value_printer.h"
 
 namespace tool {
@@ -24,10 +26,15 @@ host::ValuePtr readFile(const host::Module& module, const std::string& path,
             name, static_cast<double>(plan.headerOffset), static_cast<double>(request.skip),
             static_cast<double>(plan.limit),
             [&diagnostics](const host::Report& report) { diagnostics.warning(report); });
-        if (result.failure) {
+        if (result.failure && result.failure->isOutOfMemory) {
+            diagnostics.error(outOfMemoryText());
+        } else if (result.failure) {
             diagnostics.error(*result.failure);
         }
         return std::move(result.output);
+    } catch (const std::bad_alloc&) {
+        diagnostics.error(outOfMemoryText());
+        return nullptr;
     } catch (const std::exception& error) {
         diagnostics.error(error.what());
         return nullptr;
@@ -51,7 +58,13 @@ ExitStatus show(const host::Module& module, const ShowOptions& options, std::ost
             out << '\n';
         }
         isFirst = false;
-        printer.printFile(path, *output);
+        try {
+            printer.printFile(path, *output);
+        } catch (const std::bad_alloc&) {
+            out.flush();
+            Diagnostics(err, path).error(outOfMemoryText());
+            status = Failed;
+        }
         // What is said of the next file comes after this block, also where both streams meet.
         if (!out.flush()) {
             return Failed;

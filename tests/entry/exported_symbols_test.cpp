@@ -1,72 +1,27 @@
 #include <cxxabi.h>
 #include <dlfcn.h>
-#include <elf.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <memory>
 #include <set>
-#include <span>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 #include "host/value.h"
+#include "tests/support/elf_image.h"
 #include "tests/support/module_call.h"
 
 namespace {
 
 using Names = std::set<std::string>;
-
-/// The dynamic symbols of a shared library, mangled.
-struct DynamicSymbols {
-    Names defined;
-    Names undefined;
-};
-
-std::vector<char> contentsOf(const std::filesystem::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
-template <class Record>
-Record recordAt(std::span<const char> image, std::size_t position) {
-    if (position + sizeof(Record) > image.size()) {
-        throw std::out_of_range("not inside the library");
-    }
-    std::array<char, sizeof(Record)> bytes;
-    std::copy_n(image.begin() + static_cast<std::ptrdiff_t>(position), sizeof(Record),
-                bytes.begin());
-    return std::bit_cast<Record>(bytes);
-}
+using test::DynamicSymbols;
 
 DynamicSymbols symbolsOf(const std::filesystem::path& library) {
-    const std::vector<char> image = contentsOf(library);
-    const auto header = recordAt<Elf64_Ehdr>(image, 0);
-    const auto section = [&](std::size_t index) {
-        return recordAt<Elf64_Shdr>(image, header.e_shoff + index * header.e_shentsize);
-    };
-    DynamicSymbols symbols;
-    for (std::size_t i = 0; i < header.e_shnum; ++i) {
-        const Elf64_Shdr table = section(i);
-        if (table.sh_type != SHT_DYNSYM) {
-            continue;
-        }
-        const Elf64_Shdr strings = section(table.sh_link);
-        // The first symbol of every table is the undefined one without a name.
-        for (std::size_t at = table.sh_entsize; at < table.sh_size; at += table.sh_entsize) {
-            const auto symbol = recordAt<Elf64_Sym>(image, table.sh_offset + at);
-            const std::string name(&image.at(strings.sh_offset + symbol.st_name));
-            (symbol.st_shndx == SHN_UNDEF ? symbols.undefined : symbols.defined).insert(name);
-        }
-    }
-    return symbols;
+    return test::ElfImage(library).symbols();
 }
 
 /// The readable name without its parameters.

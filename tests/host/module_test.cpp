@@ -105,6 +105,8 @@ TEST_F(ModuleCalls, SoIsOneThatTheModuleThrowsItself) {
 
 TEST_F(ModuleCalls, ErrorsWithoutAMessageIdAreTexts) {
     EXPECT_EQ(messageOfNoReport(u"out of memory"), "out of memory");
+    EXPECT_TRUE(call(u"out of memory").failure->isOutOfMemory);
+    EXPECT_FALSE(call(u"standard error").failure->isOutOfMemory);
     EXPECT_EQ(messageOfNoReport(u"standard error"), "the reason");
     EXPECT_EQ(messageOfNoReport(u"anything"), "unknown error");
     EXPECT_EQ(messageOfNoReport(u"no output"), "the module returned without an output");
