@@ -1,47 +1,19 @@
 #include <gtest/gtest.h>
 
 #include "tests/directory/tiff_variants.h"
+#include "tests/support/default_fields.h"
 
 // Which fields a set's struct array has, and in which order.
 
 namespace test {
 namespace {
 
-const Names fileFields{"Filename", "FileModDate", "FileSize", "Format",    "FormatVersion",
-                       "Width",    "Height",      "BitDepth", "ColorType", "FormatSignature"};
-
-const Names tiffFields{"ByteOrder",
-                       "NewSubFileType",
-                       "BitsPerSample",
-                       "Compression",
-                       "PhotometricInterpretation",
-                       "StripOffsets",
-                       "SamplesPerPixel",
-                       "RowsPerStrip",
-                       "StripByteCounts",
-                       "XResolution",
-                       "YResolution",
-                       "ResolutionUnit",
-                       "Colormap",
-                       "PlanarConfiguration",
-                       "TileWidth",
-                       "TileLength",
-                       "TileOffsets",
-                       "TileByteCounts",
-                       "Orientation",
-                       "FillOrder",
-                       "GrayResponseUnit",
-                       "MaxSampleValue",
-                       "MinSampleValue",
-                       "Thresholding",
-                       "Offset"};
-
 Names joined(Names first, const Names& second) {
     first.insert(first.end(), second.begin(), second.end());
     return first;
 }
 
-const Names defaultFields = joined(fileFields, tiffFields);
+const Names defaultFields = allTiffFields();
 
 class FieldList : public EveryTiff {};
 CORVINEX_FOR_EVERY_TIFF(FieldList);
@@ -188,8 +160,8 @@ TEST(JpegFieldList, HasTheFieldsOfTheFileAndThenEveryTag) {
                  shorts(258, {8, 8, 8}), number(259, SHORT, 6), number(254, LONG, 0),
                  longs(273, {8})});
     EXPECT_EQ(fieldsOf(readAsJpeg(builder.bytes()).output()),
-              joined(fileFields, {"NewSubFileType", "BitsPerSample", "Compression", "StripOffsets",
-                                  "Orientation", "Software", "UnknownTags"}));
+              joined(commonFields, {"NewSubFileType", "BitsPerSample", "Compression",
+                                    "StripOffsets", "Orientation", "Software", "UnknownTags"}));
 }
 
 TEST(JpegFieldList, HasNeitherByteOrderNorOffset) {

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "file/file_format.h"
+#include "tests/support/default_fields.h"
 #include "tests/support/module_call.h"
 #include "tests/support/temporary_file.h"
 
@@ -30,41 +31,6 @@ using test::Order;
 using test::Result;
 
 using Names = std::vector<std::string>;
-
-const Names commonNames{"Filename", "FileModDate", "FileSize", "Format",    "FormatVersion",
-                        "Width",    "Height",      "BitDepth", "ColorType", "FormatSignature"};
-
-const Names tiffNames{"ByteOrder",
-                      "NewSubFileType",
-                      "BitsPerSample",
-                      "Compression",
-                      "PhotometricInterpretation",
-                      "StripOffsets",
-                      "SamplesPerPixel",
-                      "RowsPerStrip",
-                      "StripByteCounts",
-                      "XResolution",
-                      "YResolution",
-                      "ResolutionUnit",
-                      "Colormap",
-                      "PlanarConfiguration",
-                      "TileWidth",
-                      "TileLength",
-                      "TileOffsets",
-                      "TileByteCounts",
-                      "Orientation",
-                      "FillOrder",
-                      "GrayResponseUnit",
-                      "MaxSampleValue",
-                      "MinSampleValue",
-                      "Thresholding",
-                      "Offset"};
-
-Names allTiffNames() {
-    Names names = commonNames;
-    names.insert(names.end(), tiffNames.begin(), tiffNames.end());
-    return names;
-}
 
 Names namesOf(FileFormat format) {
     const auto names = getDefaultFieldNames(format);
@@ -146,23 +112,23 @@ constexpr std::time_t day = 24 * hour;
 }  // namespace
 
 TEST(DefaultFields, OfAJpegAreTheTenOfEveryKind) {
-    EXPECT_EQ(namesOf(FileFormat::JPEG), commonNames);
+    EXPECT_EQ(namesOf(FileFormat::JPEG), test::commonFields);
 }
 
 TEST(DefaultFields, OfATiffOrBigTiffAreThirtyFive) {
-    EXPECT_EQ(allTiffNames().size(), 35U);
-    EXPECT_EQ(namesOf(FileFormat::ClassicTIFF), allTiffNames());
-    EXPECT_EQ(namesOf(FileFormat::BigTIFF), allTiffNames());
+    EXPECT_EQ(test::allTiffFields().size(), 35U);
+    EXPECT_EQ(namesOf(FileFormat::ClassicTIFF), test::allTiffFields());
+    EXPECT_EQ(namesOf(FileFormat::BigTIFF), test::allTiffFields());
 }
 
 TEST(DefaultFields, OpenTheOutputInTheirOrder) {
-    Names expected = allTiffNames();
+    Names expected = test::allTiffFields();
     expected.push_back("Artist");
     for (const Layout layout : {Layout::Classic, Layout::Big}) {
         const Result result = test::read(onePage(Order::Big, layout).bytes());
         EXPECT_EQ(test::fieldsOf(result.output()), expected);
     }
-    expected = commonNames;
+    expected = test::commonFields;
     expected.push_back("Artist");
     const Result jpeg = test::readAsJpeg(onePage(Order::Big, Layout::Classic).bytes());
     EXPECT_EQ(test::fieldsOf(jpeg.output()), expected);
