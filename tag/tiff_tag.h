@@ -16,9 +16,8 @@
 namespace corvinex {
 
 class IFDTree;
-class TagFile;
-
 class RawValue;
+class TagFile;
 
 /// One directory entry made into a value: numbers, text, raw bytes, or the directory sets that a
 /// pointer tag leads to. A tag is complete when its constructor returns. A result holds a great
@@ -58,8 +57,9 @@ class TiffTag {
     [[nodiscard]] std::span<const double> getNumericValues() const noexcept;
     /// Number of directory sets that a pointer tag holds.
     [[nodiscard]] std::size_t subIfdSize() const noexcept;
-    /// Repeats the tail of the entry constructor while the value bytes are at hand: numbers are
-    /// overwritten, rationals, texts and directory sets added. The reading path does not call it.
+    /// The tail of the entry constructor: checks the type, then converts the value bytes or follows
+    /// the pointers. Called again while the value bytes are at hand, it overwrites numbers and adds
+    /// rationals, texts and directory sets.
     void processGenericTag();
 
     /// The value of this tag's field: a new host array, or null for a tag without a value. Divides
@@ -99,7 +99,7 @@ class TiffTag {
     void processTiffTagNumbers();
     void warnOfDivisionByZero() const;
     void setNumbers(Numbers numbers);
-    [[nodiscard]] Numbers takeNumbers();
+    [[nodiscard]] Numbers copyNumbers() const;
     [[nodiscard]] std::span<double> getNumericValues() noexcept;
     [[nodiscard]] const std::string& getRawText() const noexcept;
 

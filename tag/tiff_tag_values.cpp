@@ -104,7 +104,7 @@ void TiffTag::processTiffTagAscii() {
 
 void TiffTag::processTiffTagRational() {
     bool hasZeroDenominator = false;
-    Numbers numbers = takeNumbers();
+    Numbers numbers = copyNumbers();
     numbers.reserve(numbers.size() + componentCount);
     for (std::size_t i = 0; i < componentCount; ++i) {
         const double numerator = loadNative<std::uint32_t>(getRawData(), 8 * i);
@@ -123,7 +123,7 @@ void TiffTag::processTiffTagRational() {
 
 // Unlike its unsigned twin it exempts no tag and has no say in what DepthFar takes for infinity.
 void TiffTag::processTiffTagSRational() {
-    Numbers numbers = takeNumbers();
+    Numbers numbers = copyNumbers();
     numbers.reserve(numbers.size() + componentCount);
     for (std::size_t i = 0; i < componentCount; ++i) {
         const double numerator = loadNative<std::int32_t>(getRawData(), 8 * i);
@@ -141,7 +141,7 @@ void TiffTag::warnOfDivisionByZero() const {
                              warnings::badTagValueDivisionByZero(getName()));
 }
 
-TiffTag::Numbers TiffTag::takeNumbers() {
+TiffTag::Numbers TiffTag::copyNumbers() const {
     const std::span<const double> numbers = getNumericValues();
     return {numbers.begin(), numbers.end()};
 }
