@@ -1,5 +1,8 @@
 #include "directory/ifd.h"
 
+#include <algorithm>
+#include <bit>
+#include <string>
 #include <utility>
 
 #include "directory/pointer_guard.h"
@@ -9,6 +12,7 @@
 #include "file/checked_arithmetic.h"
 #include "file/tag_file.h"
 #include "tag/tag_numbers.h"
+#include "tag/tiff_tag.h"
 
 namespace corvinex {
 
@@ -31,6 +35,7 @@ IFD::IFD(const IFD& other)
       width(other.width),
       height(other.height),
       tagsSeen(other.tagsSeen),
+      defaultTags(other.defaultTags),
       photometric(other.photometric),
       bitsPerSample(other.bitsPerSample),
       samplesPerPixel(other.samplesPerPixel) {}
@@ -45,6 +50,7 @@ IFD::IFD(IFD&& other) noexcept
       width(other.width),
       height(other.height),
       tagsSeen(other.tagsSeen),
+      defaultTags(std::exchange(other.defaultTags, 0)),
       photometric(other.photometric),
       bitsPerSample(std::move(other.bitsPerSample)),
       samplesPerPixel(other.samplesPerPixel) {}
@@ -54,7 +60,7 @@ void IFD::process() {
     const PointerGuard::OpenDirectory open(tagFile->getPointerGuard(), ifdOffset);
     readEntryCount();
     readEntries();
-    tagFile->getPointerGuard().countEntries(entriesLength);
+    tagFile->getPointerGuard().countDirectory(entriesLength);
     processIfdTags();
 }
 
@@ -79,7 +85,7 @@ void IFD::readEntryCount() {
 // A directory that yields nothing counts as one entry all the same: a small file can hold millions
 // of pointers to it.
 void IFD::refuse(const resource_core::BaseMsgID& warning) const {
-    tagFile->getPointerGuard().countEntries(tagFile->getEntrySize());
+    tagFile->getPointerGuard().countDirectory(tagFile->getEntrySize());
     warn(warning);
 }
 
@@ -89,8 +95,14 @@ void IFD::readEntries() {
     const std::uint64_t position = saturatingAdd(ifdOffset, tagFile->getEntryCountSize());
     bool isRead = liesWithin(position, entriesLength, tagFile->getFileSize());
     if (isRead) {
-        entryBuffer.resize(entriesLength);
-        isRead = stream.read(entryBuffer.data(), entriesLength, 1) == 1;
+        // Sets of other kinds follow no chain.
+        const std::uint64_t offsetSize = ifdType == IFDtype_t_::Main ? tagFile->getOffsetSize() : 0;
+        entryBuffer.resize(entriesLength + offsetSize);
+        const std::size_t length = stream.read(entryBuffer.data(), 1, entryBuffer.size());
+        isRead = length >= entriesLength;
+        if (offsetSize != 0 && length == entryBuffer.size()) {
+            nextOffset = tagFile->readNextIfdOffset(std::span(entryBuffer).last(offsetSize));
+        }
     }
     if (!isRead) {
         // Nothing has been added yet, so the number is always 1.
@@ -106,7 +118,7 @@ void IFD::processIfdTags() {
     const std::span<const unsigned char> entries(entryBuffer);
     for (std::uint64_t i = 0; i < numberOfEntries; ++i) {
         try {
-            processEntry(entries.subspan(i * entrySize, entrySize));
+            processEntry(entries.subspan(i * entrySize, entrySize), i);
         } catch (const TiffTagsRecoverableError&) {
             // Reported by a warning; the entry is dropped.
         }
@@ -116,7 +128,7 @@ void IFD::processIfdTags() {
     }
 }
 
-void IFD::processEntry(std::span<const unsigned char> entry) {
+void IFD::processEntry(std::span<const unsigned char> entry, std::uint64_t index) {
     TiffTag tag(tagFile, entry, ifdType);
     flagDefaultValues(tag);
     switch (tag.getId()) {
@@ -131,16 +143,27 @@ void IFD::processEntry(std::span<const unsigned char> entry) {
         case tag_number::GPSInfo:
         case tag_number::InteroperabilityIFD:
             if (tag.subIfdSize() != 0) {
-                tags.push_back(std::move(tag));
+                fileTag(tags, std::move(tag), index);
             }
             return;
         default:
-            (tag.getName().empty() ? unknownTags : tags).push_back(std::move(tag));
+            fileTag(tag.getName().empty() ? unknownTags : tags, std::move(tag), index);
     }
 }
 
+// Room for the entries to come, as far as an ordinary directory has them: a result holds this for
+// every directory, however many of its entries are dropped.
+void IFD::fileTag(std::vector<TagValue>& list, TiffTag&& tag, std::uint64_t index) const {
+    if (list.empty()) {
+        constexpr std::uint64_t most = 64;
+        list.reserve(std::min(numberOfEntries - index, most));
+    }
+    list.push_back(static_cast<TagValue&&>(tag));
+}
+
 std::size_t IFD::size() const noexcept {
-    return tags.size() + (unknownTags.empty() ? 0 : 1);
+    return tags.size() + static_cast<std::size_t>(std::popcount(defaultTags)) +
+           (unknownTags.empty() ? 0 : 1);
 }
 
 }  // namespace corvinex

@@ -3,21 +3,26 @@
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "directory/ifd_type.h"
 #include "entry/host_value.h"
 #include "host/interface/message.h"
-#include "tag/tiff_tag.h"
+#include "tag/tag_value.h"
 
 namespace corvinex {
 
 class TagFile;
+class TiffTag;
 
-/// One image file directory: its tags in entry order, followed by the defaults of baseline tags
-/// that a main directory of a TIFF or BigTIFF file lacks, and the image facts that derived fields
-/// need.
+/// One image file directory: its tags in entry order, the defaults of baseline tags that a main
+/// directory of a TIFF or BigTIFF file lacks, and the image facts that derived fields need.
+///
+/// Defaults are made when they are output. Most directories have a dozen, all the same.
 ///
 /// A copy has no entry buffer: that serves the reading alone. A move leaves the target in the same
 /// state as a copy.
@@ -39,13 +44,21 @@ class IFD {
 
     /// Number of output fields that the tags make; all unknown tags together make one.
     [[nodiscard]] std::size_t size() const noexcept;
-    [[nodiscard]] const std::vector<TiffTag>& getTags() const noexcept { return tags; }
+    /// The named tags that the file holds.
+    [[nodiscard]] const std::vector<TagValue>& getTags() const noexcept { return tags; }
+    /// The baseline tags with a default: bit i stands for the tag that is the i-th to be added.
+    [[nodiscard]] std::uint32_t getDefaultTags() const noexcept { return defaultTags; }
+    /// Number and name of the baseline tag that stands i-th.
+    [[nodiscard]] static std::pair<std::uint16_t, std::string_view> getBaselineTag(std::size_t i);
     [[nodiscard]] bool hasUnknownTags() const noexcept { return !unknownTags.empty(); }
     /// Absolute position of the entry-count field.
     [[nodiscard]] std::uint64_t getOffset() const noexcept { return ifdOffset; }
     /// Bytes of all entries together. Meaningful on the directory that was processed, not on
     /// copies.
     [[nodiscard]] std::uint64_t getEntriesLength() const noexcept { return entriesLength; }
+    /// The next-directory offset, where it could be read together with the entries: the two lie
+    /// side by side. Meaningful as the length is.
+    [[nodiscard]] std::optional<std::uint64_t> getNextOffset() const noexcept { return nextOffset; }
 
     /// Write the derived fields of one element of a main set's struct array: "Width" and "Height",
     /// "ColorType" and "BitDepth".
@@ -57,15 +70,18 @@ class IFD {
 
   private:
     void processIfdTags();
-    void processEntry(std::span<const unsigned char> entry);
+    void processEntry(std::span<const unsigned char> entry, std::uint64_t index);
     void readEntryCount();
     void refuse(const resource_core::BaseMsgID& warning) const;
     void readEntries();
     void flagDefaultValues(const TiffTag& tag);
     void processRequiredFields();
+    void fileTag(std::vector<TagValue>& list, TiffTag&& tag, std::uint64_t index) const;
+    void setDefaultFields(zxArray& output, std::size_t index) const;
+    [[nodiscard]] TagValue makeDefault(std::size_t i) const;
 
-    std::vector<TiffTag> tags;
-    std::vector<TiffTag> unknownTags;
+    std::vector<TagValue> tags;
+    std::vector<TagValue> unknownTags;
     std::uint64_t numberOfEntries = 0;
     TagFile* tagFile;
     std::uint64_t ifdOffset = 0;
@@ -74,9 +90,11 @@ class IFD {
     double width = 0;
     double height = 0;
     std::bitset<326> tagsSeen;
+    std::uint32_t defaultTags = 0;
     std::int32_t photometric = -1;
     std::vector<double> bitsPerSample;
     std::vector<unsigned char> entryBuffer;
+    std::optional<std::uint64_t> nextOffset;
     std::uint64_t samplesPerPixel = 1;
 };
 

@@ -1,13 +1,18 @@
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <numeric>
+#include <span>
+#include <string_view>
+#include <utility>
 
 #include "directory/ifd.h"
 #include "entry/host_value.h"
 #include "entry/numeric_conversion.h"
 #include "tag/tag_numbers.h"
+#include "tag/tiff_tag.h"
 #include "vocabulary/word_tables.h"
 
 // The baseline tags that every main directory of a TIFF answers, and the fields derived from them.
@@ -23,6 +28,19 @@ constexpr std::uint16_t lastBaselineTag = 325;
 constexpr std::array<std::uint16_t, 20> notedTags{254, 259, 263, 266, 273, 274, 278, 279, 280, 281,
                                                   282, 283, 284, 290, 296, 320, 322, 323, 324, 325};
 
+// By number, from the first baseline tag on.
+constexpr auto noted = [] {
+    std::array<bool, lastBaselineTag - firstBaselineTag + 1> result{};
+    for (const std::uint16_t tag : notedTags) {
+        result.at(tag - firstBaselineTag) = true;
+    }
+    return result;
+}();
+
+constexpr bool isNoted(std::uint16_t baselineTag) {
+    return noted.at(baselineTag - firstBaselineTag);
+}
+
 /// How the default of a missing tag is made.
 enum class Maker { Standard, SampleCount, FromBitsPerSample };
 
@@ -31,8 +49,9 @@ struct RequiredTag {
     Maker maker;
 };
 
-// In the order in which missing tags are appended.
-constexpr std::array<RequiredTag, 22> requiredTags{{
+// In the order in which missing tags are added, which is that of their numbers.
+constexpr std::size_t requiredTagCount = 22;
+constexpr std::array<RequiredTag, requiredTagCount> requiredTags{{
     {254, Maker::Standard},           // NewSubfileType
     {258, Maker::SampleCount},        // BitsPerSample
     {259, Maker::Standard},           // Compression
@@ -57,6 +76,27 @@ constexpr std::array<RequiredTag, 22> requiredTags{{
     {325, Maker::Standard},           // TileByteCounts
 }};
 
+static_assert(std::is_sorted(requiredTags.begin(), requiredTags.end(),
+                             [](const RequiredTag& a, const RequiredTag& b) {
+                                 return a.tag < b.tag;
+                             }));
+
+TiffTag makeStandardDefault(const RequiredTag& required) {
+    return required.maker == Maker::Standard ? TiffTag(required.tag, IFDtype_t_::Main)
+                                             : TiffTag(int{required.tag}, IFDtype_t_::Main, 0);
+}
+
+template <std::size_t... i>
+std::array<TiffTag, requiredTagCount> makeStandardDefaults(std::index_sequence<i...>) {
+    return {makeStandardDefault(requiredTags[i])...};
+}
+
+/// The defaults that are the same for every directory. The others have their places, unused.
+const std::array<TiffTag, requiredTagCount>& getStandardDefaults() {
+    static const auto defaults = makeStandardDefaults(std::make_index_sequence<requiredTagCount>());
+    return defaults;
+}
+
 }  // namespace
 
 void IFD::flagDefaultValues(const TiffTag& tag) {
@@ -66,7 +106,7 @@ void IFD::flagDefaultValues(const TiffTag& tag) {
     }
     switch (id) {
         case tag_number::BitsPerSample:
-            bitsPerSample.assign(tag.getNumericValues().begin(), tag.getNumericValues().end());
+            bitsPerSample = tag.getNumericValues();
             tagsSeen.set(id);
             return;
         case tag_number::PhotometricInterpretation:
@@ -75,40 +115,50 @@ void IFD::flagDefaultValues(const TiffTag& tag) {
         case tag_number::SamplesPerPixel:
             // The number of values, not the value: a file with SamplesPerPixel 3 and no
             // BitsPerSample gets one default depth. Callers rely on it.
-            samplesPerPixel = tag.getNumericValues().size();
+            samplesPerPixel = tag.countNumericValues();
             tagsSeen.set(id);
             return;
         default:
-            for (const std::uint16_t noted : notedTags) {
-                if (noted == id) {
-                    tagsSeen.set(id);
-                }
+            if (isNoted(id)) {
+                tagsSeen.set(id);
             }
     }
 }
 
 void IFD::processRequiredFields() {
-    const auto missing =
-        std::count_if(requiredTags.begin(), requiredTags.end(),
-                      [this](const RequiredTag& required) { return !tagsSeen.test(required.tag); });
-    // No more room than is used: a result holds this for every directory.
-    tags.reserve(tags.size() + static_cast<std::size_t>(missing));
-    for (const RequiredTag& required : requiredTags) {
-        if (tagsSeen.test(required.tag)) {
-            continue;
+    for (std::size_t i = 0; i < requiredTags.size(); ++i) {
+        if (!tagsSeen.test(requiredTags[i].tag)) {
+            defaultTags |= std::uint32_t{1} << i;
         }
-        switch (required.maker) {
-            case Maker::Standard:
-                tags.emplace_back(required.tag, ifdType);
-                break;
-            case Maker::SampleCount:
-                tags.emplace_back(int{required.tag}, ifdType, samplesPerPixel);
-                bitsPerSample.insert(bitsPerSample.end(), samplesPerPixel, 1.0);
-                break;
-            case Maker::FromBitsPerSample:
-                tags.emplace_back(required.tag, ifdType, std::span<const double>(bitsPerSample));
-                break;
-        }
+    }
+    if (!tagsSeen.test(tag_number::BitsPerSample)) {
+        bitsPerSample.insert(bitsPerSample.end(), samplesPerPixel, 1.0);
+    }
+}
+
+std::pair<std::uint16_t, std::string_view> IFD::getBaselineTag(std::size_t i) {
+    return {requiredTags.at(i).tag, getStandardDefaults().at(i).getName()};
+}
+
+TagValue IFD::makeDefault(std::size_t i) const {
+    const RequiredTag& required = requiredTags.at(i);
+    // Only what a tag holds is wanted, without what served its reading.
+    // NOLINTBEGIN(cppcoreguidelines-slicing)
+    switch (required.maker) {
+        case Maker::SampleCount:
+            return TiffTag(int{required.tag}, ifdType, samplesPerPixel);
+        case Maker::FromBitsPerSample:
+            return TiffTag(required.tag, ifdType, std::span<const double>(bitsPerSample));
+        default:
+            return getStandardDefaults().at(i);
+    }
+    // NOLINTEND(cppcoreguidelines-slicing)
+}
+
+void IFD::setDefaultFields(zxArray& output, std::size_t index) const {
+    for (std::uint32_t left = defaultTags; left != 0; left &= left - 1) {
+        TagValue tag = makeDefault(static_cast<std::size_t>(std::countr_zero(left)));
+        setField(output, index, tag.getName().data(), tag.getZxArray());
     }
 }
 

@@ -1,5 +1,7 @@
 #include "directory/ifd_tree.h"
 
+#include <algorithm>
+#include <bit>
 #include <utility>
 
 #include "entry/internal_errors.h"
@@ -18,12 +20,14 @@ IFDTree& IFDTree::operator=(const IFDTree& other) {
     ifdType = other.ifdType;
     ifds.clear();
     tagNames.clear();
+    defaultTagsSeen = 0;
     if (this != &other) {
         ifds.reserve(other.ifds.size());
         for (const IFD& ifd : other.ifds) {
             ifds.push_back(ifd);
         }
         tagNames = other.tagNames;
+        defaultTagsSeen = other.defaultTagsSeen;
         hasUnknownTags = other.hasUnknownTags;
     }
     return *this;
@@ -35,6 +39,7 @@ IFDTree& IFDTree::operator=(IFDTree&& other) noexcept {
     hasUnknownTags = other.hasUnknownTags;
     ifds.swap(other.ifds);
     tagNames.swap(other.tagNames);
+    defaultTagsSeen = std::exchange(other.defaultTagsSeen, defaultTagsSeen);
     return *this;
 }
 
@@ -50,37 +55,46 @@ void IFDTree::processIfdSet() {
         }
         const std::uint64_t nextOffsetPosition = saturatingAdd(
             saturatingAdd(ifd.getOffset(), tagFile->getEntryCountSize()), ifd.getEntriesLength());
+        const std::optional<std::uint64_t> nextOffset = ifd.getNextOffset();
         if (ifd.size() != 0) {
             push_back(std::move(ifd));
         }
         const bool isFull = limit != 0 && ifds.size() == limit;
-        hasNext = ifdType == IFDtype_t_::Main && !isFull && seekToNextIfd(nextOffsetPosition);
+        hasNext =
+            ifdType == IFDtype_t_::Main && !isFull && seekToNextIfd(nextOffsetPosition, nextOffset);
     }
 }
 
-bool IFDTree::seekToNextIfd(std::uint64_t nextOffsetPosition) {
-    if (!tagFile->getStream().seek(nextOffsetPosition)) {
+bool IFDTree::seekToNextIfd(std::uint64_t nextOffsetPosition,
+                            std::optional<std::uint64_t> nextOffset) {
+    // Where the offset came with the entries and no value lies elsewhere, the stream stands behind
+    // it already.
+    FileStream& stream = tagFile->getStream();
+    const bool isBehind =
+        nextOffset && stream.tell() == nextOffsetPosition + tagFile->getOffsetSize();
+    if (!isBehind && !stream.seek(nextOffsetPosition)) {
         warn(warnings::badNextIfdPointerSeek());
         return false;
     }
-    const std::uint64_t next = readNextIfdOffset();
-    if (next == 0) {
+    if (!nextOffset) {
+        nextOffset = readNextIfdOffset(nextOffsetPosition);
+    }
+    if (*nextOffset == 0) {
         return false;
     }
-    const std::uint64_t target = saturatingAdd(tagFile->getBaseOffset(), next);
+    const std::uint64_t target = saturatingAdd(tagFile->getBaseOffset(), *nextOffset);
     if (target >= tagFile->getFileSize()) {
         warn(warnings::nextIfdPointerOutOfRange(target));
         return false;
     }
-    if (!tagFile->getStream().seek(target)) {
+    if (!stream.seek(target)) {
         warn(warnings::badNextIfdPointerSeek());
         return false;
     }
     return true;
 }
 
-std::uint64_t IFDTree::readNextIfdOffset() {
-    const std::uint64_t position = tagFile->getStream().tell();
+std::uint64_t IFDTree::readNextIfdOffset(std::uint64_t position) {
     unsigned long long next = 0;
     if (tagFile->freadNextIfdOffset(&next) != 1) {
         warn(warnings::nextIfdOffsetReadError(position));
@@ -90,11 +104,29 @@ std::uint64_t IFDTree::readNextIfdOffset() {
 }
 
 void IFDTree::push_back(IFD ifd) {
-    for (const TiffTag& tag : ifd.getTags()) {
-        tagNames[tag.getId()] = tag.getName();
+    std::size_t place = 0;
+    for (const TagValue& tag : ifd.getTags()) {
+        place = addTagName(place, {tag.getId(), tag.getName().data()});
     }
+    defaultTagsSeen |= ifd.getDefaultTags();
     hasUnknownTags = hasUnknownTags || ifd.hasUnknownTags();
     ifds.push_back(std::move(ifd));
+}
+
+// Directories of one file mostly have the same tags in ascending order, so each is where the one
+// before it lets expect, and nothing is looked for.
+std::size_t IFDTree::addTagName(std::size_t expectedPlace, const NumberAndName& tag) {
+    if (expectedPlace < tagNames.size() && tagNames[expectedPlace].number == tag.number) {
+        return expectedPlace + 1;
+    }
+    const auto place = std::lower_bound(
+        tagNames.begin(), tagNames.end(), tag.number,
+        [](const NumberAndName& row, std::uint16_t number) { return row.number < number; });
+    const auto index = static_cast<std::size_t>(place - tagNames.begin());
+    if (place == tagNames.end() || place->number != tag.number) {
+        tagNames.insert(place, tag);
+    }
+    return index + 1;
 }
 
 }  // namespace corvinex

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,10 +43,19 @@ class IFDTree {
     [[nodiscard]] HostArray repackageIfds();
 
   private:
+    struct NumberAndName {
+        std::uint16_t number;
+        const char* name;
+    };
+
     void processIfdSet();
-    [[nodiscard]] bool seekToNextIfd(std::uint64_t nextOffsetPosition);
-    [[nodiscard]] std::uint64_t readNextIfdOffset();
+    [[nodiscard]] bool seekToNextIfd(std::uint64_t nextOffsetPosition,
+                                     std::optional<std::uint64_t> nextOffset);
+    [[nodiscard]] std::uint64_t readNextIfdOffset(std::uint64_t position);
     void push_back(IFD ifd);
+    /// Notes the name of a tag that is expected at a place of tagNames, and returns the place
+    /// behind it.
+    std::size_t addTagName(std::size_t expectedPlace, const NumberAndName& tag);
     [[nodiscard]] std::vector<const char*> getFieldNames() const;
     void setDefaultZxFields(zxArray& output) const;
     [[nodiscard]] bool tagAlreadyOnDefaultList(std::string_view name) const;
@@ -54,7 +63,8 @@ class IFDTree {
     TagFile* tagFile = nullptr;
     IFDtype_t_ ifdType = IFDtype_t_::Main;
     std::vector<IFD> ifds;
-    std::map<std::uint32_t, std::string_view> tagNames;
+    std::vector<NumberAndName> tagNames;  // ascending by number, each number once
+    std::uint32_t defaultTagsSeen = 0;    // in any directory, bits as in IFD::getDefaultTags
     bool hasUnknownTags = false;
 };
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <utility>
 
 #include "directory/ifd.h"
@@ -37,7 +38,7 @@ const char* getByteOrderText(const TagFile& file) {
 }  // namespace
 
 HostArray IFDTree::repackageIfds() {
-    if (tagNames.empty() && !hasUnknownTags) {
+    if (tagNames.empty() && defaultTagsSeen == 0 && !hasUnknownTags) {
         return makeEmptyNumbers();
     }
     HostArray output = makeStructColumn(ifds.size(), getFieldNames());
@@ -63,15 +64,32 @@ HostArray IFDTree::repackageIfds() {
 std::vector<const char*> IFDTree::getFieldNames() const {
     const bool isMain = ifdType == IFDtype_t_::Main;
     std::vector<const char*> names;
+    names.reserve(tagFile->getDefaultFields().size() + tagNames.size() +
+                  static_cast<std::size_t>(std::popcount(defaultTagsSeen)) + 1);
     if (isMain) {
         for (const std::string& name : tagFile->getDefaultFields()) {
             names.push_back(name.c_str());
         }
     }
-    for (const auto& [number, name] : tagNames) {
+    const auto add = [&](const char* name) {
         if (!isMain || !tagAlreadyOnDefaultList(name)) {
-            names.push_back(name.data());
+            names.push_back(name);
         }
+    };
+    // Both ascend by number. A tag that one directory has and another lacks is in both.
+    auto tag = tagNames.begin();
+    for (std::uint32_t left = defaultTagsSeen; left != 0; left &= left - 1) {
+        const auto [number, name] =
+            IFD::getBaselineTag(static_cast<std::size_t>(std::countr_zero(left)));
+        for (; tag != tagNames.end() && tag->number < number; ++tag) {
+            add(tag->name);
+        }
+        if (tag == tagNames.end() || tag->number != number) {
+            add(name.data());
+        }
+    }
+    for (; tag != tagNames.end(); ++tag) {
+        add(tag->name);
     }
     if (hasUnknownTags) {
         names.push_back(unknownTagsField);
@@ -103,9 +121,11 @@ bool IFDTree::tagAlreadyOnDefaultList(std::string_view name) const {
 
 // What has been packaged is given back at once: the memory serves the host values that follow.
 void IFD::ifd2struct(zxArray& output, std::size_t index) {
-    for (TiffTag& tag : std::exchange(tags, {})) {
+    for (TagValue& tag : std::exchange(tags, {})) {
         setField(output, index, tag.getName().data(), tag.getZxArray());
     }
+    setDefaultFields(output, index);
+    std::vector<double>().swap(bitsPerSample);
     if (unknownTags.empty()) {
         return;
     }
@@ -114,7 +134,7 @@ void IFD::ifd2struct(zxArray& output, std::size_t index) {
         unknownTags[i].setUnknownTagZx(*records, i);
     }
     setField(output, index, unknownTagsField, std::move(records));
-    std::vector<TiffTag>().swap(unknownTags);
+    std::vector<TagValue>().swap(unknownTags);
 }
 
 }  // namespace corvinex

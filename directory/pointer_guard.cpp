@@ -7,7 +7,8 @@
 namespace corvinex {
 
 PointerGuard::PointerGuard(std::uint64_t fileSize) noexcept
-    : budget_(saturatingAdd(saturatingMultiply(fileSize, budgetPerFileByte), budgetAtLeast)) {}
+    : budget_(saturatingAdd(saturatingMultiply(fileSize, budgetPerFileByte), budgetAtLeast)),
+      directoryLimit_(fileSize / fileBytesPerDirectory + directoriesAtLeast) {}
 
 PointerGuard::OpenDirectory::OpenDirectory(PointerGuard& guard, std::uint64_t position)
     : guard_(guard) {
@@ -26,9 +27,10 @@ PointerGuard::FollowedPointer::~FollowedPointer() {
     --guard_.depth_;
 }
 
-void PointerGuard::countEntries(std::uint64_t bytes) noexcept {
+void PointerGuard::countDirectory(std::uint64_t entryBytes) noexcept {
     if (depth_ > 0) {
-        entryBytes_ = saturatingAdd(entryBytes_, bytes);
+        entryBytes_ = saturatingAdd(entryBytes_, entryBytes);
+        ++directories_;
     }
 }
 
@@ -36,7 +38,8 @@ bool PointerGuard::isAllowed(IFDtype_t_ kind, std::uint64_t position) const noex
     const bool mayHoldPointers = kind == IFDtype_t_::Main || kind == IFDtype_t_::EXIF;
     const bool isOpen = std::find(openDirectories_.begin(), openDirectories_.end(), position) !=
                         openDirectories_.end();
-    return !(mayHoldPointers && isOpen) && depth_ < maximumDepth && entryBytes_ <= budget_;
+    return !(mayHoldPointers && isOpen) && depth_ < maximumDepth && entryBytes_ <= budget_ &&
+           directories_ <= directoryLimit_;
 }
 
 }  // namespace corvinex

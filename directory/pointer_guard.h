@@ -21,6 +21,11 @@ class PointerGuard {
     /// EXIF directory), but together they stay near the file's own size in honest files.
     static constexpr std::uint64_t budgetPerFileByte = 4;
     static constexpr std::uint64_t budgetAtLeast = std::uint64_t{16} << 20;
+    /// A directory in memory costs far more than the few entries it may have. A pointer of its own
+    /// takes an entry of 12 bytes and a directory 18, so files whose pointers lead to different
+    /// directories, or whose pages share one by an entry each, never come near.
+    static constexpr std::uint64_t fileBytesPerDirectory = 12;
+    static constexpr std::uint64_t directoriesAtLeast = 1024;
 
     explicit PointerGuard(std::uint64_t fileSize = 0) noexcept;
 
@@ -48,13 +53,14 @@ class PointerGuard {
         PointerGuard& guard_;
     };
 
-    /// Notes the entry bytes of a directory that was read, or one entry's for a directory that
-    /// could not be; they count while a pointer is followed.
-    void countEntries(std::uint64_t bytes) noexcept;
+    /// Notes a directory that was read with its entry bytes, or one that could not be with those of
+    /// one entry. Both count while a pointer is followed.
+    void countDirectory(std::uint64_t entryBytes) noexcept;
 
     /// Whether a pointer that makes a set of this kind at this absolute position may be followed:
     /// not into a directory that is being read (GPS and interoperability directories hold no
-    /// pointers and cannot loop), not deeper than maximumDepth, and not once the budget is spent.
+    /// pointers and cannot loop), not deeper than maximumDepth, and not once the directories that
+    /// pointers led to hold more entry bytes than the budget or are more than their limit.
     [[nodiscard]] bool isAllowed(IFDtype_t_ kind, std::uint64_t position) const noexcept;
 
   private:
@@ -62,6 +68,8 @@ class PointerGuard {
     std::size_t depth_ = 0;
     std::uint64_t entryBytes_ = 0;
     std::uint64_t budget_;
+    std::uint64_t directories_ = 0;
+    std::uint64_t directoryLimit_;
 };
 
 }  // namespace corvinex

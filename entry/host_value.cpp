@@ -48,9 +48,17 @@ HostArray makeEmptyNumbers() {
 }
 
 HostArray makeNumbers(std::span<const double> values, std::size_t rows, std::size_t columns) {
-    HostArray array = makeNumericArray({rows, columns}, zxClassID::Double);
-    std::copy_n(values.begin(), rows * columns, static_cast<double*>(array->elementStorage()));
+    HostArray array = makeUnsetNumbers(rows, columns);
+    std::copy_n(values.begin(), rows * columns, getNumbers(*array).begin());
     return array;
+}
+
+HostArray makeUnsetNumbers(std::size_t rows, std::size_t columns) {
+    return makeNumericArray({rows, columns}, zxClassID::Double);
+}
+
+std::span<double> getNumbers(zxArray& array) {
+    return {static_cast<double*>(array.elementStorage()), array.elementCount()};
 }
 
 HostArray makeNumberRow(std::span<const double> values) {

@@ -22,6 +22,10 @@ HostArray makeNumber(double value);
 HostArray makeEmptyNumbers();
 /// rows x columns double; values has at least that many elements, column by column.
 HostArray makeNumbers(std::span<const double> values, std::size_t rows, std::size_t columns);
+/// rows x columns double to be filled through getNumbers.
+HostArray makeUnsetNumbers(std::size_t rows, std::size_t columns);
+/// The elements of a numeric array made here, column by column.
+std::span<double> getNumbers(zxArray& array);
 /// 1 x n double.
 HostArray makeNumberRow(std::span<const double> values);
 /// 1 x n uint8.

@@ -31,7 +31,9 @@ template <class T>
                              bool swap) {
     auto element =
         std::bit_cast<std::array<unsigned char, sizeof(T)>>(loadNative<T>(bytes, position));
-    raw2native(element.data(), sizeof(T), 1, swap);
+    if (swap) {
+        std::reverse(element.begin(), element.end());
+    }
     return std::bit_cast<T>(element);
 }
 

@@ -23,7 +23,7 @@ using Signature = std::array<unsigned char, Size>;
 
 template <std::size_t Size>
 std::optional<Signature<Size>> readSignature(const std::u16string& path) {
-    FileStream stream(fl::filesystem::fopen(path, "r"));
+    FileStream stream = FileStream::withoutBuffer(fl::filesystem::fopen(path, "r"));
     Signature<Size> signature{};
     if (!stream.isOpen() || stream.read(signature.data(), signature.size(), 1) != 1) {
         return std::nullopt;

@@ -193,6 +193,10 @@ std::size_t TagFile::freadNextIfdOffset(unsigned long long* offset) {
     return readUnsigned(offsetSize, offset);
 }
 
+std::uint64_t TagFile::readNextIfdOffset(std::span<const unsigned char> offset) const {
+    return loadUnsigned(offset, 0, offsetSize, swapBytes);
+}
+
 std::size_t TagFile::readUnsigned(std::uint64_t width, unsigned long long* value) {
     std::array<unsigned char, 8> bytes{};
     const std::size_t items = stream.read(bytes.data(), width, 1);

@@ -44,6 +44,9 @@ class TagFile {
     [[nodiscard]] std::size_t freadNumDirectoryEntries(unsigned long long* count);
     [[nodiscard]] std::size_t freadNextIfdOffset(unsigned long long* offset);
 
+    /// A directory offset in memory.
+    [[nodiscard]] std::uint64_t readNextIfdOffset(std::span<const unsigned char> offset) const;
+
     /// The value/offset field, and the count field, of a directory entry in memory.
     [[nodiscard]] std::uint64_t readTagDataOffset(std::span<const unsigned char> entry) const;
     [[nodiscard]] std::uint64_t readTagNumComponents(std::span<const unsigned char> entry) const;

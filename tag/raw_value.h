@@ -3,7 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <span>
-#include <vector>
+#include <utility>
+
+#include "tag/owned_array.h"
 
 namespace corvinex {
 
@@ -11,20 +13,28 @@ namespace corvinex {
 /// them, need no memory of their own.
 class RawValue {
   public:
-    /// Makes room for size bytes, whose contents are then unspecified, and returns it. Whoever asks
-    /// has checked that the file holds as many.
-    std::span<unsigned char> resize(std::size_t size) {
-        outside_.resize(size > inside_.size() ? size : 0);
-        bytes_ = size > inside_.size() ? std::span<unsigned char>(outside_)
-                                       : std::span<unsigned char>(inside_).first(size);
-        return bytes_;
+    /// What fits inside.
+    static constexpr std::size_t shortLength = 64;
+
+    /// Room for size bytes, which are unspecified. Whoever asks has checked that the file holds as
+    /// many.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
+    explicit RawValue(std::size_t size) : size_(size), outside_(size > shortLength ? size : 0) {}
+
+    [[nodiscard]] std::span<unsigned char> bytes() noexcept {
+        return isOutside() ? outside_.elements() : std::span(inside_).first(size_);
     }
-    [[nodiscard]] std::span<const unsigned char> bytes() const noexcept { return bytes_; }
+    [[nodiscard]] std::span<const unsigned char> bytes() const noexcept {
+        return isOutside() ? outside_.elements() : std::span(inside_).first(size_);
+    }
+    /// Whether the bytes have memory of their own, which can then be taken.
+    [[nodiscard]] bool isOutside() const noexcept { return size_ > shortLength; }
+    [[nodiscard]] OwnedArray<unsigned char> takeOutside() noexcept { return std::move(outside_); }
 
   private:
-    std::array<unsigned char, 64> inside_{};
-    std::vector<unsigned char> outside_;
-    std::span<unsigned char> bytes_;
+    std::size_t size_;
+    std::array<unsigned char, shortLength> inside_;  // unset, as its size tells
+    OwnedArray<unsigned char> outside_;
 };
 
 }  // namespace corvinex

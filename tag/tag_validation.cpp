@@ -2,12 +2,12 @@
 
 #include <tiff.h>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 
 #include "entry/fatal_errors.h"
 #include "vocabulary/tag_dictionary.h"
+#include "vocabulary/tag_row_index.h"
 
 namespace corvinex {
 
@@ -72,7 +72,7 @@ struct GroupMember {
     Group group;
 };
 
-// Ascending by tag. Tags that are not listed are not checked.
+// Tags that are not listed are not checked.
 constexpr GroupMember groupMembers[] = {
     {254, JpegActTables},
     {255, YCbCrPosition},
@@ -144,29 +144,25 @@ constexpr GroupMember groupMembers[] = {
     {33432, Copyright},
 };
 
-constexpr bool isLess(const GroupMember& a, const GroupMember& b) {
-    return a.tag < b.tag;
-}
-
-static_assert(std::is_sorted(std::begin(groupMembers), std::end(groupMembers), isLess));
+// Built when the module is loaded, like the dictionaries: a lookup cannot fail.
+// NOLINTBEGIN(cert-err58-cpp)
+const TagRowIndex rowOfCount(requiredCounts, [](const RequiredCount& row) { return row.tag; });
+const TagRowIndex rowOfGroup(groupMembers, [](const GroupMember& row) { return row.tag; });
+// NOLINTEND(cert-err58-cpp)
 
 }  // namespace
 
 void validate_tag_against_number_of_components(unsigned short id, unsigned long count) {
-    const auto* rule =
-        std::find_if(requiredCounts.begin(), requiredCounts.end(),
-                     [id](const RequiredCount& required) { return required.tag == id; });
-    if (rule != requiredCounts.end() && count != rule->count) {
-        raiseFatal(quorra::corvinex::badTagDataCount(id, primaryMap.at(id), count, rule->count));
+    const std::size_t row = rowOfCount.find(id);
+    if (row != TagRowIndex::none && count != requiredCounts[row].count) {
+        raiseFatal(quorra::corvinex::badTagDataCount(id, primaryMap.at(id), count,
+                                                     requiredCounts[row].count));
     }
 }
 
 const TypeRule* findTypeRule(std::uint16_t tag) noexcept {
-    const auto* member = std::lower_bound(
-        std::begin(groupMembers), std::end(groupMembers), tag,
-        [](const GroupMember& row, std::uint16_t number) { return row.tag < number; });
-    const bool isListed = member != std::end(groupMembers) && member->tag == tag;
-    return isListed ? &typeRules[member->group] : nullptr;
+    const std::size_t row = rowOfGroup.find(tag);
+    return row == TagRowIndex::none ? nullptr : &typeRules[groupMembers[row].group];
 }
 
 }  // namespace corvinex

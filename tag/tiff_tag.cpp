@@ -58,21 +58,19 @@ constexpr std::array<Default, 19> defaults{{
 }  // namespace
 
 TiffTag::TiffTag(TagFile* file, std::span<const unsigned char> entry, IFDtype_t_ kind)
-    : tagFile(file),
-      tagId(loadFromFile<std::uint16_t>(entry, idPosition, file->getSwapBytes())),
-      dataType(loadFromFile<std::uint16_t>(entry, typePosition, file->getSwapBytes())),
-      ifdType(kind) {
+    : tagFile(file), ifdType(kind) {
+    tagId = loadFromFile<std::uint16_t>(entry, idPosition, file->getSwapBytes());
+    dataType = loadFromFile<std::uint16_t>(entry, typePosition, file->getSwapBytes());
     setTagName();
     checkDataType();
     componentCount = file->readTagNumComponents(entry);
     checkComponentCount();
-    rawData = std::make_unique<RawValue>();
     setTagDataOffset(entry);
     processGenericTag();
 }
 
-TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind)
-    : tagId(id), ifdType(kind), isConstructed(true) {
+TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind) : ifdType(kind), isConstructed(true) {
+    tagId = id;
     setTagName();
     const auto* row = std::find_if(defaults.begin(), defaults.end(),
                                    [id](const Default& candidate) { return candidate.tag == id; });
@@ -88,75 +86,46 @@ TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind)
 }
 
 TiffTag::TiffTag(int id, IFDtype_t_ kind, unsigned long number)
-    : value(static_cast<double>(number)),
-      tagId(static_cast<std::uint16_t>(id)),
-      ifdType(kind),
-      isConstructed(true) {
+    : ifdType(kind), isConstructed(true) {
+    tagId = static_cast<std::uint16_t>(id);
+    value = static_cast<double>(number);
     setTagName();
     processSpecificTag();
 }
 
 TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind, std::span<const double> bitsPerSample)
-    : tagId(id), ifdType(kind), isConstructed(true) {
-    Numbers numbers;
-    numbers.reserve(bitsPerSample.size());
-    for (const double bits : bitsPerSample) {
-        numbers.push_back(id == tag_number::MinSampleValue ? 0.0 : std::exp2(bits) - 1.0);
-    }
-    setNumbers(std::move(numbers));
+    : ifdType(kind), isConstructed(true) {
+    tagId = id;
+    Numbers numbers(bitsPerSample.size());
+    std::transform(bitsPerSample.begin(), bitsPerSample.end(), numbers.elements().begin(),
+                   [id](double bits) {
+                       return id == tag_number::MinSampleValue ? 0.0 : std::exp2(bits) - 1.0;
+                   });
+    value = std::move(numbers);
     setTagName();
     processSpecificTag();
 }
 
 TiffTag::TiffTag(const TiffTag& other)
-    : value(other.value),
-      decodedWord(other.decodedWord),
-      tagFile(other.tagFile),
-      name(other.name),
-      componentCount(other.componentCount),
-      valueOffset(other.valueOffset),
-      tagId(other.tagId),
-      dataType(other.dataType) {}
+    : TagValue(other), tagFile(other.tagFile), componentCount(other.componentCount) {}
 
 TiffTag::TiffTag(TiffTag&& other) noexcept
-    : value(std::move(other.value)),
-      decodedWord(other.decodedWord),
-      tagFile(other.tagFile),
-      name(other.name),
-      componentCount(other.componentCount),
-      valueOffset(other.valueOffset),
-      tagId(other.tagId),
-      dataType(other.dataType) {}
+    : TagValue(std::move(other)), tagFile(other.tagFile), componentCount(other.componentCount) {}
 
 TiffTag::~TiffTag() = default;
 
-double TiffTag::getNumericValue(int /*index*/) const noexcept {
-    const auto numbers = getNumericValues();
-    return numbers.empty() ? 0.0 : numbers.front();
-}
-
-std::span<const double> TiffTag::getNumericValues() const noexcept {
-    if (const auto* number = std::get_if<double>(&value)) {
-        return {number, 1};
-    }
-    const auto* numbers = std::get_if<Numbers>(&value);
-    return numbers == nullptr ? std::span<const double>() : std::span<const double>(*numbers);
-}
-
-std::span<double> TiffTag::getNumericValues() noexcept {
-    if (auto* number = std::get_if<double>(&value)) {
-        return {number, 1};
-    }
-    auto* numbers = std::get_if<Numbers>(&value);
-    return numbers == nullptr ? std::span<double>() : std::span<double>(*numbers);
-}
-
 void TiffTag::setTagName() noexcept {
-    const TagDictionary& dictionary = ifdType == IFDtype_t_::Main || ifdType == IFDtype_t_::EXIF
-                                          ? primaryMap
-                                      : ifdType == IFDtype_t_::GPS ? GPSmap
-                                                                   : interopMap;
-    name = findTagName(dictionary, tagId);
+    switch (ifdType) {
+        case IFDtype_t_::Main:
+        case IFDtype_t_::EXIF:
+            name = primaryNames.find(tagId);
+            return;
+        case IFDtype_t_::GPS:
+            name = gpsNames.find(tagId);
+            return;
+        default:
+            name = interopNames.find(tagId);
+    }
 }
 
 void TiffTag::checkDataType() {
@@ -192,13 +161,12 @@ void TiffTag::setTagDataOffset(std::span<const unsigned char> entry) {
     if (byteCount <= tagFile->getOffsetSize()) {
         valueOffset = 0;
         const auto inside = entry.subspan(tagFile->getValueFieldPosition(), byteCount);
-        std::copy(inside.begin(), inside.end(), rawData->resize(byteCount).begin());
+        std::copy(inside.begin(), inside.end(), rawData.emplace(byteCount).bytes().begin());
     } else {
         valueOffset = tagFile->readTagDataOffset(entry);
         readTagData(byteCount, elementSize, elementCount);
     }
-    raw2native(rawData->resize(byteCount).data(), elementSize, elementCount,
-               tagFile->getSwapBytes());
+    raw2native(rawData->bytes().data(), elementSize, elementCount, tagFile->getSwapBytes());
 }
 
 void TiffTag::readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
@@ -215,8 +183,8 @@ void TiffTag::readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
             warnings::tagDataPastEOF(tagId, byteCount));
         dropEntry();
     }
-    if (tagFile->getStream().read(rawData->resize(byteCount).data(), elementSize, elementCount) !=
-        elementCount) {
+    if (tagFile->getStream().read(rawData.emplace(byteCount).bytes().data(), elementSize,
+                                  elementCount) != elementCount) {
         const std::string label = name == nullptr ? std::to_string(tagId) : *name;
         tagFile->warnOncePerFile("unableToReadTiffTag" + label,
                                  warnings::unableToReadTiffTag(label, position));
@@ -240,14 +208,14 @@ void TiffTag::validateTag() {
 }
 
 std::span<const unsigned char> TiffTag::getRawData() const noexcept {
-    return rawData == nullptr ? std::span<const unsigned char>() : rawData->bytes();
+    return rawData ? rawData->bytes() : std::span<const unsigned char>();
 }
 
 void TiffTag::processGenericTag() {
     validateTag();
     if (isSubIfdPointer()) {
         processSubIfds();
-    } else if (rawData != nullptr) {
+    } else if (rawData) {
         processNormalTagData();
         processSpecificTag();
     }
@@ -258,7 +226,7 @@ bool TiffTag::isSubIfdPointer() const noexcept {
            tagId == tag_number::GPSInfo || tagId == tag_number::InteroperabilityIFD;
 }
 
-void TiffTag::dropEntry() const {
+void TiffTag::dropEntry() {
     throw TiffTagsRecoverableError("TIiffTag::TiffTag");
 }
 

@@ -11,7 +11,6 @@
 #include "file/byte_order.h"
 #include "file/checked_arithmetic.h"
 #include "file/tag_file.h"
-#include "tag/raw_value.h"
 #include "tag/tag_numbers.h"
 #include "tag/tiff_tag.h"
 
@@ -47,16 +46,11 @@ std::string_view getEnclosingDirectoryWord(IFDtype_t_ kind) noexcept {
 
 }  // namespace
 
-std::size_t TiffTag::subIfdSize() const noexcept {
-    const auto* sets = std::get_if<Sets>(&value);
-    return sets == nullptr ? 0 : sets->size();
-}
-
 // Offsets are read at a 4-byte stride whatever the type; callers rely on it, the wrong later
 // offsets of 8-byte types included.
 void TiffTag::processSubIfds() {
-    if (!std::holds_alternative<Sets>(value)) {
-        value.emplace<Sets>();
+    if (!std::holds_alternative<SubDirectories>(value)) {
+        value.emplace<SubDirectories>();
     }
     FileStream& stream = tagFile->getStream();
     const std::uint64_t previousPosition = stream.tell();
@@ -64,8 +58,7 @@ void TiffTag::processSubIfds() {
         const std::uint64_t offset = loadPadded(getRawData(), i * sizeof(std::uint32_t));
         processSubIfd(saturatingAdd(offset, tagFile->getBaseOffset()));
     }
-    // Every reader positions for itself, so a failure here harms nobody.
-    static_cast<void>(stream.seek(previousPosition));
+    stream.seekWhenRead(previousPosition);
 }
 
 void TiffTag::processSubIfd(unsigned long long position) {
@@ -78,7 +71,7 @@ void TiffTag::processSubIfd(unsigned long long position) {
     const PointerGuard::FollowedPointer followed(tagFile->getPointerGuard());
     IFDTree tree(tagFile, getSubIfdType());
     if (tree.size() != 0) {
-        std::get<Sets>(value).push_back(std::move(tree));
+        std::get<SubDirectories>(value).sets().push_back(std::move(tree));
     }
 }
 

@@ -2,15 +2,15 @@
 
 #include <algorithm>
 #include <bit>
-#include <limits>
 #include <string>
+#include <string_view>
+#include <utility>
 
-#include "directory/ifd_tree.h"
 #include "entry/fatal_errors.h"
 #include "entry/warnings.h"
 #include "file/byte_order.h"
 #include "file/tag_file.h"
-#include "tag/raw_value.h"
+#include "tag/number_conversion.h"
 #include "tag/tag_numbers.h"
 #include "tag/tiff_tag.h"
 
@@ -32,8 +32,9 @@ double divide(double numerator, double denominator) noexcept {
 void TiffTag::processNormalTagData() {
     const std::span<const unsigned char> bytes = getRawData();
     if (tagId == tag_number::ImageSourceData) {
-        const auto kept = bytes.first(componentCount);
-        value.emplace<Bytes>(kept.begin(), kept.end());
+        Bytes kept(componentCount);
+        std::copy_n(bytes.begin(), kept.size(), kept.elements().begin());
+        value = std::move(kept);
         return;
     }
     switch (dataType) {
@@ -41,34 +42,24 @@ void TiffTag::processNormalTagData() {
             tagFile->warnOncePerFile("noTypeFormatId" + std::string(getName()),
                                      warnings::noTypeFormatId(getName()));
             dropEntry();
-        case TIFF_BYTE:
-        case TIFF_UNDEFINED:
-            return processTiffTagNumbers<std::uint8_t>();
         case TIFF_ASCII:
             return processTiffTagAscii();
-        case TIFF_SHORT:
-            return processTiffTagNumbers<std::uint16_t>();
-        case TIFF_LONG:
-            return processTiffTagNumbers<std::uint32_t>();
         case TIFF_RATIONAL:
             return processTiffTagRational();
-        case TIFF_SBYTE:
-            return processTiffTagNumbers<std::int8_t>();
-        case TIFF_SSHORT:
-            return processTiffTagNumbers<std::int16_t>();
-        case TIFF_SLONG:
-            return processTiffTagNumbers<std::int32_t>();
         case TIFF_SRATIONAL:
             return processTiffTagSRational();
+        case TIFF_BYTE:
+        case TIFF_SHORT:
+        case TIFF_LONG:
+        case TIFF_SBYTE:
+        case TIFF_UNDEFINED:
+        case TIFF_SSHORT:
+        case TIFF_SLONG:
         case TIFF_FLOAT:
-            return processTiffTagNumbers<float>();
         case TIFF_DOUBLE:
-            return processTiffTagNumbers<double>();
         case TIFF_LONG8:
-            return processTiffTagNumbers<std::uint64_t>();
         case TIFF_SLONG8:
-            // Read at a 4-byte stride over its 8-byte elements; callers rely on it.
-            return processTiffTagNumbers<std::int32_t>();
+            return processTiffTagNumbers();
         case TIFF_IFD:
         case TIFF_IFD8:
             // A directory offset on a tag that is not a pointer leads nowhere that is known.
@@ -80,40 +71,44 @@ void TiffTag::processNormalTagData() {
     }
 }
 
-template <class Element>
+// A large value stays as it is until it is output: as numbers it could be eight times as long.
 void TiffTag::processTiffTagNumbers() {
-    const std::span<const unsigned char> bytes = getRawData();
-    if (componentCount == 1) {
-        value = static_cast<double>(loadNative<Element>(bytes, 0));
-        return;
+    if (componentCount == 0) {
+        value = std::monostate();
+    } else if (componentCount == 1) {
+        double number = 0;
+        convertNumbers(dataType, getRawData(), {&number, 1});
+        value = number;
+    } else if (rawData->isOutside()) {
+        value = PackedNumbers{rawData->takeOutside()};
+        rawData.reset();
+    } else {
+        Numbers numbers(componentCount);
+        convertNumbers(dataType, getRawData(), numbers.elements());
+        value = std::move(numbers);
     }
-    Numbers numbers(componentCount);
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        numbers[i] = static_cast<double>(loadNative<Element>(bytes, i * sizeof(Element)));
-    }
-    setNumbers(std::move(numbers));
 }
 
 void TiffTag::processTiffTagAscii() {
-    if (!std::holds_alternative<std::string>(value)) {
-        value.emplace<std::string>();
-    }
+    const std::string_view before = getRawText();
     const std::span<const unsigned char> bytes = getRawData();
-    std::get<std::string>(value).append(bytes.begin(), bytes.end());
+    Text text{OwnedArray<char>(before.size() + bytes.size())};
+    const auto end = std::copy(before.begin(), before.end(), text.characters.elements().begin());
+    std::copy(bytes.begin(), bytes.end(), end);
+    value = std::move(text);
 }
 
 void TiffTag::processTiffTagRational() {
     bool hasZeroDenominator = false;
-    Numbers numbers = copyNumbers();
-    numbers.reserve(numbers.size() + componentCount);
-    for (std::size_t i = 0; i < componentCount; ++i) {
-        const double numerator = loadNative<std::uint32_t>(getRawData(), 8 * i);
-        const double denominator = loadNative<std::uint32_t>(getRawData(), 8 * i + 4);
+    std::uint64_t position = 0;
+    for (double& number : appendNumbers()) {
+        const double numerator = loadNative<std::uint32_t>(getRawData(), position);
+        const double denominator = loadNative<std::uint32_t>(getRawData(), position + 4);
         hasZeroDenominator = hasZeroDenominator || denominator == 0;
         lastRationalIsOneOverZero = numerator == 1 && denominator == 0;
-        numbers.push_back(divide(numerator, denominator));
+        number = divide(numerator, denominator);
+        position += 8;
     }
-    setNumbers(std::move(numbers));
     // DNG gives 0/0 and 1/0 a meaning in the depth tags.
     const bool isDepth = tagId == tag_number::DepthNear || tagId == tag_number::DepthFar;
     if (hasZeroDenominator && !isDepth) {
@@ -123,37 +118,36 @@ void TiffTag::processTiffTagRational() {
 
 // Unlike its unsigned twin it exempts no tag and has no say in what DepthFar takes for infinity.
 void TiffTag::processTiffTagSRational() {
-    Numbers numbers = copyNumbers();
-    numbers.reserve(numbers.size() + componentCount);
-    for (std::size_t i = 0; i < componentCount; ++i) {
-        const double numerator = loadNative<std::int32_t>(getRawData(), 8 * i);
-        const double denominator = loadNative<std::int32_t>(getRawData(), 8 * i + 4);
+    std::uint64_t position = 0;
+    for (double& number : appendNumbers()) {
+        const double numerator = loadNative<std::int32_t>(getRawData(), position);
+        const double denominator = loadNative<std::int32_t>(getRawData(), position + 4);
         if (denominator == 0) {
             warnOfDivisionByZero();
         }
-        numbers.push_back(divide(numerator, denominator));
+        number = divide(numerator, denominator);
+        position += 8;
     }
-    setNumbers(std::move(numbers));
+}
+
+/// Room for componentCount numbers behind those that are there.
+std::span<double> TiffTag::appendNumbers() {
+    const std::size_t before = countNumericValues();
+    if (before == 0 && componentCount == 1) {
+        return {&value.emplace<double>(0), 1};
+    }
+    if (componentCount == 0) {
+        return {};
+    }
+    Numbers numbers(before + componentCount);
+    copyNumbersTo(numbers.elements().first(before));
+    value = std::move(numbers);
+    return unpackNumbers().subspan(before);
 }
 
 void TiffTag::warnOfDivisionByZero() const {
     tagFile->warnOncePerFile("badTagValueDivisionByZero" + std::string(getName()),
                              warnings::badTagValueDivisionByZero(getName()));
-}
-
-TiffTag::Numbers TiffTag::copyNumbers() const {
-    const std::span<const double> numbers = getNumericValues();
-    return {numbers.begin(), numbers.end()};
-}
-
-void TiffTag::setNumbers(Numbers numbers) {
-    if (numbers.empty()) {
-        value = std::monostate();
-    } else if (numbers.size() == 1) {
-        value = numbers.front();
-    } else {
-        value = std::move(numbers);
-    }
 }
 
 }  // namespace corvinex

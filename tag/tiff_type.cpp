@@ -44,6 +44,17 @@ const TypeName* findType(std::uint32_t code) noexcept {
     return row == typeNames.end() ? nullptr : row;
 }
 
+/// Bytes of one element by type code, 0 for what is no type. Asked for once: every entry needs it.
+// NOLINTNEXTLINE(cert-err58-cpp): only a code past the end could raise
+const std::array<std::uint8_t, 19> widths = [] {
+    std::array<std::uint8_t, 19> result{};
+    for (const TypeName& type : typeNames) {
+        result.at(type.code) =
+            static_cast<std::uint8_t>(TIFFDataWidth(static_cast<TIFFDataType>(type.code)));
+    }
+    return result;
+}();
+
 }  // namespace
 
 std::string get_datatype_name(TIFFDataType type) {
@@ -55,11 +66,11 @@ std::string get_datatype_name(TIFFDataType type) {
 }
 
 bool isKnownTypeCode(std::uint32_t code) noexcept {
-    return findType(code) != nullptr;
+    return code < widths.size() && widths[code] != 0;
 }
 
 std::uint64_t getElementWidth(std::uint32_t code) noexcept {
-    return static_cast<std::uint64_t>(TIFFDataWidth(static_cast<TIFFDataType>(code)));
+    return widths[code];
 }
 
 }  // namespace corvinex

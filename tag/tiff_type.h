@@ -14,7 +14,7 @@ namespace corvinex {
 /// Whether a type code of a directory entry is a type or 0 (no type): 0 to 13 and 16 to 18.
 [[nodiscard]] bool isKnownTypeCode(std::uint32_t code) noexcept;
 
-/// Bytes of one element of a type: 1, 2, 4 or 8.
+/// Bytes of one element of a known type: 1, 2, 4 or 8.
 [[nodiscard]] std::uint64_t getElementWidth(std::uint32_t code) noexcept;
 
 }  // namespace corvinex

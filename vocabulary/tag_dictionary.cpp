@@ -19,18 +19,29 @@ TagDictionary makeDictionary(std::span<const TagName> table) {
 
 }  // namespace
 
+// NOLINTBEGIN(cert-err58-cpp): they are built when the module is loaded
+
 const TagDictionary primaryMap = makeDictionary(primaryTagTable());
 const TagDictionary GPSmap = makeDictionary(gpsTagTable());
 const TagDictionary interopMap = makeDictionary(interopTagTable());
 
-const std::string* findTagName(const TagDictionary& dictionary, std::uint16_t tag) noexcept {
-    const auto entry = dictionary.find(tag);
-    return entry == dictionary.end() ? nullptr : &entry->second;
+TagNameIndex::TagNameIndex(const TagDictionary& dictionary)
+    : rows_(dictionary, [](const TagDictionary::value_type& entry) { return entry.first; }) {
+    names_.reserve(dictionary.size());
+    for (const auto& [number, name] : dictionary) {
+        names_.push_back(&name);
+    }
 }
+
+const TagNameIndex primaryNames(primaryMap);
+const TagNameIndex gpsNames(GPSmap);
+const TagNameIndex interopNames(interopMap);
+
+// NOLINTEND(cert-err58-cpp)
 
 }  // namespace corvinex
 
 std::string search_map(const corvinex::TagDictionary* map, unsigned short tag) {
-    const std::string* name = corvinex::findTagName(*map, tag);
-    return name == nullptr ? "unknown" : *name;
+    const auto entry = map->find(tag);
+    return entry == map->end() ? "unknown" : entry->second;
 }

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "host/interface/export.h"
+#include "vocabulary/tag_row_index.h"
 
 namespace corvinex {
 
@@ -19,10 +22,27 @@ extern const TagDictionary GPSmap;
 /// Interoperability directories: 5 tags.
 extern const TagDictionary interopMap;
 
-/// The name of a tag, or null when the dictionary does not know it. The text lives as long as the
-/// module.
-[[nodiscard]] const std::string* findTagName(const TagDictionary& dictionary,
-                                             std::uint16_t tag) noexcept;
+/// The names of a dictionary by number, for naming entries.
+class TagNameIndex {
+  public:
+    /// The dictionary must outlive the index.
+    explicit TagNameIndex(const TagDictionary& dictionary);
+
+    /// The name of a tag, or null when the dictionary does not know it. The text lives as long as
+    /// the module.
+    [[nodiscard]] const std::string* find(std::uint16_t tag) const noexcept {
+        const std::size_t row = rows_.find(tag);
+        return row == TagRowIndex::none ? nullptr : names_[row];
+    }
+
+  private:
+    TagRowIndex rows_;
+    std::vector<const std::string*> names_;
+};
+
+extern const TagNameIndex primaryNames;
+extern const TagNameIndex gpsNames;
+extern const TagNameIndex interopNames;
 
 }  // namespace corvinex
 

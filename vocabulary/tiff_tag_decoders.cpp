@@ -5,11 +5,10 @@
 #include <string>
 #include <utility>
 
-#include "directory/ifd_tree.h"
 #include "entry/fatal_errors.h"
 #include "entry/numeric_conversion.h"
-#include "tag/raw_value.h"
 #include "tag/tiff_tag.h"
+#include "vocabulary/tag_row_index.h"
 #include "vocabulary/word_tables.h"
 
 // The decoders of enumerated and special tag values.
@@ -68,23 +67,22 @@ void TiffTag::processSpecificTag() {
         {51179, &TiffTag::processDepthFar},
     };
     // clang-format on
+    static const TagRowIndex rowOfDecoder(decoders, [](const Decoder& row) { return row.tag; });
 
     if (componentCount == 0 && !isConstructed) {
         return;
     }
     // A text is its own decoding.
-    if (getNumericValues().empty() || ifdType == IFDtype_t_::GPS ||
+    if (countNumericValues() == 0 || ifdType == IFDtype_t_::GPS ||
         ifdType == IFDtype_t_::Interoperability) {
         return;
     }
     if (ifdType != IFDtype_t_::Main && ifdType != IFDtype_t_::EXIF) {
         raiseFatal(quorra::corvinex::unrecognizedIfdId(static_cast<std::uint32_t>(ifdType)));
     }
-    const auto* decoder =
-        std::lower_bound(std::begin(decoders), std::end(decoders), tagId,
-                         [](const Decoder& row, std::uint16_t number) { return row.tag < number; });
-    if (decoder != std::end(decoders) && decoder->tag == tagId) {
-        (this->*decoder->process)();
+    const std::size_t row = rowOfDecoder.find(tagId);
+    if (row != TagRowIndex::none) {
+        (this->*decoders[row].process)();
     }
 }
 
@@ -193,7 +191,7 @@ void TiffTag::processSubjectDistanceRange() {
 void TiffTag::processImageDescription() {}
 
 void TiffTag::processGrayResponseUnit() {
-    double& unit = getNumericValues().front();
+    double& unit = unpackNumbers().front();
     const auto* row =
         std::find_if(std::begin(grayResponseScales), std::end(grayResponseScales),
                      [unit](const Scale& candidate) { return candidate.unit == unit; });
@@ -206,11 +204,12 @@ void TiffTag::processGrayResponseUnit() {
 // value bytes go first, so that a large packet is not held three times.
 void TiffTag::processXMP() {
     rawData.reset();
-    std::string packet;
-    packet.reserve(getNumericValues().size());
-    for (const double number : getNumericValues()) {
-        const auto code = static_cast<std::uint32_t>(truncateTo<std::int32_t>(number));
-        packet.push_back(static_cast<char>(static_cast<unsigned char>(code & 0xFF)));
+    Text packet{OwnedArray<char>(countNumericValues())};
+    std::size_t i = 0;
+    for (char& character : packet.characters.elements()) {
+        const auto code = static_cast<std::uint32_t>(truncateTo<std::int32_t>(getNumber(i)));
+        character = static_cast<char>(static_cast<unsigned char>(code & 0xFF));
+        ++i;
     }
     value = std::move(packet);
 }

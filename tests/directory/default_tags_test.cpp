@@ -28,8 +28,14 @@ TagIds tagsOf(const Bytes& bytes, std::uint64_t position,
     }
     const corvinex::IFDTree tree(&tagFile, kind);
     TagIds ids;
-    for (const corvinex::TiffTag& tag : tree.getIfds().front().getTags()) {
+    const corvinex::IFD& ifd = tree.getIfds().front();
+    for (const corvinex::TagValue& tag : ifd.getTags()) {
         ids.push_back(tag.getId());
+    }
+    for (std::size_t i = 0; i < allDefaults.size(); ++i) {
+        if ((ifd.getDefaultTags() >> i & 1U) != 0) {
+            ids.push_back(corvinex::IFD::getBaselineTag(i).first);
+        }
     }
     return ids;
 }

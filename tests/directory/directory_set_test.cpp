@@ -172,6 +172,20 @@ TEST_P(DirectorySet, UnnamedTagsCountAsOneOfADirectorysFields) {
     EXPECT_EQ(ifd.size(), 2U);
 }
 
+TEST_P(DirectorySet, ADirectoryWhoseEntriesAreDroppedKeepsNoRoomForThem) {
+    constexpr std::uint16_t noType = 99;
+    TiffBuilder builder = newBuilder();
+    std::vector<Field> fields(1000, at(305, noType, 1, 0));
+    fields.front() = text(305, "s");
+    fields[1] = number(65000, SHORT, 1);
+    builder.add(std::move(fields));
+    OpenFile file(tiff(), builder.bytes());
+    IFD ifd(file.get(), IFDtype_t_::EXIF);
+    ifd.process();
+    EXPECT_EQ(ifd.getTags().size(), 1U);
+    EXPECT_LE(ifd.getTags().capacity(), 64U);
+}
+
 TEST_P(DirectorySet, ADirectoryOfWidthAndLengthAloneHasSizeZero) {
     TiffBuilder builder = newBuilder();
     builder.add({number(256, SHORT, 1), number(257, SHORT, 1)});

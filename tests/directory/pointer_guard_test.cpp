@@ -74,32 +74,55 @@ TEST(PointerGuard, RefusesPointersOnceTheyLedToFourTimesTheFileAnd16MiB) {
     PointerGuard guard(1000);
     {
         const PointerGuard::FollowedPointer followed(guard);
-        guard.countEntries(16 * mebibyte);
-        guard.countEntries(4000);
+        guard.countDirectory(16 * mebibyte);
+        guard.countDirectory(4000);
         EXPECT_TRUE(guard.isAllowed(IFDtype_t_::GPS, 8));
-        guard.countEntries(1);
+        guard.countDirectory(1);
     }
     for (const IFDtype_t_ kind : allKinds) {
         EXPECT_FALSE(guard.isAllowed(kind, 8));
     }
 }
 
+TEST(PointerGuard,
+     RefusesPointersOnceTheyLedToMoreThan1024DirectoriesAndOneForEach12BytesOfTheFile) {
+    PointerGuard guard(12'011);
+    const PointerGuard::FollowedPointer followed(guard);
+    for (int i = 0; i < 1024 + 1000; ++i) {
+        guard.countDirectory(12);
+    }
+    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::GPS, 8));
+    guard.countDirectory(0);
+    for (const IFDtype_t_ kind : allKinds) {
+        EXPECT_FALSE(guard.isAllowed(kind, 8));
+    }
+}
+
+TEST(PointerGuard, AddsUpTheDirectoriesOfAllPointers) {
+    PointerGuard guard(0);
+    for (int i = 0; i < 17; ++i) {
+        const PointerGuard::FollowedPointer followed(guard);
+        guard.countDirectory(mebibyte);
+    }
+    EXPECT_FALSE(guard.isAllowed(IFDtype_t_::Main, 8));
+}
+
 TEST(PointerGuard, DoesNotCountDirectoriesReachedWithoutPointers) {
     PointerGuard guard(1000);
-    guard.countEntries(std::uint64_t{1} << 62);
+    guard.countDirectory(std::uint64_t{1} << 62);
     EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, 8));
 }
 
 TEST(PointerGuard, NeverWrapsAround) {
     PointerGuard guard(std::numeric_limits<std::uint64_t>::max());
     const PointerGuard::FollowedPointer followed(guard);
-    guard.countEntries(std::numeric_limits<std::uint64_t>::max());
-    guard.countEntries(std::numeric_limits<std::uint64_t>::max());
+    guard.countDirectory(std::numeric_limits<std::uint64_t>::max());
+    guard.countDirectory(std::numeric_limits<std::uint64_t>::max());
     EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, 8));
     PointerGuard small(0);
     const PointerGuard::FollowedPointer other(small);
-    small.countEntries(std::numeric_limits<std::uint64_t>::max());
-    small.countEntries(std::numeric_limits<std::uint64_t>::max());
+    small.countDirectory(std::numeric_limits<std::uint64_t>::max());
+    small.countDirectory(std::numeric_limits<std::uint64_t>::max());
     EXPECT_FALSE(small.isAllowed(IFDtype_t_::Main, 8));
 }
 

@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <boost/numeric/conversion/converter_policies.hpp>
-#include <iterator>
 #include <new>
-#include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -89,24 +87,6 @@ void callAndFree(const test::Inputs& inputs) {
     const ValuePtr owner(output);
 }
 
-/// Calls with the n-th call of an operation failing; false when it was never reached.
-bool failsAt(Operation operation, std::size_t n, const test::Inputs& inputs) {
-    const std::size_t before = host::callsOf(operation);
-    bool raised = false;
-    {
-        const host::ScopedFault fault(operation, n);
-        try {
-            callAndFree(inputs);
-        } catch (const host::OperationFailed& failure) {
-            EXPECT_EQ(failure.operation(), operation);
-            raised = true;
-        }
-    }
-    const bool reached = host::callsOf(operation) - before >= n;
-    EXPECT_EQ(raised, reached);
-    return reached;
-}
-
 /// Calls with a sink that raises at the first warning.
 template <class Exception>
 void callWithRaisingSink(const Exception& exception) {
@@ -134,52 +114,6 @@ std::vector<BadFile> badFiles() {
 }
 
 }  // namespace
-
-TEST(FailingOperations, EachCallInTurnPassesUnchangedAndLeavesNothing) {
-    const Operation operations[] = {
-        Operation::zxGetScalar,
-        Operation::zxCreateDoubleScalar,
-        Operation::zxCreateNumericArray,
-        Operation::zxCreateString,
-        Operation::zxCreateCharArray,
-        Operation::zxCreateCellArray,
-        Operation::zxSetCell,
-        Operation::zxCreateStructArray,
-        Operation::zxSetField,
-        Operation::createFromUtf16,
-        Operation::createFromNarrow,
-        Operation::to_korvel,
-        Operation::isScalarText,
-        Operation::isString,
-        Operation::getString,
-        Operation::zxWarningMsgId,
-        Operation::exists,
-        Operation::status,
-        Operation::timezone,
-        Operation::from_utc,
-        Operation::to_ustring,
-        Operation::detect_charset,
-        Operation::codecvt_string_to_ustring,
-    };
-    std::set<Operation> failed;
-    for (const Sample& sample : samples()) {
-        SCOPED_TRACE(sample.name);
-        const test::TemporaryFile file(sample.bytes);
-        const test::Inputs inputs(host::makeStringScalar(file.name()), {sample.headerOffset, 0, 0});
-        for (const Operation operation : operations) {
-            const Inventory inventory;
-            std::size_t n = 1;
-            while (failsAt(operation, n, inputs)) {
-                failed.insert(operation);
-                inventory.expectUnchanged();
-                ++n;
-            }
-            inventory.expectUnchanged();
-        }
-    }
-    // The samples leave no operation untried.
-    EXPECT_EQ(failed, std::set<Operation>(std::begin(operations), std::end(operations)));
-}
 
 TEST(FailingOperations, AnOpenThatFailsIsAnUnsupportedFormat) {
     // One open for each detector that is asked, and one to read.

@@ -65,6 +65,35 @@ TEST(FileStream, SeeksFromTheStartAndFromWhereItStands) {
     EXPECT_EQ(stream.tell(), 0U);
 }
 
+TEST(FileStream, GoesWhereItShallBeReadFromOnceItIsRead) {
+    const test::TemporaryFile file({1, 2, 3, 4, 5});
+    FileStream stream = open(file);
+    unsigned char byte = 0;
+    ASSERT_TRUE(stream.seek(4));
+    stream.seekWhenRead(1);
+    EXPECT_EQ(stream.tell(), 1U);
+    EXPECT_EQ(stream.read(&byte, 1, 1), 1U);
+    EXPECT_EQ(byte, 2);
+    stream.seekWhenRead(0);
+    EXPECT_TRUE(stream.seekForward(3));
+    EXPECT_EQ(stream.tell(), 3U);
+    stream.seekWhenRead(0);
+    EXPECT_TRUE(stream.seek(4));
+    EXPECT_EQ(stream.read(&byte, 1, 1), 1U);
+    EXPECT_EQ(byte, 5);
+}
+
+TEST(FileStream, ReadsNothingFromWhereItCannotGo) {
+    const test::TemporaryFile file({1, 2, 3});
+    FileStream stream = open(file);
+    unsigned char byte = 0;
+    stream.seekWhenRead(beyondLong);
+    EXPECT_EQ(stream.read(&byte, 1, 1), 0U);
+    EXPECT_TRUE(stream.seek(2));
+    EXPECT_EQ(stream.read(&byte, 1, 1), 1U);
+    EXPECT_EQ(byte, 3);
+}
+
 TEST(FileStream, StandsPastTheEndWithoutAFailure) {
     const test::TemporaryFile file({1});
     FileStream stream = open(file);

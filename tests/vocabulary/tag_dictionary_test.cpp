@@ -108,10 +108,18 @@ TEST(SearchMap, AnswersUnknownFromAnEmptyDictionary) {
     EXPECT_EQ(search_map(&empty, 256), "unknown");
 }
 
-TEST(FindTagName, AnswersNothingWhereSearchMapAnswersUnknown) {
-    EXPECT_EQ(corvinex::findTagName(GPSmap, 99), nullptr);
-    ASSERT_NE(corvinex::findTagName(GPSmap, 0), nullptr);
-    EXPECT_EQ(*corvinex::findTagName(GPSmap, 0), "GPSVersionID");
+TEST(TagNameIndex, KnowsWhatItsDictionaryKnows) {
+    const std::pair<const TagDictionary*, const corvinex::TagNameIndex*> pairs[] = {
+        {&primaryMap, &corvinex::primaryNames},
+        {&GPSmap, &corvinex::gpsNames},
+        {&interopMap, &corvinex::interopNames}};
+    for (const auto& [dictionary, index] : pairs) {
+        for (unsigned tag = 0; tag <= 0xFFFF; ++tag) {
+            const auto number = static_cast<std::uint16_t>(tag);
+            const auto entry = dictionary->find(number);
+            EXPECT_EQ(index->find(number), entry == dictionary->end() ? nullptr : &entry->second);
+        }
+    }
 }
 
 }  // namespace

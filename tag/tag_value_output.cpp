@@ -1,19 +1,21 @@
 #include <algorithm>
 #include <iterator>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "directory/ifd_tree.h"
 #include "entry/host_value.h"
 #include "host/interface/platform.h"
 #include "tag/tag_numbers.h"
-#include "tag/tiff_tag.h"
+#include "tag/tag_value.h"
 #include "vocabulary/word_tables.h"
 
 // From a tag's value to the host array of its field.
 
 namespace corvinex {
 
-HostArray TiffTag::getZxArray() {
+HostArray TagValue::getZxArray() {
     switch (tagId) {
         case tag_number::ColorMap:
             return getZxArrayColormap();
@@ -24,7 +26,7 @@ HostArray TiffTag::getZxArray() {
         case tag_number::ExifIFD:
         case tag_number::GPSInfo:
         case tag_number::InteroperabilityIFD:
-            return std::get<Sets>(value).front().repackageIfds();
+            return std::get<SubDirectories>(value).sets().front().repackageIfds();
         case tag_number::ImageSourceData:
             return getZxArrayImageSourceData();
         default:
@@ -33,20 +35,26 @@ HostArray TiffTag::getZxArray() {
     if (decodedWord != nullptr) {
         return makeWord(decodedWord);
     }
-    const std::string& text = getRawText();
+    const std::string_view text = getRawText();
     if (!text.empty()) {
         return trim_nulls(text);
     }
-    const auto numbers = getNumericValues();
-    return numbers.empty() ? HostArray() : makeNumberRow(numbers);
+    return countNumericValues() == 0 ? HostArray() : getNumberRow();
+}
+
+// Straight into the host's array: large values are never held as numbers twice.
+HostArray TagValue::getNumberRow() const {
+    HostArray row = makeUnsetNumbers(1, countNumericValues());
+    copyNumbersTo(getNumbers(*row));
+    return row;
 }
 
 // The file stores all reds, then all greens, then all blues: column-major order makes each a
 // column.
-HostArray TiffTag::getZxArrayColormap() {
+HostArray TagValue::getZxArrayColormap() {
     constexpr double largestSample = 65535.0;
     constexpr std::size_t channels = 3;
-    const std::span<double> samples = getNumericValues();
+    const std::span<double> samples = unpackNumbers();
     if (samples.empty()) {
         return {};
     }
@@ -56,7 +64,7 @@ HostArray TiffTag::getZxArrayColormap() {
     return makeNumbers(samples, samples.size() / channels, channels);
 }
 
-HostArray TiffTag::getZxArraySampleFormat() const {
+HostArray TagValue::getZxArraySampleFormat() const {
     const auto formats = getNumericValues();
     if (formats.size() == 1) {
         return makeWord(words::findWord(words::sampleFormat, formats.front()));
@@ -68,12 +76,12 @@ HostArray TiffTag::getZxArraySampleFormat() const {
     return cells;
 }
 
-HostArray TiffTag::getZxArrayImageSourceData() const {
-    return makeByteRow(std::get<Bytes>(value));
+HostArray TagValue::getZxArrayImageSourceData() const {
+    return makeByteRow(std::get<Bytes>(value).elements());
 }
 
-HostArray TiffTag::getZxArraySubIfds() {
-    Sets& sets = std::get<Sets>(value);
+HostArray TagValue::getZxArraySubIfds() {
+    std::vector<IFDTree>& sets = std::get<SubDirectories>(value).sets();
     HostArray cells = makeCellRow(sets.size());
     for (std::size_t i = 0; i < sets.size(); ++i) {
         setCell(*cells, i, sets[i].repackageIfds());
@@ -81,18 +89,18 @@ HostArray TiffTag::getZxArraySubIfds() {
     return cells;
 }
 
-void TiffTag::setUnknownTagZx(zxArray& unknownTags, std::size_t index) const {
+void TagValue::setUnknownTagZx(zxArray& unknownTags, std::size_t index) const {
     setField(unknownTags, index, "ID", makeNumber(tagId));
     setField(unknownTags, index, "Offset", makeNumber(static_cast<double>(valueOffset)));
     setField(unknownTags, index, "Value",
-             getRawText().empty() ? makeNumberRow(getNumericValues()) : getUnknownTagText());
+             getRawText().empty() ? getNumberRow() : getUnknownTagText());
 }
 
-HostArray TiffTag::getUnknownTagText() const {
-    const std::string& rawText = getRawText();
+HostArray TagValue::getUnknownTagText() const {
+    const std::string_view rawText = getRawText();
     const std::string charset =
         fl::i18n::detect_charset(rawText.data(), rawText.size(), "<unknown>");
-    const std::string text = rawText.substr(0, rawText.find('\0'));
+    const std::string text(rawText.substr(0, rawText.find('\0')));
     if (charset == "UTF-8") {
         return makeUtf8Text(text);
     }
@@ -100,13 +108,7 @@ HostArray TiffTag::getUnknownTagText() const {
         text, charset, fl::i18n::codecvt_mode::lenient, fl::i18n::KvLocale::system));
 }
 
-const std::string& TiffTag::getRawText() const noexcept {
-    static const std::string noText;
-    const auto* text = std::get_if<std::string>(&value);
-    return text == nullptr ? noText : *text;
-}
-
-HostArray TiffTag::trim_nulls(std::string_view text) {
+HostArray TagValue::trim_nulls(std::string_view text) {
     const auto last = std::find_if(text.rbegin(), text.rend(), [](char c) { return c != '\0'; });
     text.remove_suffix(static_cast<std::size_t>(std::distance(text.rbegin(), last)));
     return text.empty() ? makeEmptyText() : makeText(fl::i18n::to_ustring(std::string(text)));

@@ -1,0 +1,106 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "entry/host_value.h"
+#include "tag/owned_array.h"
+
+namespace corvinex {
+
+class IFDTree;
+
+/// The directory sets that a pointer tag leads to, copied with their owner.
+class SubDirectories {
+  public:
+    SubDirectories();
+    SubDirectories(const SubDirectories& other);
+    SubDirectories(SubDirectories&& other) noexcept;
+    SubDirectories& operator=(const SubDirectories&) = delete;
+    SubDirectories& operator=(SubDirectories&&) = delete;
+    ~SubDirectories();
+
+    [[nodiscard]] std::vector<IFDTree>& sets() noexcept { return *sets_; }
+    [[nodiscard]] const std::vector<IFDTree>& sets() const noexcept { return *sets_; }
+
+  private:
+    std::unique_ptr<std::vector<IFDTree>> sets_;
+};
+
+/// What a directory keeps of a tag: its number and name, its value, and the way to the value of its
+/// output field. A result holds a great many, so they are small: a value of one number needs no
+/// memory of its own, a large one stays in the type that the file has it in, and names and words
+/// are those of the constant tables.
+class TagValue {
+  public:
+    [[nodiscard]] std::uint16_t getId() const noexcept { return tagId; }
+    /// The field name, empty for an unknown tag. Lives as long as the module, NUL-terminated.
+    [[nodiscard]] std::string_view getName() const noexcept {
+        return name == nullptr ? std::string_view("") : std::string_view(*name);
+    }
+    /// The first number, or 0.0 when there is none. The index is accepted and ignored.
+    [[nodiscard]] double getNumericValue(int index) const;
+    [[nodiscard]] std::vector<double> getNumericValues() const;
+    [[nodiscard]] std::size_t countNumericValues() const noexcept;
+    /// Number of directory sets that a pointer tag holds.
+    [[nodiscard]] std::size_t subIfdSize() const noexcept;
+
+    /// The value of this tag's field: a new host array, or null for a tag without a value. Divides
+    /// a Colormap's values in place, so a tag is output once.
+    [[nodiscard]] HostArray getZxArray();
+    /// Fills "ID", "Offset" and "Value" of one element of an "UnknownTags" struct array.
+    void setUnknownTagZx(zxArray& unknownTags, std::size_t index) const;
+    /// 1 x n char without the text's trailing zero bytes, from the current locale's encoding;
+    /// 0 x 0 char when nothing is left.
+    [[nodiscard]] static HostArray trim_nulls(std::string_view text);
+
+  protected:
+    using Numbers = OwnedArray<double>;
+    using Bytes = OwnedArray<unsigned char>;
+    struct Text {
+        OwnedArray<char> characters;
+    };
+    /// Many numbers in host byte order, of the tag's type.
+    struct PackedNumbers {
+        OwnedArray<unsigned char> bytes;
+    };
+    /// Nothing, one number, several numbers in two forms, a text, the bytes of ImageSourceData,
+    /// directory sets.
+    using Value =
+        std::variant<std::monostate, double, Numbers, PackedNumbers, Text, Bytes, SubDirectories>;
+
+    TagValue() = default;
+
+    /// One number; index is below countNumericValues().
+    [[nodiscard]] double getNumber(std::size_t index) const;
+    /// Writes all numbers.
+    void copyNumbersTo(std::span<double> numbers) const;
+    /// All numbers, from here on at hand as such.
+    [[nodiscard]] std::span<double> unpackNumbers();
+    [[nodiscard]] std::string_view getRawText() const noexcept;
+
+    // The tag that is read fills them in.
+    // NOLINTBEGIN(misc-non-private-member-variables-in-classes)
+    Value value;
+    const char* decodedWord = nullptr;  // of a word table, or null
+    const std::string* name = nullptr;  // of a dictionary, or null for an unknown tag
+    std::uint64_t valueOffset = 0;
+    std::uint16_t tagId = 0;
+    std::uint16_t dataType = 0;
+    // NOLINTEND(misc-non-private-member-variables-in-classes)
+
+  private:
+    [[nodiscard]] HostArray getNumberRow() const;
+    [[nodiscard]] HostArray getZxArrayColormap();
+    [[nodiscard]] HostArray getZxArraySampleFormat() const;
+    [[nodiscard]] HostArray getZxArrayImageSourceData() const;
+    [[nodiscard]] HostArray getZxArraySubIfds();
+    [[nodiscard]] HostArray getUnknownTagText() const;
+};
+
+}  // namespace corvinex
