@@ -41,6 +41,11 @@ void store(ValuePtr& slot, zxArray* value) noexcept {
 }
 
 ValuePtr charRowFromUtf8(std::string_view text) {
+    if (host::isAscii(text)) {
+        ValuePtr row = host::CharArray::make({1, text.size()});
+        std::copy(text.begin(), text.end(), static_cast<char16_t*>(row->elementStorage()));
+        return row;
+    }
     return host::makeCharRow(host::lenientUtf16(host::utf8Converter(), text));
 }
 
@@ -137,7 +142,7 @@ void zxSetField(zxArray* array, std::size_t index, const char* name, zxArray* va
     if (name == nullptr) {
         throw std::invalid_argument("a field has no name");
     }
-    store(target.slot(index, target.placeOf(name)), value);
+    store(target.slot(index, target.placeToSet(name)), value);
 }
 
 }  // namespace detail::noninlined::zx_array_api

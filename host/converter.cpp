@@ -38,6 +38,11 @@ void U_CALLCONV replaceUnits(const void*, UConverterFromUnicodeArgs* arguments, 
     }
 }
 
+bool startsWithAscii(const UConverter& converter) {
+    const UConverterType type = ucnv_getType(&converter);
+    return type == UCNV_UTF8 || type == UCNV_US_ASCII || type == UCNV_LATIN_1;
+}
+
 void raiseOnFailure(UErrorCode status) {
     if (status == U_MEMORY_ALLOCATION_ERROR) {
         throw std::bad_alloc();
@@ -83,6 +88,12 @@ std::u16string utf16Of(UConverter& converter, std::string_view bytes, UConverter
 }
 
 std::string utf8Of(std::u16string_view text, UConverterFromUCallback onBad) {
+    if (std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; })) {
+        std::string ascii(text.size(), '\0');
+        std::transform(text.begin(), text.end(), ascii.begin(),
+                       [](char16_t unit) { return static_cast<char>(unit); });
+        return ascii;
+    }
     UConverter& converter = utf8Converter();
     UErrorCode status = U_ZERO_ERROR;
     ucnv_setFromUCallBack(&converter, onBad, nullptr, nullptr, nullptr, &status);
@@ -91,6 +102,11 @@ std::string utf8Of(std::u16string_view text, UConverterFromUCallback onBad) {
 }
 
 }  // namespace
+
+bool isAscii(std::string_view bytes) noexcept {
+    return std::all_of(bytes.begin(), bytes.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
 
 ConverterPtr openConverter(const std::string& charset) {
     // ICU takes no name at all as its default converter's.
@@ -113,7 +129,11 @@ UConverter& utf8Converter() {
     return *converter;
 }
 
+// Most texts are ASCII, and most character sets have it at their start: these need no converter.
 std::u16string lenientUtf16(UConverter& converter, std::string_view bytes) {
+    if (isAscii(bytes) && startsWithAscii(converter)) {
+        return {bytes.begin(), bytes.end()};
+    }
     return utf16Of(converter, bytes, replaceBytes);
 }
 

@@ -21,6 +21,9 @@ ConverterPtr openConverter(const std::string& charset);
 /// This thread's converter for UTF-8.
 UConverter& utf8Converter();
 
+/// Whether all bytes are ASCII characters.
+bool isAscii(std::string_view bytes) noexcept;
+
 /// UTF-16 of bytes of any length; each sequence that the character set does not allow, in UTF-8
 /// each maximal invalid subpart, becomes one U+FFFD.
 std::u16string lenientUtf16(UConverter& converter, std::string_view bytes);

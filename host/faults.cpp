@@ -7,6 +7,9 @@
 
 namespace host {
 
+[[gnu::tls_model("initial-exec")]] thread_local constinit std::array<CallCount, operationCount>
+    callCounts;
+
 namespace {
 
 constexpr std::array<const char*, operationCount> operationNames = {
@@ -37,15 +40,8 @@ constexpr std::array<const char*, operationCount> operationNames = {
     "codecvt_string_to_ustring",
 };
 
-struct CallCount {
-    std::size_t calls = 0;
-    std::size_t failingCall = 0;  // 0: none
-};
-
-thread_local std::array<CallCount, operationCount> counts;
-
 CallCount& countOf(Operation operation) noexcept {
-    return counts[static_cast<std::size_t>(operation)];
+    return callCounts[static_cast<std::size_t>(operation)];
 }
 
 }  // namespace
@@ -73,15 +69,8 @@ std::size_t callsOf(Operation operation) noexcept {
     return countOf(operation).calls;
 }
 
-bool faultDue(Operation operation) noexcept {
-    CallCount& count = countOf(operation);
-    return ++count.calls == count.failingCall;
-}
-
-void faultPoint(Operation operation) {
-    if (faultDue(operation)) {
-        throw OperationFailed(operation);
-    }
+void failOnCommand(Operation operation) {
+    throw OperationFailed(operation);
 }
 
 }  // namespace host

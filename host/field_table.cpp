@@ -1,13 +1,39 @@
 #include "host/field_table.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
+#include <cstring>
 #include <functional>
 #include <stdexcept>
 
 namespace host {
 
+std::shared_ptr<FieldTable> FieldTable::of(std::span<const char* const> names) {
+    // As many as one directory of a photo has below it, and some.
+    constexpr std::size_t remembered = 8;
+    thread_local std::array<std::shared_ptr<FieldTable>, remembered> tables;
+    thread_local std::size_t oldest = 0;
+    for (const auto& table : tables) {
+        if (table != nullptr && table->hasNames(names)) {
+            return table;
+        }
+    }
+    auto table = std::make_shared<FieldTable>(names);
+    tables[oldest] = table;
+    oldest = (oldest + 1) % remembered;
+    return table;
+}
+
+bool FieldTable::hasNames(std::span<const char* const> names) const noexcept {
+    return std::equal(names_.begin(), names_.end(), names.begin(), names.end(),
+                      [](const std::string& ours, const char* other) {
+                          return other != nullptr && ours == other;
+                      });
+}
+
 FieldTable::FieldTable(std::span<const char* const> names)
-    : buckets_(std::bit_ceil(2 * names.size() + 1)) {
+    : buckets_(std::bit_ceil(2 * names.size() + 1)), followers_(names.size()) {
     names_.reserve(names.size());
     for (const char* name : names) {
         if (name == nullptr) {
@@ -25,6 +51,22 @@ FieldTable::FieldTable(std::span<const char* const> names)
 std::optional<std::size_t> FieldTable::find(std::string_view name) const noexcept {
     const std::uint32_t place = buckets_[bucketOf(name)];
     return place == 0 ? std::nullopt : std::optional<std::size_t>(place - 1);
+}
+
+std::optional<std::size_t> FieldTable::findNext(const char* name, std::size_t lastPlace) noexcept {
+    if (lastPlace >= followers_.size()) {
+        return find(name);
+    }
+    std::atomic<std::uint32_t>& follower = followers_[lastPlace];
+    const std::uint32_t expected = follower.load(std::memory_order_relaxed);
+    if (std::strcmp(names_[expected].c_str(), name) == 0) {
+        return expected;
+    }
+    const std::optional<std::size_t> place = find(name);
+    if (place) {
+        follower.store(static_cast<std::uint32_t>(*place), std::memory_order_relaxed);
+    }
+    return place;
 }
 
 std::size_t FieldTable::bucketOf(std::string_view name) const noexcept {

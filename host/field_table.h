@@ -1,7 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -10,10 +12,15 @@
 
 namespace host {
 
-/// The field names of one struct array, in order, found by name in constant time. Immutable once
-/// built; one table serves all elements of its array.
+/// The field names of struct arrays, in order, found by name in constant time. One table serves all
+/// elements of an array and all arrays of its thread that have the same names; it learns the order
+/// in which their fields are set.
 class FieldTable {
   public:
+    /// The table of these names, shared with earlier arrays of this thread that have the same: the
+    /// sub-directories of a file mostly do. Raises as the constructor does.
+    [[nodiscard]] static std::shared_ptr<FieldTable> of(std::span<const char* const> names);
+
     /// Raises std::invalid_argument for a null name and for a name that stands twice.
     explicit FieldTable(std::span<const char* const> names);
 
@@ -22,13 +29,21 @@ class FieldTable {
     /// The place of a name in names().
     [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const noexcept;
 
+    /// The same for a field that is about to be set after the one at lastPlace. Elements are mostly
+    /// filled in one order, so the field that followed the last time is tried first.
+    [[nodiscard]] std::optional<std::size_t> findNext(const char* name,
+                                                      std::size_t lastPlace) noexcept;
+
   private:
+    [[nodiscard]] bool hasNames(std::span<const char* const> names) const noexcept;
     /// The bucket that holds name, or the empty one where it belongs.
     [[nodiscard]] std::size_t bucketOf(std::string_view name) const noexcept;
 
     std::vector<std::string> names_;
     // Open addressing, at most half full, a power of two long: a place plus 1, or 0 for empty.
     std::vector<std::uint32_t> buckets_;
+    // By place, the place that was set after it; a guess, which threads may make at once.
+    std::vector<std::atomic<std::uint32_t>> followers_;
 };
 
 }  // namespace host

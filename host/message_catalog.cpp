@@ -110,7 +110,8 @@ std::string messageText(const Report& report) {
     std::string text = report.id;
     const char* separator = ": ";
     for (const auto& argument : report.arguments) {
-        text += separator + plainText(argument);
+        text += separator;
+        text += plainText(argument);
         separator = ", ";
     }
     return text;

@@ -30,20 +30,33 @@ Failure failureFrom(Report report) {
     return {std::move(report), std::move(text)};
 }
 
-/// The failure that the exception being handled stands for.
-Failure currentFailure() {
+Failure outOfMemory() {
+    return {std::nullopt, "out of memory", true};
+}
+
+/// What the exception being handled says.
+Failure failureFromException() {
     try {
         throw;
     } catch (const Error& error) {
         return failureFrom(error.report());
     } catch (const foundation::core::except::IUserException& error) {
-        return failureFrom({error.message().id(), error.message().arguments()});
+        return failureFrom(Report(error.message()));
     } catch (const std::bad_alloc&) {
-        return {std::nullopt, "out of memory", true};
+        return outOfMemory();
     } catch (const std::exception& error) {
         return {std::nullopt, error.what()};
     } catch (...) {
         return {std::nullopt, "unknown error"};
+    }
+}
+
+/// The same, also where there is no memory left to repeat what it says.
+Failure currentFailure() {
+    try {
+        return failureFromException();
+    } catch (const std::bad_alloc&) {
+        return outOfMemory();
     }
 }
 
@@ -88,13 +101,13 @@ CallResult Module::call(std::u16string_view filename, double headerOffset, doubl
                                    owners[3].get()};
         const ScopedWarningSink scope(sink);
         entry_(1, outputs, 4, inputs);
+        if (outputs[0] == nullptr) {
+            throw std::runtime_error("the module returned without an output");
+        }
     } catch (...) {
         result.failure = currentFailure();
     }
     ValuePtr output(outputs[0]);
-    if (!result.failure && output == nullptr) {
-        result.failure = Failure{std::nullopt, "the module returned without an output"};
-    }
     if (!result.failure) {
         result.output = std::move(output);
     }

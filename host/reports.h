@@ -4,6 +4,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/interface/message.h"
@@ -13,10 +14,23 @@
 namespace host {
 
 /// A warning or an error as it came: its ID and its arguments in order.
-struct Report {
-    std::string id;
-    std::vector<resource_core::BaseMsgID::Argument> arguments;
+struct ZX_HOST_API Report {
+    using Arguments = std::vector<resource_core::BaseMsgID::Argument>;
+
+    Report() = default;
+    Report(std::string itsId, Arguments itsArguments) noexcept
+        : id(std::move(itsId)), arguments(std::move(itsArguments)) {}
+    explicit Report(const resource_core::BaseMsgID& message);
+    /// The arguments are copied with care: the standard library's variant does not survive a copy
+    /// for which there is no memory.
+    Report(const Report& other);
+    Report(Report&&) noexcept = default;
+    Report& operator=(Report other) noexcept;
+    ~Report() = default;
     friend bool operator==(const Report&, const Report&) = default;
+
+    std::string id;
+    Arguments arguments;
 };
 
 using WarningSink = std::function<void(const Report&)>;

@@ -18,6 +18,22 @@ struct CloseDetector {
 };
 using DetectorPtr = std::unique_ptr<UCharsetDetector, CloseDetector>;
 
+/// This thread's detector. It is kept because the library does not tell, and does not survive, a
+/// lack of memory while it makes one: the memory is asked for beforehand, once.
+UCharsetDetector& charsetDetector() {
+    thread_local DetectorPtr detector;
+    if (detector == nullptr) {
+        constexpr std::size_t moreThanItTakes = std::size_t{64} << 10;
+        ::operator delete(::operator new(moreThanItTakes));
+        UErrorCode status = U_ZERO_ERROR;
+        detector.reset(ucsdet_open(&status));
+        if (detector == nullptr) {
+            throw std::bad_alloc();
+        }
+    }
+    return *detector;
+}
+
 // What every byte sequence can be read as.
 constexpr const char* fallbackCharset = "ISO-8859-1";
 
@@ -51,13 +67,12 @@ std::string detect_charset(const char* bytes, std::size_t count,
     if (count == 0) {
         return unrecognizedName;
     }
+    UCharsetDetector* const detector = &charsetDetector();
     UErrorCode status = U_ZERO_ERROR;
-    const DetectorPtr detector(ucsdet_open(&status));
     // The detector counts in 32 bits; what lies beyond cannot change much.
     constexpr std::size_t most = std::numeric_limits<std::int32_t>::max();
-    ucsdet_setText(detector.get(), bytes, static_cast<std::int32_t>(std::min(count, most)),
-                   &status);
-    const UCharsetMatch* const match = ucsdet_detect(detector.get(), &status);
+    ucsdet_setText(detector, bytes, static_cast<std::int32_t>(std::min(count, most)), &status);
+    const UCharsetMatch* const match = ucsdet_detect(detector, &status);
     const char* const name = match == nullptr ? nullptr : ucsdet_getName(match, &status);
     if (status == U_MEMORY_ALLOCATION_ERROR) {
         throw std::bad_alloc();

@@ -5,11 +5,20 @@
 #include <stdexcept>
 #include <string>
 
+#include "host/zeroed_memory.h"
+
 namespace host {
 
 namespace {
 
-thread_local std::size_t living = 0;
+[[gnu::tls_model("initial-exec")]] thread_local std::size_t living = 0;
+
+std::size_t requirePlace(std::optional<std::size_t> place, std::string_view name) {
+    if (!place) {
+        throw std::out_of_range("there is no field " + std::string(name));
+    }
+    return *place;
+}
 
 }  // namespace
 
@@ -46,11 +55,18 @@ ValuePtr ElementArray<Element, Class>::make(Size size) {
     if (count > (mostBytes - sizeof(ElementArray)) / sizeof(Element)) {
         throw std::length_error("an array cannot have " + std::to_string(count) + " elements");
     }
-    void* const memory = ::operator new(sizeof(ElementArray) + count * sizeof(Element));
+    void* const memory = ZeroedMemory::allocate(sizeof(ElementArray) + count * sizeof(Element));
     auto* const elements =
         reinterpret_cast<Element*>(static_cast<std::byte*>(memory) + sizeof(ElementArray));
-    std::uninitialized_value_construct_n(elements, count);
     return ValuePtr(::new (memory) ElementArray(size, elements, count));
+}
+
+template <typename Element, ValueClass Class>
+void ElementArray<Element, Class>::operator delete(ElementArray* array,
+                                                   std::destroying_delete_t) noexcept {
+    const std::size_t bytes = sizeof(ElementArray) + array->elementCount() * sizeof(Element);
+    array->~ElementArray();
+    ZeroedMemory::release(array, bytes);
 }
 
 template class ElementArray<double, ValueClass::Double>;
@@ -68,24 +84,27 @@ CellArray::CellArray(Size size) : size_(size), cells_(elementsOf(size)) {
 }
 
 StructArray::StructArray(Size size, std::span<const char* const> names)
-    : size_(size), fields_(names), slots_(checkedProduct(elementsOf(size), names.size())) {
+    : size_(size),
+      fields_(FieldTable::of(names)),
+      slots_(checkedProduct(elementsOf(size), names.size())) {
     setElements(nullptr, elementsOf(size));
 }
 
 std::size_t StructArray::placeOf(std::string_view name) const {
-    const std::optional<std::size_t> place = fields_.find(name);
-    if (!place) {
-        throw std::out_of_range("there is no field " + std::string(name));
-    }
-    return *place;
+    return requirePlace(fields_->find(name), name);
+}
+
+std::size_t StructArray::placeToSet(const char* name) {
+    lastPlace_ = requirePlace(fields_->findNext(name, lastPlace_), name);
+    return lastPlace_;
 }
 
 std::size_t StructArray::slotIndex(std::size_t element, std::size_t field) const {
-    if (element >= elementCount() || field >= fields_.size()) {
+    if (element >= elementCount() || field >= fields_->size()) {
         throw std::out_of_range("there is no field " + std::to_string(field) + " of element " +
                                 std::to_string(element));
     }
-    return element * fields_.size() + field;
+    return element * fields_->size() + field;
 }
 
 }  // namespace host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <optional>
@@ -10,6 +11,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "host/block_pool.h"
 #include "host/field_table.h"
 #include "host/value.h"
 
@@ -40,17 +42,24 @@ class DoubleScalar final : public Value {
     [[nodiscard]] ValueClass valueClass() const noexcept override { return ValueClass::Double; }
     [[nodiscard]] Size size() const noexcept override { return {1, 1}; }
 
+    // NOLINTNEXTLINE(misc-new-delete-overloads): it overlooks the form with a size
+    static void* operator new(std::size_t size) { return BlockPool::ofThisThread().allocate(size); }
+    static void operator delete(void* memory, std::size_t size) noexcept {
+        BlockPool::ofThisThread().deallocate(memory, size);
+    }
+
   private:
     explicit DoubleScalar(double value) noexcept : value_(value) { setElements(&value_, 1); }
 
     double value_;
 };
+static_assert(sizeof(DoubleScalar) <= BlockPool::largestBlock);
 
 /// A numeric or char array. Its elements stand behind it in the same allocation, so that a short
 /// text or vector costs one.
 template <typename Element, ValueClass Class>
 class ElementArray final : public Value {
-    static_assert(std::is_trivially_destructible_v<Element>);
+    static_assert(std::is_trivial_v<Element>);  // all bytes zero is a value
 
   public:
     /// All elements zero. Raises std::length_error when the bytes cannot be counted.
@@ -60,8 +69,8 @@ class ElementArray final : public Value {
     [[nodiscard]] Size size() const noexcept override { return size_; }
     [[nodiscard]] Element* elements() noexcept { return static_cast<Element*>(elementStorage()); }
 
-    // The allocation is longer than the object, so its size must not reach the deallocation.
-    static void operator delete(void* memory) noexcept { ::operator delete(memory); }
+    // Where the memory came from depends on the number of elements, so it is asked for first.
+    static void operator delete(ElementArray* array, std::destroying_delete_t) noexcept;
 
   private:
     ElementArray(Size size, Element* elements, std::size_t count) noexcept : size_(size) {
@@ -117,9 +126,12 @@ class StructArray final : public Value {
     StructArray(Size size, std::span<const char* const> names);
     [[nodiscard]] ValueClass valueClass() const noexcept override { return ValueClass::Struct; }
     [[nodiscard]] Size size() const noexcept override { return size_; }
-    [[nodiscard]] std::span<const std::string> names() const noexcept { return fields_.names(); }
+    [[nodiscard]] std::span<const std::string> names() const noexcept { return fields_->names(); }
     /// The place of a name in names(); raises std::out_of_range when there is no such field.
     [[nodiscard]] std::size_t placeOf(std::string_view name) const;
+    /// The same for a field that is about to be set. Elements are mostly filled in one order, so
+    /// the field that followed the last one in the element before is tried first.
+    [[nodiscard]] std::size_t placeToSet(const char* name);
     /// What a field of an element holds; raises std::out_of_range.
     [[nodiscard]] ValuePtr& slot(std::size_t element, std::size_t field) {
         return slots_[slotIndex(element, field)];
@@ -132,7 +144,8 @@ class StructArray final : public Value {
     [[nodiscard]] std::size_t slotIndex(std::size_t element, std::size_t field) const;
 
     Size size_;
-    FieldTable fields_;
+    std::shared_ptr<FieldTable> fields_;
+    std::size_t lastPlace_ = 0;    // that was set
     std::vector<ValuePtr> slots_;  // the fields of element 0, then those of element 1, ...
 };
 

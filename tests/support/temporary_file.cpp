@@ -7,13 +7,21 @@
 #include <iterator>
 #include <stdexcept>
 
+namespace {
+
+/// A name that no file of this or of another test program has.
+std::string newName(const std::string& ending) {
+    static std::atomic<unsigned> counter{0};
+    return "corvinex-test-" + std::to_string(getpid()) + "-" + std::to_string(++counter) + ending;
+}
+
+}  // namespace
+
 namespace test {
 
 TemporaryFile::TemporaryFile(const Bytes& bytes, const std::string& ending,
-                             const std::filesystem::path& folder) {
-    static std::atomic<unsigned> counter{0};
-    path_ = folder / ("corvinex-test-" + std::to_string(getpid()) + "-" +
-                      std::to_string(++counter) + ending);
+                             const std::filesystem::path& folder)
+    : path_(folder / newName(ending)) {
     std::ofstream stream(path_, std::ios::binary);
     stream.write(reinterpret_cast<const char*>(bytes.data()),
                  static_cast<std::streamsize>(bytes.size()));

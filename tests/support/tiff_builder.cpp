@@ -121,7 +121,8 @@ Field pointers(std::uint16_t tag, Type type, std::vector<std::size_t> directorie
 }
 
 std::size_t TiffBuilder::add(std::vector<Field> fields) {
-    directories_.push_back({std::move(fields), {}, {}});
+    directories_.push_back({end_, std::move(fields), {}, {}});
+    end_ += blockSize(directories_.back());
     return directories_.size() - 1;
 }
 
@@ -159,11 +160,7 @@ std::size_t TiffBuilder::blockSize(const Directory& directory) const {
 }
 
 std::uint64_t TiffBuilder::positionOf(std::size_t directory) const {
-    std::size_t position = headerSize();
-    for (std::size_t i = 0; i < directory; ++i) {
-        position += blockSize(directories_.at(i));
-    }
-    return position;
+    return directory == directories_.size() ? end_ : directories_.at(directory).position;
 }
 
 std::uint64_t TiffBuilder::entryOf(std::size_t directory, std::size_t entry) const {

@@ -93,7 +93,7 @@ Field pointers(std::uint16_t tag, Type type, std::vector<std::size_t> directorie
 class TiffBuilder {
   public:
     explicit TiffBuilder(Order order = Order::Little, Layout layout = Layout::Classic)
-        : order_(order), layout_(layout) {}
+        : order_(order), layout_(layout), end_(headerSize()) {}
 
     /// Adds a directory and returns its index.
     std::size_t add(std::vector<Field> fields);
@@ -117,6 +117,7 @@ class TiffBuilder {
 
   private:
     struct Directory {
+        std::uint64_t position = 0;
         std::vector<Field> fields;
         std::optional<std::uint64_t> next;
         std::optional<std::size_t> nextDirectory;
@@ -134,6 +135,7 @@ class TiffBuilder {
 
     Order order_;
     Layout layout_;
+    std::uint64_t end_;  // where the next directory goes
     std::vector<Directory> directories_;
     std::vector<std::size_t> chain_{0};
     std::optional<std::uint64_t> first_;

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+namespace host {
+
+/// Memory for small values, which a result has by the million: taking and giving back a block costs
+/// a few instructions, and blocks of one size lie side by side. Blocks that are given back serve
+/// later values; their memory stays with the process. A block may be given back by another thread
+/// than the one that took it, also after that one has ended and while the process ends.
+///
+/// Sanitizers watch values best when each has memory of its own, so in their builds it has.
+class BlockPool {
+  public:
+    /// Larger blocks are not the pool's.
+    static constexpr std::size_t largestBlock = 256;
+
+    /// The pool that this thread uses now; no other thread uses it meanwhile.
+    static BlockPool& ofThisThread();
+
+    /// A block of that size, unset and aligned for any scalar. Raises std::bad_alloc.
+    [[nodiscard]] void* allocate(std::size_t size);
+    /// Takes back a block that was allocated with this size, from whichever pool.
+    void deallocate(void* block, std::size_t size) noexcept;
+
+  private:
+    static constexpr std::size_t step = 32;
+    static constexpr std::size_t slabLength = std::size_t{64} << 10;
+    struct FreeBlock {
+        FreeBlock* next;
+    };
+
+    /// The blocks of one size.
+    struct Blocks {
+        FreeBlock* free = nullptr;
+        std::byte* unused = nullptr;  // the part of the last slab that was never taken
+        std::size_t unusedLength = 0;
+    };
+
+    std::array<Blocks, largestBlock / step> sizes_;
+    /// All memory the pool has, so that it can be reached however the free blocks are linked.
+    std::vector<std::unique_ptr<std::byte[]>> slabs_;
+
+    std::byte* makeSlab();
+};
+
+}  // namespace host

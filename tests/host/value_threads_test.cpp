@@ -1,0 +1,76 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <thread>
+#include <vector>
+
+#include "host/value.h"
+
+// Values whose thread has ended, and values that another thread destroys: their memory is theirs.
+
+namespace {
+
+constexpr int valueCount = 5'000;
+
+std::vector<host::ValuePtr> makeValues() {
+    std::vector<host::ValuePtr> values;
+    for (int i = 0; i < valueCount; ++i) {
+        values.push_back(host::makeNumber(i));
+        values.push_back(host::makeText(u"text"));
+    }
+    return values;
+}
+
+void expectSound(const std::vector<host::ValuePtr>& values) {
+    for (int i = 0; i < valueCount; ++i) {
+        ASSERT_EQ(host::doublesOf(*values[2 * i]).front(), i);
+        ASSERT_EQ(host::textOf(*values[2 * i + 1]), u"text");
+    }
+}
+
+TEST(ValueThreads, AValueOutlivesTheThreadThatMadeIt) {
+    std::vector<host::ValuePtr> values;
+    std::thread([&] { values = makeValues(); }).join();
+    // Threads that come later take other memory.
+    std::vector<host::ValuePtr> others;
+    std::thread([&] { others = makeValues(); }).join();
+    expectSound(values);
+    expectSound(others);
+    std::thread([&] {
+        values.clear();
+        others.clear();
+    }).join();
+}
+
+TEST(ValueThreads, MemoryGivenBackByAnotherThreadServesThatThread) {
+    std::vector<host::ValuePtr> kept;
+    std::vector<host::ValuePtr> handed;
+    std::thread([&] {
+        handed = makeValues();
+        kept = makeValues();
+    }).join();
+    std::thread([&] {
+        handed.clear();
+        const std::vector<host::ValuePtr> later = makeValues();
+        expectSound(later);
+        expectSound(kept);
+    }).join();
+    std::thread([&] { kept.clear(); }).join();
+}
+
+host::ValuePtr& lastOfAll() {
+    static host::ValuePtr value;
+    return value;
+}
+
+TEST(ValueThreads, AValueMayBeTheLastToGoWhenTheProcessEnds) {
+    EXPECT_EXIT(
+        {
+            static_cast<void>(lastOfAll());  // made before any memory is taken, so destroyed after
+            lastOfAll() = host::makeNumber(1);
+            std::exit(0);
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
