@@ -1,6 +1,5 @@
 #include "tool/call_record.h"
 
-#include <rapidjson/ostreamwrapper.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
@@ -11,10 +10,11 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "host/unicode.h"
 #include "host/value.h"
-#include "tool/number_text.h"
+#include "tool/output_buffer.h"
 #include "tool/text_display.h"
 
 namespace tool {
@@ -29,9 +29,23 @@ bool isPairAt(std::u16string_view text, std::size_t index) {
            text[index + 1] >= 0xDC00 && text[index + 1] <= 0xDFFF;
 }
 
+/// A buffer as the JSON library's streams are.
+class JsonStream {
+  public:
+    using Ch = char;
+    explicit JsonStream(OutputBuffer& out) : out_(out) {}
+    void Put(char c) { out_.append(c); }
+    void Flush() { out_.flush(); }
+
+  private:
+    OutputBuffer& out_;
+};
+
+/// The library writes what holds other things and every text that needs care. Numbers, plain texts
+/// and field names, by far the most, go to the buffer ready-made.
 class RecordWriter {
   public:
-    explicit RecordWriter(std::ostream& out) : stream_(out), json_(stream_) {}
+    explicit RecordWriter(OutputBuffer& out) : out_(out), stream_(out), json_(stream_) {}
 
     void result(const host::CallResult& result) {
         json_.StartObject();
@@ -61,44 +75,56 @@ class RecordWriter {
         json_.String(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
     }
 
+    /// Lets the library set the comma or colon before something ready-made.
+    void separate(rapidjson::Type type) { json_.RawValue("", 0, type); }
+
     void text(std::u16string_view text) {
-        if (const auto utf8 = host::utf8FromUtf16(text)) {
-            string(*utf8);
+        separate(rapidjson::kStringType);
+        quoted(text);
+    }
+
+    void quoted(std::u16string_view text) {
+        out_.append('"');
+        if (isPlainText(text)) {
+            out_.appendAscii(text);
         } else {
-            textWithLoneSurrogates(text);
+            escaped(text);
         }
+        out_.append('"');
     }
 
     /// The library writes valid text only: the stretches between lone surrogates are its own, the
-    /// escapes are put between them.
-    void textWithLoneSurrogates(std::u16string_view text) {
-        std::string joined = "\"";
+    /// escapes are put between them. Long stretches go out in pieces, not as a second long text.
+    void escaped(std::u16string_view text) {
+        constexpr std::size_t longStretch = 4096;
         std::size_t from = 0;
-        for (std::size_t i = 0; i <= text.size(); ++i) {
-            if (i < text.size() && isPairAt(text, i)) {
-                ++i;
-                continue;
+        std::size_t i = 0;
+        while (i < text.size()) {
+            if (i - from >= longStretch) {
+                out_.append(unquotedJson(text.substr(from, i - from)));
+                from = i;
             }
-            if (i < text.size() && !isSurrogate(text[i])) {
-                continue;
-            }
-            joined += unquotedJson(text.substr(from, i - from));
-            if (i < text.size()) {
+            if (isSurrogate(text[i]) && !isPairAt(text, i)) {
+                out_.append(unquotedJson(text.substr(from, i - from)));
                 // Shown alone, a surrogate is its \uXXXX escape.
-                joined += visibleText(text.substr(i, 1));
+                out_.append(visibleText(text.substr(i, 1)));
+                from = i + 1;
             }
-            from = i + 1;
+            i += isPairAt(text, i) ? 2 : 1;
         }
-        joined += '"';
-        json_.RawValue(joined.data(), joined.size(), rapidjson::kStringType);
+        out_.append(unquotedJson(text.substr(from)));
     }
 
-    static std::string unquotedJson(std::u16string_view valid) {
-        const std::string utf8 = host::displayText(valid);
+    static std::string quotedJson(std::string_view utf8) {
         rapidjson::StringBuffer buffer;
         rapidjson::Writer<rapidjson::StringBuffer> json(buffer);
         json.String(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
-        return {buffer.GetString() + 1, buffer.GetSize() - 2};
+        return {buffer.GetString(), buffer.GetSize()};
+    }
+
+    static std::string unquotedJson(std::u16string_view valid) {
+        const std::string quoted = quotedJson(host::displayText(valid));
+        return quoted.substr(1, quoted.size() - 2);
     }
 
     void report(const host::Report& report) {
@@ -148,7 +174,6 @@ class RecordWriter {
             json_.Null();
             return;
         }
-        json_.StartObject();
         switch (host::classOf(*value)) {
             case host::ValueClass::Double:
                 doubles(*value);
@@ -157,9 +182,7 @@ class RecordWriter {
                 bytes(*value);
                 break;
             case host::ValueClass::Char:
-                head("char", host::sizeOf(*value));
-                key("data");
-                text(host::textOf(*value));
+                characters(*value);
                 break;
             case host::ValueClass::String:
                 throw std::logic_error("a module's output holds no string scalar");
@@ -170,36 +193,69 @@ class RecordWriter {
                 elements(*value);
                 break;
         }
-        json_.EndObject();
+    }
+
+    /// What stands before the data of a value whose start up to its size is given.
+    void readyHead(std::string_view start, host::Size size) {
+        separate(rapidjson::kObjectType);
+        out_.append(start);
+        out_.appendNumber(std::uint64_t{size.rows});
+        out_.append(',');
+        out_.appendNumber(std::uint64_t{size.columns});
+        out_.append(R"(],"data":)");
     }
 
     void doubles(const zxArray& value) {
-        head("double", host::sizeOf(value));
-        key("data");
-        json_.StartArray();
-        for (const double number : host::doublesOf(value)) {
-            const std::string shortest = numberText(number);
-            if (std::isfinite(number)) {
-                json_.RawValue(shortest.data(), shortest.size(), rapidjson::kNumberType);
-            } else {
-                string(shortest);
-            }
+        const auto data = host::doublesOf(value);
+        if (const host::Size size = host::sizeOf(value); size == host::Size{1, 1}) {
+            separate(rapidjson::kObjectType);
+            out_.append(R"({"class":"double","size":[1,1],"data":[)");
+        } else {
+            readyHead(R"({"class":"double","size":[)", size);
+            out_.append('[');
         }
-        json_.EndArray();
+        for (std::size_t i = 0; i < data.size(); ++i) {
+            if (i > 0) {
+                out_.append(',');
+            }
+            number(data[i]);
+        }
+        out_.append("]}");
+    }
+
+    void number(double value) {
+        const bool isName = !std::isfinite(value);
+        if (isName) {
+            out_.append('"');
+        }
+        out_.appendNumber(value);
+        if (isName) {
+            out_.append('"');
+        }
     }
 
     void bytes(const zxArray& value) {
-        head("uint8", host::sizeOf(value));
-        key("data");
-        json_.StartArray();
-        for (const unsigned char byte : host::bytesOf(value)) {
-            json_.Uint(byte);
+        const auto data = host::bytesOf(value);
+        readyHead(R"({"class":"uint8","size":[)", host::sizeOf(value));
+        out_.append('[');
+        for (std::size_t i = 0; i < data.size(); ++i) {
+            if (i > 0) {
+                out_.append(',');
+            }
+            out_.appendNumber(std::uint64_t{data[i]});
         }
-        json_.EndArray();
+        out_.append("]}");
+    }
+
+    void characters(const zxArray& value) {
+        readyHead(R"({"class":"char","size":[)", host::sizeOf(value));
+        quoted(host::textOf(value));
+        out_.append('}');
     }
 
     void cells(const zxArray& cell) {
         const host::Size size = host::sizeOf(cell);
+        json_.StartObject();
         head("cell", size);
         key("data");
         json_.StartArray();
@@ -207,16 +263,19 @@ class RecordWriter {
             value(host::cellAt(cell, i));
         }
         json_.EndArray();
+        json_.EndObject();
     }
 
     void elements(const zxArray& array) {
         const host::Size size = host::sizeOf(array);
-        const auto names = host::fieldNamesOf(array);
+        const std::vector<std::string> names = quotedNames(array);
+        json_.StartObject();
         head("struct", size);
         key("fields");
         json_.StartArray();
         for (const std::string& name : names) {
-            string(name);
+            separate(rapidjson::kStringType);
+            out_.append(name);
         }
         json_.EndArray();
         key("data");
@@ -224,23 +283,36 @@ class RecordWriter {
         for (std::size_t element = 0; element < size.rows * size.columns; ++element) {
             json_.StartObject();
             for (std::size_t field = 0; field < names.size(); ++field) {
-                key(names[field]);
+                separate(rapidjson::kStringType);
+                out_.append(names[field]);
                 value(host::fieldAt(array, element, field));
             }
             json_.EndObject();
         }
         json_.EndArray();
+        json_.EndObject();
     }
 
-    rapidjson::OStreamWrapper stream_;
-    rapidjson::Writer<rapidjson::OStreamWrapper> json_;
+    /// The field names as JSON strings, made once for all elements.
+    static std::vector<std::string> quotedNames(const zxArray& array) {
+        std::vector<std::string> quoted;
+        for (const std::string& name : host::fieldNamesOf(array)) {
+            quoted.push_back(quotedJson(name));
+        }
+        return quoted;
+    }
+
+    OutputBuffer& out_;
+    JsonStream stream_;
+    rapidjson::Writer<JsonStream> json_;
 };
 
 }  // namespace
 
 void writeCallRecord(std::ostream& out, const host::CallResult& result) {
-    RecordWriter(out).result(result);
-    out << '\n';
+    OutputBuffer buffer(out);
+    RecordWriter(buffer).result(result);
+    buffer.append('\n');
 }
 
 }  // namespace tool

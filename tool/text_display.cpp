@@ -119,4 +119,33 @@ std::string quotedText(std::u16string_view text) {
     return out;
 }
 
+void writeQuotedText(OutputBuffer& out, std::u16string_view text) {
+    out.append('"');
+    if (isPlainText(text)) {
+        out.appendAscii(text);
+        text = {};
+    }
+    // Others in pieces, so that a long one does not become a second long text.
+    constexpr std::size_t longPiece = 4096;
+    while (!text.empty()) {
+        std::size_t length = std::min(text.size(), longPiece);
+        length += isPairAt(text, length - 1) ? 1 : 0;
+        std::string visible;
+        appendVisible(visible, text.substr(0, length), true);
+        out.append(visible);
+        text.remove_prefix(length);
+    }
+    out.append('"');
+}
+
+bool isPlainText(std::u16string_view text) {
+    // Without a branch for each unit, so that several are looked at at once.
+    unsigned other = 0;
+    for (const char16_t unit : text) {
+        other |= static_cast<unsigned>(unit < 0x20) | static_cast<unsigned>(unit > 0x7E) |
+                 static_cast<unsigned>(unit == u'"') | static_cast<unsigned>(unit == u'\\');
+    }
+    return other == 0;
+}
+
 }  // namespace tool

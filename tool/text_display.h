@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "tool/output_buffer.h"
+
 // Texts from files and file names as a terminal may safely show them, always valid UTF-8.
 
 namespace tool {
@@ -14,5 +16,10 @@ std::string visibleText(std::u16string_view text);
 std::string visibleText(std::string_view text);
 /// visibleText between double quotes, with quotes and backslashes inside escaped.
 std::string quotedText(std::u16string_view text);
+void writeQuotedText(OutputBuffer& out, std::u16string_view text);
+
+/// Whether a text is the same between quotes in every notation: printable ASCII without quotes and
+/// backslashes, as most are.
+bool isPlainText(std::u16string_view text);
 
 }  // namespace tool

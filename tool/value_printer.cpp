@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
+#include "tool/output_buffer.h"
 #include "tool/text_display.h"
 #include "tool/value_summary.h"
 
@@ -30,114 +34,182 @@ bool isDirectoryList(const zxArray* value) {
            isStruct(host::sizeOf(*value).columns > 0 ? host::cellAt(*value, 0) : nullptr);
 }
 
+bool holdsDirectories(const zxArray* value) {
+    return isStruct(value) || isDirectoryList(value);
+}
+
 /// Main directories hold the facts of their file; directories of other kinds have fields of their
 /// own only.
 bool holdsFileFacts(std::span<const std::string> names) {
     return !names.empty() && names.front() == fileFactNames.front();
 }
 
-bool holdsDirectories(const zxArray* value) {
-    return isStruct(value) || isDirectoryList(value);
+/// The place of a field; past the last where there is none of that name, which fieldAt refuses.
+std::size_t placeOf(const zxArray& array, std::string_view name) {
+    const auto names = host::fieldNamesOf(array);
+    return static_cast<std::size_t>(std::find(names.begin(), names.end(), name) - names.begin());
 }
 
-std::string ordinal(std::string_view what, std::size_t index, std::size_t count) {
-    return std::string(what) + " " + std::to_string(index + 1) + " of " + std::to_string(count);
-}
+/// Prints the block of one file.
+class FilePrinter {
+  public:
+    FilePrinter(std::ostream& out, bool all) : out_(out), all_(all) {}
 
-}  // namespace
-
-void ValuePrinter::printFile(std::string_view fileName, const zxArray& output) {
-    line(0, visibleText(fileName));
-    if (!isStruct(&output)) {
-        line(indentStep, "no directories");
-        return;
-    }
-    if (!all_) {
-        fileFacts(output);
-    }
-    directories(output, indentStep, true);
-}
-
-void ValuePrinter::fileFacts(const zxArray& directories) {
-    const auto names = host::fieldNamesOf(directories);
-    std::size_t width = 0;
-    for (const std::string_view name : fileFactNames) {
-        width = std::max(width, name.size());
-    }
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        const zxArray* value = host::fieldAt(directories, 0, i);
-        if (value != nullptr && isFileFact(names[i])) {
-            field(names[i], value, width, indentStep);
+    void print(std::string_view fileName, const zxArray& output) {
+        line(0, visibleText(fileName));
+        if (!isStruct(&output)) {
+            line(indentStep, "no directories");
+            return;
         }
-    }
-}
-
-void ValuePrinter::directories(const zxArray& directories, std::size_t indent, bool alwaysHeaded) {
-    const std::size_t count = host::sizeOf(directories).rows;
-    const bool headed = alwaysHeaded || count > 1;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (headed) {
-            line(indent, ordinal("Directory", i, count));
+        if (!all_) {
+            fileFacts(output);
         }
-        directory(directories, i, headed ? indent + indentStep : indent);
+        directories(output, indentStep, true);
     }
-}
 
-void ValuePrinter::directory(const zxArray& directories, std::size_t element, std::size_t indent) {
-    const auto names = host::fieldNamesOf(directories);
-    const bool skipFileFacts = !all_ && holdsFileFacts(names);
-    const auto isShown = [&](std::size_t i) {
-        return (all_ || host::fieldAt(directories, element, i) != nullptr) &&
-               !(skipFileFacts && isFileFact(names[i]));
+  private:
+    /// A field that may stand in the directories of an array.
+    struct Column {
+        std::string_view name;
+        std::size_t field;  // its place in the array
     };
-    std::size_t width = 0;
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (isShown(i) && !holdsDirectories(host::fieldAt(directories, element, i))) {
-            width = std::max(width, names[i].size());
-        }
-    }
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (isShown(i)) {
-            field(names[i], host::fieldAt(directories, element, i), width, indent);
-        }
-    }
-}
+    /// One that stands in the directory being printed.
+    struct ShownField {
+        std::string_view name;
+        const zxArray* value;
+    };
 
-void ValuePrinter::field(std::string_view name, const zxArray* value, std::size_t width,
-                         std::size_t indent) {
-    if (isStruct(value)) {
-        line(indent, name);
-        if (name == "UnknownTags") {
-            unknownTags(*value, indent + indentStep);
-        } else {
-            directories(*value, indent + indentStep, false);
+    void fileFacts(const zxArray& directories) {
+        const auto names = host::fieldNamesOf(directories);
+        std::size_t width = 0;
+        for (const std::string_view name : fileFactNames) {
+            width = std::max(width, name.size());
         }
-    } else if (isDirectoryList(value)) {
-        const std::size_t count = host::sizeOf(*value).columns;
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            const zxArray* value = host::fieldAt(directories, 0, i);
+            if (value != nullptr && isFileFact(names[i])) {
+                field({names[i], value}, width, indentStep);
+            }
+        }
+    }
+
+    void directories(const zxArray& directories, std::size_t indent, bool alwaysHeaded) {
+        const std::size_t count = host::sizeOf(directories).rows;
+        const bool headed = alwaysHeaded || count > 1;
+        const std::vector<Column> columns = columnsOf(directories);
         for (std::size_t i = 0; i < count; ++i) {
-            line(indent, ordinal(name, i, count));
-            const zxArray* set = host::cellAt(*value, i);
+            if (headed) {
+                ordinalLine(indent, "Directory", i, count);
+            }
+            directory(directories, i, columns, headed ? indent + indentStep : indent);
+        }
+    }
+
+    [[nodiscard]] std::vector<Column> columnsOf(const zxArray& directories) const {
+        const auto names = host::fieldNamesOf(directories);
+        const bool skipFileFacts = !all_ && holdsFileFacts(names);
+        std::vector<Column> columns;
+        columns.reserve(names.size());
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            if (!skipFileFacts || !isFileFact(names[i])) {
+                columns.push_back({names[i], i});
+            }
+        }
+        return columns;
+    }
+
+    void directory(const zxArray& directories, std::size_t element,
+                   const std::vector<Column>& columns, std::size_t indent) {
+        std::vector<ShownField> shown;
+        shown.reserve(columns.size());
+        std::size_t width = 0;
+        for (const Column& column : columns) {
+            const zxArray* value = host::fieldAt(directories, element, column.field);
+            if (!all_ && value == nullptr) {
+                continue;
+            }
+            shown.push_back({column.name, value});
+            if (column.name.size() > width && !holdsDirectories(value)) {
+                width = column.name.size();
+            }
+        }
+        for (const ShownField& each : shown) {
+            field(each, width, indent);
+        }
+    }
+
+    void field(const ShownField& shown, std::size_t width, std::size_t indent) {
+        const auto& [name, value] = shown;
+        if (isStruct(value)) {
+            line(indent, name);
+            if (name == "UnknownTags") {
+                unknownTags(*value, indent + indentStep);
+            } else {
+                directories(*value, indent + indentStep, false);
+            }
+        } else if (isDirectoryList(value)) {
+            directoryList(name, *value, indent);
+        } else {
+            out_.append(indent, ' ');
+            out_.append(name);
+            out_.append(std::max(width, name.size()) - name.size() + 2, ' ');
+            writeSummary(out_, value, all_);
+            out_.append('\n');
+        }
+    }
+
+    void directoryList(std::string_view name, const zxArray& list, std::size_t indent) {
+        const std::size_t count = host::sizeOf(list).columns;
+        for (std::size_t i = 0; i < count; ++i) {
+            ordinalLine(indent, name, i, count);
+            const zxArray* set = host::cellAt(list, i);
             if (isStruct(set)) {
                 directories(*set, indent + indentStep, false);
             }
         }
-    } else {
-        std::string text(name);
-        text.resize(std::max(width, text.size()), ' ');
-        line(indent, text.append("  ").append(summaryOf(value, all_)));
     }
-}
 
-void ValuePrinter::unknownTags(const zxArray& tags, std::size_t indent) {
-    for (std::size_t i = 0; i < host::sizeOf(tags).rows; ++i) {
-        line(indent, "ID " + summaryOf(host::fieldAt(tags, i, "ID"), all_) + ", offset " +
-                         summaryOf(host::fieldAt(tags, i, "Offset"), all_) + ": " +
-                         summaryOf(host::fieldAt(tags, i, "Value"), all_));
+    void unknownTags(const zxArray& tags, std::size_t indent) {
+        const std::size_t id = placeOf(tags, "ID");
+        const std::size_t offset = placeOf(tags, "Offset");
+        const std::size_t value = placeOf(tags, "Value");
+        for (std::size_t i = 0; i < host::sizeOf(tags).rows; ++i) {
+            out_.append(indent, ' ');
+            out_.append("ID ");
+            writeSummary(out_, host::fieldAt(tags, i, id), all_);
+            out_.append(", offset ");
+            writeSummary(out_, host::fieldAt(tags, i, offset), all_);
+            out_.append(": ");
+            writeSummary(out_, host::fieldAt(tags, i, value), all_);
+            out_.append('\n');
+        }
     }
-}
 
-void ValuePrinter::line(std::size_t indent, std::string_view text) {
-    out_ << std::string(indent, ' ') << text << '\n';
+    void ordinalLine(std::size_t indent, std::string_view what, std::size_t index,
+                     std::size_t count) {
+        out_.append(indent, ' ');
+        out_.append(what);
+        out_.append(' ');
+        out_.appendNumber(std::uint64_t{index + 1});
+        out_.append(" of ");
+        out_.appendNumber(std::uint64_t{count});
+        out_.append('\n');
+    }
+
+    void line(std::size_t indent, std::string_view text) {
+        out_.append(indent, ' ');
+        out_.append(text);
+        out_.append('\n');
+    }
+
+    OutputBuffer out_;
+    bool all_;
+};
+
+}  // namespace
+
+void ValuePrinter::printFile(std::string_view fileName, const zxArray& output) {
+    FilePrinter(out_, all_).print(fileName, output);
 }
 
 }  // namespace tool

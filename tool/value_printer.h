@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <ostream>
 #include <string_view>
 
@@ -20,13 +19,6 @@ class ValuePrinter {
     void printFile(std::string_view fileName, const zxArray& output);
 
   private:
-    void fileFacts(const zxArray& directories);
-    void directories(const zxArray& directories, std::size_t indent, bool alwaysHeaded);
-    void directory(const zxArray& directories, std::size_t element, std::size_t indent);
-    void field(std::string_view name, const zxArray* value, std::size_t width, std::size_t indent);
-    void unknownTags(const zxArray& tags, std::size_t indent);
-    void line(std::size_t indent, std::string_view text);
-
     std::ostream& out_;
     bool all_;
 };

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <functional>
+#include <cstdint>
 #include <span>
 #include <string_view>
 
-#include "tool/number_text.h"
 #include "tool/text_display.h"
 
 namespace tool {
@@ -20,105 +19,128 @@ constexpr std::size_t shortMatrix = 12;
 constexpr std::size_t shortText = 200;
 constexpr std::size_t fewUnits = 120;
 
-std::string sizeText(host::Size size) {
-    return std::to_string(size.rows) + "x" + std::to_string(size.columns);
+void writeSize(OutputBuffer& out, host::Size size) {
+    out.appendNumber(std::uint64_t{size.rows});
+    out.append('x');
+    out.appendNumber(std::uint64_t{size.columns});
 }
 
-using ElementText = std::function<std::string(std::size_t)>;
-
-std::string joined(std::size_t count, std::size_t shown, std::string_view separator,
-                   std::string_view more, const ElementText& element) {
-    std::string line;
+/// The first of so many elements, those shown, and what stands for the rest.
+template <typename WriteElement>
+void writeJoined(OutputBuffer& out, std::size_t count, std::size_t shown,
+                 std::string_view separator, std::string_view more, WriteElement&& writeElement) {
     for (std::size_t i = 0; i < shown; ++i) {
-        line += i == 0 ? "" : separator;
-        line += element(i);
+        if (i > 0) {
+            out.append(separator);
+        }
+        writeElement(i);
     }
-    return shown < count ? line.append(more) : line;
+    if (shown < count) {
+        out.append(more);
+    }
 }
 
-std::string numbers(host::Size size, std::string_view className, bool whole,
-                    const ElementText& element) {
+template <typename WriteElement>
+void writeNumbers(OutputBuffer& out, host::Size size, std::string_view className, bool whole,
+                  WriteElement&& writeElement) {
     const std::size_t count = size.rows * size.columns;
-    std::string line = sizeText(size) + " " + std::string(className);
+    writeSize(out, size);
+    out.append(' ');
+    out.append(className);
     if (count == 0) {
-        return line;
+        return;
     }
-    line += ": ";
+    out.append(": ");
     if (size.rows == 1 || size.columns == 1) {
         const std::size_t shown = whole || count <= shortVector ? count : fewElements;
-        return line + joined(count, shown, " ", " ...", element);
+        writeJoined(out, count, shown, " ", " ...", writeElement);
+        return;
     }
     const bool all = whole || count <= shortMatrix;
     const std::size_t rows = all ? size.rows : std::min(size.rows, fewElements);
     const std::size_t columns =
         all || size.columns <= shortVector ? size.columns : std::size_t{fewElements};
-    return line + joined(size.rows, rows, "; ", "; ...", [&](std::size_t row) {
-               return joined(size.columns, columns, " ", " ...",
-                             [&](std::size_t column) { return element(column * size.rows + row); });
-           });
+    writeJoined(out, size.rows, rows, "; ", "; ...", [&](std::size_t row) {
+        writeJoined(out, size.columns, columns, " ", " ...",
+                    [&](std::size_t column) { writeElement(column * size.rows + row); });
+    });
 }
 
-std::string doubles(const zxArray& value, bool whole) {
+void writeDoubles(OutputBuffer& out, const zxArray& value, bool whole) {
     const host::Size size = host::sizeOf(value);
     const std::span<const double> data = host::doublesOf(value);
     if (size == host::Size{0, 0}) {
-        return "[]";
+        out.append("[]");
+    } else if (size == host::Size{1, 1}) {
+        out.appendNumber(data[0]);
+    } else {
+        writeNumbers(out, size, "double", whole,
+                     [&out, data](std::size_t i) { out.appendNumber(data[i]); });
     }
-    if (size == host::Size{1, 1}) {
-        return numberText(data[0]);
-    }
-    return numbers(size, "double", whole, [data](std::size_t i) { return numberText(data[i]); });
 }
 
-std::string bytes(const zxArray& value, bool whole) {
+void writeBytes(OutputBuffer& out, const zxArray& value, bool whole) {
     const std::span<const unsigned char> data = host::bytesOf(value);
-    return numbers(host::sizeOf(value), "uint8", whole,
-                   [data](std::size_t i) { return std::to_string(data[i]); });
+    writeNumbers(out, host::sizeOf(value), "uint8", whole,
+                 [&out, data](std::size_t i) { out.appendNumber(std::uint64_t{data[i]}); });
 }
 
-std::string text(const zxArray& value, bool whole) {
+void writeText(OutputBuffer& out, const zxArray& value, bool whole) {
     const std::u16string_view units = host::textOf(value);
     if (whole || units.size() <= shortText) {
-        return quotedText(units);
+        writeQuotedText(out, units);
+        return;
     }
     // Not between the halves of a surrogate pair.
     const bool splitsPair = units[fewUnits] >= 0xDC00 && units[fewUnits] <= 0xDFFF;
-    return quotedText(units.substr(0, splitsPair ? fewUnits - 1 : fewUnits)) + " ... (" +
-           sizeText(host::sizeOf(value)) + " char)";
+    writeQuotedText(out, units.substr(0, splitsPair ? fewUnits - 1 : fewUnits));
+    out.append(" ... (");
+    writeSize(out, host::sizeOf(value));
+    out.append(" char)");
 }
 
-std::string cells(const zxArray& value, bool whole) {
+void writeCells(OutputBuffer& out, const zxArray& value, bool whole) {
     const host::Size size = host::sizeOf(value);
     const std::size_t count = size.rows * size.columns;
     const bool all = whole || count <= shortVector;
-    std::string list = "{";
-    list += joined(count, all ? count : fewElements, ", ", ", ...",
-                   [&](std::size_t i) { return summaryOf(host::cellAt(value, i), whole); });
-    list += '}';
-    return all ? list : sizeText(size) + " cell: " + list;
+    if (!all) {
+        writeSize(out, size);
+        out.append(" cell: ");
+    }
+    out.append('{');
+    writeJoined(out, count, all ? count : fewElements, ", ", ", ...",
+                [&](std::size_t i) { writeSummary(out, host::cellAt(value, i), whole); });
+    out.append('}');
 }
 
 }  // namespace
 
-std::string summaryOf(const zxArray* value, bool whole) {
+void writeSummary(OutputBuffer& out, const zxArray* value, bool whole) {
     if (value == nullptr) {
-        return "[]";
+        out.append("[]");
+        return;
     }
     switch (host::classOf(*value)) {
         case host::ValueClass::Double:
-            return doubles(*value, whole);
+            writeDoubles(out, *value, whole);
+            break;
         case host::ValueClass::Uint8:
-            return bytes(*value, whole);
+            writeBytes(out, *value, whole);
+            break;
         case host::ValueClass::Char:
-            return text(*value, whole);
+            writeText(out, *value, whole);
+            break;
         case host::ValueClass::Cell:
-            return cells(*value, whole);
+            writeCells(out, *value, whole);
+            break;
         case host::ValueClass::String:
-            return "string";
+            out.append("string");
+            break;
         case host::ValueClass::Struct:
-            return sizeText(host::sizeOf(*value)) + " struct";
+            writeSize(out, host::sizeOf(*value));
+            out.append(" struct");
+            break;
     }
-    return {};
 }
 
 }  // namespace tool

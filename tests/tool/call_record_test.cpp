@@ -45,6 +45,21 @@ TEST(CallRecord, NumbersThatAreNotFiniteAreNamed) {
               R"({"class":"double","size":[1,3],"data":["NaN","Infinity","-Infinity"]})");
 }
 
+TEST(CallRecord, LongTextsWithCharactersOfTwoUnitsAreWhole) {
+    // Texts are escaped in pieces; no character may be cut by the end of one.
+    for (const std::size_t before : {4094U, 4095U, 4096U}) {
+        const std::u16string units = std::u16string(before, u'"') + u"\U0001F600" + u"end";
+        std::string escaped;
+        for (std::size_t i = 0; i < before; ++i) {
+            escaped += "\\\"";
+        }
+        const std::string length = std::to_string(units.size());
+        EXPECT_EQ(jsonOf(host::makeText(units)), R"({"class":"char","size":[1,)" + length +
+                                                     R"(],"data":")" + escaped +
+                                                     "\xF0\x9F\x98\x80" + R"(end"})");
+    }
+}
+
 TEST(CallRecord, MatricesGoColumnByColumn) {
     EXPECT_EQ(jsonOf(doubles(2, 3, {1, 2, 3, 4, 5, 6})),
               R"({"class":"double","size":[2,3],"data":[1,2,3,4,5,6]})");

@@ -19,7 +19,8 @@ std::optional<std::uint64_t> found(const std::string& bytes) {
 
 std::string segment(char marker, const std::string& payload) {
     const std::size_t length = payload.size() + 2;
-    return "\xFF"s + marker + static_cast<char>(length >> 8) + static_cast<char>(length & 0xFF) +
+    return std::string{'\xFF', marker, static_cast<char>(length >> 8),
+                       static_cast<char>(length & 0xFF)} +
            payload;
 }
 

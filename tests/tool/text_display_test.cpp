@@ -42,6 +42,13 @@ TEST(NumberText, IsTheShortestThatReadsBack) {
     EXPECT_EQ(tool::numberText(0.1), "0.1");
     EXPECT_EQ(tool::numberText(-2.5), "-2.5");
     EXPECT_EQ(tool::numberText(1e30), "1e+30");
+    EXPECT_EQ(tool::numberText(0), "0");
+    EXPECT_EQ(tool::numberText(-0.0), "-0");
+    EXPECT_EQ(tool::numberText(99999), "99999");
+    EXPECT_EQ(tool::numberText(100000), "1e+05");
+    EXPECT_EQ(tool::numberText(-123456789), "-123456789");
+    EXPECT_EQ(tool::numberText(9007199254740991), "9007199254740991");
+    EXPECT_EQ(tool::numberText(9007199254740992), "9007199254740992");
     EXPECT_EQ(tool::numberText(1.0 / 3), "0.3333333333333333");
 }
 

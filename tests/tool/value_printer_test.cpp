@@ -15,7 +15,12 @@ namespace {
 using namespace tool_test;
 
 std::string summary(const host::ValuePtr& value, bool whole = false) {
-    return tool::summaryOf(value.get(), whole);
+    std::ostringstream text;
+    {
+        tool::OutputBuffer out(text);
+        tool::writeSummary(out, value.get(), whole);
+    }
+    return text.str();
 }
 
 std::string printed(const host::ValuePtr& output, bool all = false) {
@@ -30,7 +35,7 @@ TEST(ValueSummary, ScalarsArePlain) {
 }
 
 TEST(ValueSummary, AValueNeverSetIsAnEmptyPair) {
-    EXPECT_EQ(tool::summaryOf(nullptr, true), "[]");
+    EXPECT_EQ(summary(nullptr, true), "[]");
 }
 
 TEST(ValueSummary, EmptyValuesAreToldApart) {
