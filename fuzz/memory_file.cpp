@@ -18,8 +18,10 @@ constexpr std::int64_t farthest = std::int64_t{1} << 44;
 struct File {
     std::span<const unsigned char> bytes;
     bool isThere = false;
+    fuzz::ReadBudget budget;
     std::uint64_t reads = 0;
     std::uint64_t bytesRead = 0;
+    bool isSpent = false;
     std::size_t openStreams = 0;
 };
 
@@ -34,8 +36,8 @@ Stream& streamOf(void* cookie) {
 }
 
 ssize_t readStream(void* cookie, char* buffer, std::size_t size) {
-    if (current.reads++ >= fuzz::ScopedMemoryFile::mostReads ||
-        current.bytesRead >= fuzz::ScopedMemoryFile::mostBytes) {
+    if (current.reads++ >= current.budget.reads || current.bytesRead >= current.budget.bytes) {
+        current.isSpent = true;
         errno = EIO;
         return -1;
     }
@@ -76,10 +78,11 @@ int closeStream(void* cookie) {
 
 namespace fuzz {
 
-ScopedMemoryFile::ScopedMemoryFile(std::span<const unsigned char> bytes) {
+ScopedMemoryFile::ScopedMemoryFile(std::span<const unsigned char> bytes, ReadBudget budget) {
     current = File{};
     current.bytes = bytes;
     current.isThere = true;
+    current.budget = budget;
 }
 
 ScopedMemoryFile::~ScopedMemoryFile() {
@@ -88,6 +91,10 @@ ScopedMemoryFile::~ScopedMemoryFile() {
 
 std::size_t ScopedMemoryFile::openStreams() noexcept {
     return current.openStreams;
+}
+
+bool ScopedMemoryFile::isSpent() noexcept {
+    return current.isSpent;
 }
 
 }  // namespace fuzz
@@ -124,7 +131,7 @@ std::FILE* fopen(const std::u16string& /*path*/, const std::string& mode) {
     if (file != nullptr) {
         static_cast<void>(stream.release());  // closeStream takes it back
         ++current.openStreams;
-        std::setvbuf(file, nullptr, _IONBF, 0);
+        static_cast<void>(std::setvbuf(file, nullptr, _IONBF, 0));
     }
     return file;
 }

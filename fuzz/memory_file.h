@@ -6,6 +6,12 @@
 
 namespace fuzz {
 
+/// What may be read before reads fail.
+struct ReadBudget {
+    std::uint64_t reads = 8'000;
+    std::uint64_t bytes = std::uint64_t{1} << 20;
+};
+
 /// While it lives, the host's file services know one file, under every name: these bytes, which
 /// must outlive it. Streams are unbuffered, so each read and seek of the module reaches the bytes
 /// themselves.
@@ -15,16 +21,15 @@ namespace fuzz {
 /// bytes ends that: once it is spent every read fails, as of a disk that went away.
 class ScopedMemoryFile {
   public:
-    static constexpr std::uint64_t mostReads = 8'000;
-    static constexpr std::uint64_t mostBytes = std::uint64_t{1} << 20;
-
-    explicit ScopedMemoryFile(std::span<const unsigned char> bytes);
+    explicit ScopedMemoryFile(std::span<const unsigned char> bytes, ReadBudget budget = {});
     ~ScopedMemoryFile();
     ScopedMemoryFile(const ScopedMemoryFile&) = delete;
     ScopedMemoryFile& operator=(const ScopedMemoryFile&) = delete;
 
     /// Streams opened and not yet closed.
     [[nodiscard]] static std::size_t openStreams() noexcept;
+    /// Whether a read has failed because the budget was spent.
+    [[nodiscard]] static bool isSpent() noexcept;
 };
 
 }  // namespace fuzz

@@ -78,7 +78,7 @@ std::uint64_t digestOf(const zxArray* value) {
 
 void require(bool condition, const char* what) {
     if (!condition) {
-        std::fprintf(stderr, "fuzz: %s\n", what);
+        static_cast<void>(std::fprintf(stderr, "fuzz: %s\n", what));
         std::abort();
     }
 }
