@@ -1,0 +1,97 @@
+// Reads files with the module as a host does: loads it, calls it on each file and destroys the
+// result. Prints totals; the times are those of the calls with their destruction alone.
+//   read_tags [--no-count] [--repeat N] FILE... | @LIST
+// Counting walks over each result, outside of the times but not of the process's own; --no-count
+// leaves it out.
+
+#include <cstdio>
+#include <exception>
+#include <stdexcept>
+#include <string>
+
+#include "bench/arguments.h"
+#include "bench/cpu_clock.h"
+#include "bench/result_count.h"
+#include "host/module.h"
+#include "host/unicode.h"
+#include "tool/jpeg_exif.h"
+#include "tool/positioned_file.h"
+
+namespace {
+
+// More than any input holds, so that nothing is cut.
+constexpr double limit = 4294967295.0;
+
+bool isNamedAsJpeg(const std::string& file) {
+    return file.ends_with(".jpg");
+}
+
+double headerOffsetOf(const std::string& file) {
+    if (!isNamedAsJpeg(file)) {
+        return 0;
+    }
+    tool::PositionedFile bytes(file);
+    return static_cast<double>(tool::findExifTiffHeader(bytes).value_or(0));
+}
+
+class Reading {
+  public:
+    explicit Reading(bool counts) : counts_(counts) {}
+
+    void readFile(const std::string& file) {
+        const std::u16string name = host::utf16FromUtf8(file).value();
+        const double headerOffset = headerOffsetOf(file);
+        host::CallResult result = call(name, headerOffset);
+        if (!result.output) {
+            throw std::runtime_error(file + ": " + result.failure->message);
+        }
+        warnings_ += result.warnings.size();
+        if (counts_) {
+            count_.add(*result.output);
+        }
+        destroy(result);
+    }
+
+    void print() const {
+        if (counts_) {
+            count_.print();
+        }
+        std::printf("warnings %zu\nwall_seconds %.6f\ncpu_seconds %.6f\n", warnings_, spent_.wall,
+                    spent_.cpu);
+    }
+
+  private:
+    // Functions of their own, so that a profiler can be told to look at them alone.
+    [[gnu::noinline]] host::CallResult call(const std::u16string& name, double headerOffset) {
+        const auto start = bench::Seconds::now();
+        host::CallResult result = module_.call(name, headerOffset, 0, limit);
+        spent_.addSince(start);
+        return result;
+    }
+    [[gnu::noinline]] void destroy(host::CallResult& result) {
+        const auto start = bench::Seconds::now();
+        result.output.reset();
+        spent_.addSince(start);
+    }
+
+    const host::Module module_{CORVINEX_MODULE};
+    bool counts_;
+    bench::ResultCount count_;
+    bench::Seconds spent_;
+    std::size_t warnings_ = 0;
+};
+
+}  // namespace
+
+int main(int count, char** words) {
+    const bench::Arguments arguments(count, words, {"--no-count"});
+    try {
+        Reading reading(!arguments.has("--no-count"));
+        arguments.forEachFile([&reading](const std::string& file) { reading.readFile(file); });
+        reading.print();
+    } catch (const std::exception& error) {
+        static_cast<void>(std::fprintf(stderr, "read_tags: %s\n", error.what()));
+        return 1;
+    }
+    return 0;
+}
