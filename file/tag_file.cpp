@@ -46,7 +46,7 @@ TagFile::TagFile(std::u16string name, unsigned long long header, unsigned long s
     }
     detectFormat();
     determineArchitectureEndianness();
-    stream = FileStream(fl::filesystem::fopen(filename, "rb"));
+    stream = FileStream(fl::filesystem::fopen(filename, "rb"), getFileSize());
     if (!stream.isOpen()) {
         raiseFatal(error::unsupportedFileFormat());
     }

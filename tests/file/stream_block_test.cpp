@@ -1,0 +1,141 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <vector>
+
+#include "file/file_stream.h"
+#include "tests/support/temporary_file.h"
+
+// When a stream asks the system, told by where the system then stands, and that its bytes are right
+// wherever the blocks end.
+
+namespace {
+
+using corvinex::FileStream;
+using test::Bytes;
+
+/// 20,000 bytes of which neighbours and blocks differ.
+Bytes longFile() {
+    Bytes bytes(20000);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = static_cast<unsigned char>(i ^ (i >> 8));
+    }
+    return bytes;
+}
+
+class StreamBlock : public testing::Test {
+  protected:
+    Bytes readAt(std::uint64_t position, std::size_t length) {
+        Bytes bytes(length);
+        EXPECT_TRUE(stream.seek(position));
+        bytes.resize(stream.read(bytes.data(), 1, length));
+        return bytes;
+    }
+    [[nodiscard]] Bytes expected(std::size_t position, std::size_t length) const {
+        return {&content[position], &content[position] + length};
+    }
+    [[nodiscard]] off_t systemPosition() const { return ::lseek(descriptor, 0, SEEK_CUR); }
+    [[nodiscard]] std::FILE* open() const { return std::fopen(file.path().c_str(), "rb"); }
+    void take(std::FILE* opened) {
+        ASSERT_NE(opened, nullptr);
+        descriptor = ::fileno(opened);
+        stream = FileStream(opened);
+    }
+    void SetUp() override { take(open()); }
+
+    const Bytes content = longFile();
+    const test::TemporaryFile file{content};
+    int descriptor = -1;
+    FileStream stream;
+};
+
+}  // namespace
+
+TEST_F(StreamBlock, AnswersReadsAndSeeksWithoutTheSystem) {
+    EXPECT_EQ(readAt(100, 10), expected(100, 10));
+    EXPECT_EQ(systemPosition(), 4096);
+    // Only where nobody asks the system does its place stay.
+    ASSERT_EQ(::lseek(descriptor, 7, SEEK_SET), 7);
+    EXPECT_EQ(readAt(4000, 96), expected(4000, 96));
+    EXPECT_EQ(readAt(100, 3996), expected(100, 3996));
+    EXPECT_EQ(systemPosition(), 7);
+}
+
+TEST_F(StreamBlock, IsLeftByASeekThatTheSystemSees) {
+    EXPECT_EQ(readAt(100, 10), expected(100, 10));
+    for (const std::uint64_t position : {99U, 4096U, 19000U}) {
+        EXPECT_TRUE(stream.seek(position));
+        EXPECT_EQ(systemPosition(), static_cast<off_t>(position));
+    }
+}
+
+TEST_F(StreamBlock, StaysUntilAnotherOneIsRead) {
+    EXPECT_EQ(readAt(100, 10), expected(100, 10));
+    EXPECT_TRUE(stream.seek(9000));
+    EXPECT_EQ(readAt(200, 10), expected(200, 10));
+    EXPECT_EQ(systemPosition(), 9000);
+    EXPECT_EQ(readAt(4090, 20), expected(4090, 20));
+    EXPECT_EQ(systemPosition(), 8192);
+}
+
+TEST_F(StreamBlock, MakesNoDifferenceToTheBytes) {
+    for (const std::size_t length : {1U, 5U, 4095U, 4096U, 4097U, 9000U}) {
+        for (std::size_t position = 0; position < 11000; position += 509) {
+            ASSERT_EQ(readAt(position, length), expected(position, length))
+                << length << " bytes at " << position;
+            ASSERT_EQ(stream.tell(), position + length);
+        }
+    }
+}
+
+TEST_F(StreamBlock, EndsWhereTheFileEnds) {
+    EXPECT_EQ(readAt(19990, 20), expected(19990, 10));
+    EXPECT_EQ(readAt(19995, 5), expected(19995, 5));
+    EXPECT_EQ(readAt(12000, 9000), expected(12000, 8000));
+    EXPECT_EQ(readAt(20000, 1), Bytes{});
+}
+
+TEST_F(StreamBlock, KeepsItsPlaceWhereASeekFails) {
+    EXPECT_EQ(readAt(100, 10), expected(100, 10));
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    ASSERT_EQ(::dup2(pipe[0], descriptor), descriptor);
+    EXPECT_FALSE(stream.seek(8000));
+    EXPECT_EQ(stream.tell(), 110U);
+    Bytes bytes(8);
+    EXPECT_EQ(stream.read(bytes.data(), 1, bytes.size()), bytes.size());
+    EXPECT_EQ(bytes, expected(110, 8));
+    EXPECT_FALSE(stream.seek(8000));
+    ::close(pipe[0]);
+    ::close(pipe[1]);
+}
+
+TEST_F(StreamBlock, ReadsOnWhereTheSystemRefusesToReadAWhile) {
+    EXPECT_EQ(readAt(4090, 6), expected(4090, 6));
+    const int kept = ::dup(descriptor);
+    const int directory = ::open("/", O_RDONLY | O_DIRECTORY);
+    ASSERT_EQ(::dup2(directory, descriptor), descriptor);
+    EXPECT_EQ(readAt(4090, 10), expected(4090, 6));
+    EXPECT_EQ(readAt(5000, 10), Bytes{});
+    ASSERT_EQ(::dup2(kept, descriptor), descriptor);
+    EXPECT_EQ(readAt(5000, 10), expected(5000, 10));
+    EXPECT_EQ(readAt(4090, 10), expected(4090, 10));
+    ::close(directory);
+    ::close(kept);
+}
+
+TEST_F(StreamBlock, IsNotHadWhereTheHostHasSettledTheBuffer) {
+    std::FILE* const unbuffered = open();
+    ASSERT_EQ(std::setvbuf(unbuffered, nullptr, _IONBF, 0), 0);
+    take(unbuffered);
+    EXPECT_EQ(readAt(100, 10), expected(100, 10));
+    EXPECT_EQ(systemPosition(), 110);
+    EXPECT_EQ(readAt(4000, 96), expected(4000, 96));
+    EXPECT_EQ(systemPosition(), 4096);
+    EXPECT_TRUE(stream.seek(100));
+    EXPECT_EQ(systemPosition(), 100);
+}
