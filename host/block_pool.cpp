@@ -1,9 +1,9 @@
 #include "host/block_pool.h"
 
-#include <memory>
+#include <algorithm>
 #include <mutex>
-#include <new>
-#include <vector>
+
+#include "host/fresh_memory.h"
 
 namespace host {
 
@@ -17,7 +17,7 @@ struct IdlePools {
 };
 
 IdlePools& idlePools() {
-    static IdlePools* const idle = new IdlePools;  // reachable to the end
+    static auto* const idle = new IdlePools;  // reachable to the end
     return *idle;
 }
 
@@ -37,81 +37,46 @@ BlockPool* takePool() {
     return pool;
 }
 
-// The plain pointer is reached without a call.
-[[gnu::tls_model("initial-exec")]] thread_local constinit BlockPool* current = nullptr;
+}  // namespace
 
-/// Gives the thread's pool to later threads when the thread ends. Values that are destroyed after
-/// that take another pool, which then stays with what is left of the thread.
-struct PoolUse {
-    PoolUse() = default;
-    ~PoolUse() {
+thread_local constinit BlockPool* BlockPool::current_ = nullptr;
+
+class BlockPool::Use {
+  public:
+    Use() = default;
+    /// Values that are destroyed after this take another pool, which then stays with what is left
+    /// of the thread.
+    ~Use() {
         IdlePools& idle = idlePools();
         const std::lock_guard lock(idle.mutex);
-        idle.pools.emplace_back(current);
-        current = nullptr;
+        idle.pools.emplace_back(current_);
+        current_ = nullptr;
         hasEnded = true;
     }
-    PoolUse(const PoolUse&) = delete;
-    PoolUse& operator=(const PoolUse&) = delete;
+    Use(const Use&) = delete;
+    Use& operator=(const Use&) = delete;
 
     static thread_local constinit bool hasEnded;
 };
-thread_local constinit bool PoolUse::hasEnded = false;
 
-}  // namespace
+thread_local constinit bool BlockPool::Use::hasEnded = false;
 
-BlockPool& BlockPool::ofThisThread() {
-    if (current == nullptr) {
-        current = takePool();
-        if (!PoolUse::hasEnded) {
-            thread_local const PoolUse use;
-            static_cast<void>(use);
-        }
+BlockPool& BlockPool::take() {
+    current_ = takePool();
+    if (!Use::hasEnded) {
+        thread_local const Use use;
+        static_cast<void>(use);
     }
-    return *current;
+    return *current_;
 }
 
-#ifdef CORVINEX_SANITIZED
-
-void* BlockPool::allocate(std::size_t size) {
-    return ::operator new(size);
-}
-
-void BlockPool::deallocate(void* block, std::size_t /*size*/) noexcept {
-    ::operator delete(block);
-}
-
-#else
-
-void* BlockPool::allocate(std::size_t size) {
-    const std::size_t index = (size - 1) / step;
-    const std::size_t length = (index + 1) * step;
-    Blocks& blocks = sizes_.at(index);
-    if (blocks.free != nullptr) {
-        void* const memory = blocks.free;
-        blocks.free = blocks.free->next;
-        return memory;
-    }
-    if (blocks.unusedLength < length) {
-        blocks.unused = makeSlab();
-        blocks.unusedLength = slabLength;
-    }
-    void* const memory = blocks.unused;
-    blocks.unused += length;
-    blocks.unusedLength -= length;
-    return memory;
-}
-
-std::byte* BlockPool::makeSlab() {
+void BlockPool::addSlab(Blocks& blocks) {
     // Unset: each value writes what it takes.
-    return slabs_.emplace_back(std::make_unique_for_overwrite<std::byte[]>(slabLength)).get();
+    slabs_.push_back(std::make_unique_for_overwrite<std::byte[]>(blocks.nextSlab));
+    blocks.unused = slabs_.back().get();
+    blocks.unusedLength = blocks.nextSlab;
+    blocks.nextSlab = std::min(2 * blocks.nextSlab, longestSlab);
+    provideAtOnce(blocks.unused, blocks.unusedLength);
 }
-
-void BlockPool::deallocate(void* block, std::size_t size) noexcept {
-    Blocks& blocks = sizes_[(size - 1) / step];
-    blocks.free = ::new (block) FreeBlock{blocks.free};
-}
-
-#endif
 
 }  // namespace host

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <new>
 #include <vector>
 
 namespace host {
@@ -19,7 +20,7 @@ class BlockPool {
     static constexpr std::size_t largestBlock = 256;
 
     /// The pool that this thread uses now; no other thread uses it meanwhile.
-    static BlockPool& ofThisThread();
+    static BlockPool& ofThisThread() { return current_ == nullptr ? take() : *current_; }
 
     /// A block of that size, unset and aligned for any scalar. Raises std::bad_alloc.
     [[nodiscard]] void* allocate(std::size_t size);
@@ -28,7 +29,9 @@ class BlockPool {
 
   private:
     static constexpr std::size_t step = 32;
-    static constexpr std::size_t slabLength = std::size_t{64} << 10;
+    // From the first slab of a size to the longest: each is twice the one before.
+    static constexpr std::size_t firstSlab = std::size_t{4} << 10;
+    static constexpr std::size_t longestSlab = std::size_t{64} << 10;
     struct FreeBlock {
         FreeBlock* next;
     };
@@ -38,13 +41,58 @@ class BlockPool {
         FreeBlock* free = nullptr;
         std::byte* unused = nullptr;  // the part of the last slab that was never taken
         std::size_t unusedLength = 0;
+        std::size_t nextSlab = firstSlab;
     };
+
+    /// Gives a thread's pool to later threads when the thread ends.
+    class Use;
+
+    static BlockPool& take();
+    void addSlab(Blocks& blocks);
+
+    // Reached without a call.
+    [[gnu::tls_model("initial-exec")]] static thread_local constinit BlockPool* current_;
 
     std::array<Blocks, largestBlock / step> sizes_;
     /// All memory the pool has, so that it can be reached however the free blocks are linked.
     std::vector<std::unique_ptr<std::byte[]>> slabs_;
-
-    std::byte* makeSlab();
 };
+
+#ifdef CORVINEX_SANITIZED
+
+inline void* BlockPool::allocate(std::size_t size) {
+    return ::operator new(size);
+}
+
+inline void BlockPool::deallocate(void* block, std::size_t /*size*/) noexcept {
+    ::operator delete(block);
+}
+
+#else
+
+inline void* BlockPool::allocate(std::size_t size) {
+    const std::size_t index = (size - 1) / step;
+    Blocks& blocks = sizes_[index];
+    void* memory = blocks.free;
+    if (memory != nullptr) {
+        blocks.free = blocks.free->next;
+        return memory;
+    }
+    const std::size_t length = (index + 1) * step;
+    if (blocks.unusedLength < length) {
+        addSlab(blocks);
+    }
+    memory = blocks.unused;
+    blocks.unused += length;
+    blocks.unusedLength -= length;
+    return memory;
+}
+
+inline void BlockPool::deallocate(void* block, std::size_t size) noexcept {
+    Blocks& blocks = sizes_[(size - 1) / step];
+    blocks.free = ::new (block) FreeBlock{blocks.free};
+}
+
+#endif
 
 }  // namespace host

@@ -88,7 +88,7 @@ std::u16string utf16Of(UConverter& converter, std::string_view bytes, UConverter
 }
 
 std::string utf8Of(std::u16string_view text, UConverterFromUCallback onBad) {
-    if (std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; })) {
+    if (isAscii(text)) {
         std::string ascii(text.size(), '\0');
         std::transform(text.begin(), text.end(), ascii.begin(),
                        [](char16_t unit) { return static_cast<char>(unit); });
@@ -103,9 +103,21 @@ std::string utf8Of(std::u16string_view text, UConverterFromUCallback onBad) {
 
 }  // namespace
 
+// All units together, so that several are looked at at once.
 bool isAscii(std::string_view bytes) noexcept {
-    return std::all_of(bytes.begin(), bytes.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    unsigned char units = 0;
+    for (const char c : bytes) {
+        units |= static_cast<unsigned char>(c);
+    }
+    return units < 0x80;
+}
+
+bool isAscii(std::u16string_view text) noexcept {
+    char16_t units = 0;
+    for (const char16_t unit : text) {
+        units |= unit;
+    }
+    return units < 0x80;
 }
 
 ConverterPtr openConverter(const std::string& charset) {
@@ -138,6 +150,9 @@ std::u16string lenientUtf16(UConverter& converter, std::string_view bytes) {
 }
 
 std::u16string strictUtf16(UConverter& converter, std::string_view bytes) {
+    if (isAscii(bytes) && startsWithAscii(converter)) {
+        return {bytes.begin(), bytes.end()};
+    }
     return utf16Of(converter, bytes, UCNV_TO_U_CALLBACK_STOP);
 }
 

@@ -21,8 +21,9 @@ ConverterPtr openConverter(const std::string& charset);
 /// This thread's converter for UTF-8.
 UConverter& utf8Converter();
 
-/// Whether all bytes are ASCII characters.
+/// Whether all characters are ASCII's.
 bool isAscii(std::string_view bytes) noexcept;
+bool isAscii(std::u16string_view text) noexcept;
 
 /// UTF-16 of bytes of any length; each sequence that the character set does not allow, in UTF-8
 /// each maximal invalid subpart, becomes one U+FFFD.

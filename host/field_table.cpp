@@ -28,7 +28,7 @@ std::shared_ptr<FieldTable> FieldTable::of(std::span<const char* const> names) {
 bool FieldTable::hasNames(std::span<const char* const> names) const noexcept {
     return std::equal(names_.begin(), names_.end(), names.begin(), names.end(),
                       [](const std::string& ours, const char* other) {
-                          return other != nullptr && ours == other;
+                          return other != nullptr && std::strcmp(ours.c_str(), other) == 0;
                       });
 }
 
@@ -53,18 +53,11 @@ std::optional<std::size_t> FieldTable::find(std::string_view name) const noexcep
     return place == 0 ? std::nullopt : std::optional<std::size_t>(place - 1);
 }
 
-std::optional<std::size_t> FieldTable::findNext(const char* name, std::size_t lastPlace) noexcept {
-    if (lastPlace >= followers_.size()) {
-        return find(name);
-    }
-    std::atomic<std::uint32_t>& follower = followers_[lastPlace];
-    const std::uint32_t expected = follower.load(std::memory_order_relaxed);
-    if (std::strcmp(names_[expected].c_str(), name) == 0) {
-        return expected;
-    }
+std::optional<std::size_t> FieldTable::findFollower(const char* name,
+                                                    std::size_t lastPlace) noexcept {
     const std::optional<std::size_t> place = find(name);
-    if (place) {
-        follower.store(static_cast<std::uint32_t>(*place), std::memory_order_relaxed);
+    if (place && lastPlace < followers_.size()) {
+        followers_[lastPlace].store(static_cast<std::uint32_t>(*place), std::memory_order_relaxed);
     }
     return place;
 }

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <span>
@@ -32,9 +33,19 @@ class FieldTable {
     /// The same for a field that is about to be set after the one at lastPlace. Elements are mostly
     /// filled in one order, so the field that followed the last time is tried first.
     [[nodiscard]] std::optional<std::size_t> findNext(const char* name,
-                                                      std::size_t lastPlace) noexcept;
+                                                      std::size_t lastPlace) noexcept {
+        if (lastPlace < followers_.size()) {
+            const std::size_t expected = followers_[lastPlace].load(std::memory_order_relaxed);
+            if (std::strcmp(names_[expected].c_str(), name) == 0) {
+                return expected;
+            }
+        }
+        return findFollower(name, lastPlace);
+    }
 
   private:
+    [[nodiscard]] std::optional<std::size_t> findFollower(const char* name,
+                                                          std::size_t lastPlace) noexcept;
     [[nodiscard]] bool hasNames(std::span<const char* const> names) const noexcept;
     /// The bucket that holds name, or the empty one where it belongs.
     [[nodiscard]] std::size_t bucketOf(std::string_view name) const noexcept;

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "host/fresh_memory.h"
 #include "host/zeroed_memory.h"
 
 namespace host {
@@ -13,11 +14,8 @@ namespace {
 
 [[gnu::tls_model("initial-exec")]] thread_local std::size_t living = 0;
 
-std::size_t requirePlace(std::optional<std::size_t> place, std::string_view name) {
-    if (!place) {
-        throw std::out_of_range("there is no field " + std::string(name));
-    }
-    return *place;
+[[noreturn]] void refuseField(std::string_view name) {
+    throw std::out_of_range("there is no field " + std::string(name));
 }
 
 }  // namespace
@@ -26,16 +24,9 @@ std::size_t livingValues() noexcept {
     return living;
 }
 
-std::size_t checkedProduct(std::size_t left, std::size_t right) {
-    if (right != 0 && left > std::numeric_limits<std::size_t>::max() / right) {
-        throw std::length_error("an array cannot have " + std::to_string(left) + " x " +
-                                std::to_string(right) + " elements");
-    }
-    return left * right;
-}
-
-std::size_t elementsOf(Size size) {
-    return checkedProduct(size.rows, size.columns);
+void refuseProduct(std::size_t left, std::size_t right) {
+    throw std::length_error("an array cannot have " + std::to_string(left) + " x " +
+                            std::to_string(right) + " elements");
 }
 
 Value::Value() noexcept {
@@ -84,27 +75,34 @@ CellArray::CellArray(Size size) : size_(size), cells_(elementsOf(size)) {
 }
 
 StructArray::StructArray(Size size, std::span<const char* const> names)
-    : size_(size),
-      fields_(FieldTable::of(names)),
-      slots_(checkedProduct(elementsOf(size), names.size())) {
+    : size_(size), fields_(FieldTable::of(names)) {
+    const std::size_t count = checkedProduct(elementsOf(size), names.size());
+    slots_.reserve(count);
+    provideAtOnce(slots_.data(), slots_.capacity() * sizeof(ValuePtr));
+    slots_.resize(count);
     setElements(nullptr, elementsOf(size));
 }
 
 std::size_t StructArray::placeOf(std::string_view name) const {
-    return requirePlace(fields_->find(name), name);
+    const std::optional<std::size_t> place = fields_->find(name);
+    if (!place) {
+        refuseField(name);
+    }
+    return *place;
 }
 
 std::size_t StructArray::placeToSet(const char* name) {
-    lastPlace_ = requirePlace(fields_->findNext(name, lastPlace_), name);
+    const std::optional<std::size_t> place = fields_->findNext(name, lastPlace_);
+    if (!place) {
+        refuseField(name);
+    }
+    lastPlace_ = *place;
     return lastPlace_;
 }
 
-std::size_t StructArray::slotIndex(std::size_t element, std::size_t field) const {
-    if (element >= elementCount() || field >= fields_->size()) {
-        throw std::out_of_range("there is no field " + std::to_string(field) + " of element " +
-                                std::to_string(element));
-    }
-    return element * fields_->size() + field;
+void StructArray::refuseSlot(std::size_t element, std::size_t field) {
+    throw std::out_of_range("there is no field " + std::to_string(field) + " of element " +
+                            std::to_string(element));
 }
 
 }  // namespace host

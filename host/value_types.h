@@ -19,10 +19,19 @@
 
 namespace host {
 
-/// Elements that an array of a size has; raises std::length_error when size_t cannot count them.
-std::size_t elementsOf(Size size);
+[[noreturn]] void refuseProduct(std::size_t left, std::size_t right);
 /// The product of two counts; raises std::length_error when size_t cannot hold it.
-std::size_t checkedProduct(std::size_t left, std::size_t right);
+inline std::size_t checkedProduct(std::size_t left, std::size_t right) {
+    std::size_t product = 0;
+    if (__builtin_mul_overflow(left, right, &product)) {
+        refuseProduct(left, right);
+    }
+    return product;
+}
+/// Elements that an array of a size has; raises std::length_error when size_t cannot count them.
+inline std::size_t elementsOf(Size size) {
+    return checkedProduct(size.rows, size.columns);
+}
 
 /// Base of every value that this host makes.
 class Value : public zxArray {
@@ -141,7 +150,13 @@ class StructArray final : public Value {
     }
 
   private:
-    [[nodiscard]] std::size_t slotIndex(std::size_t element, std::size_t field) const;
+    [[nodiscard]] std::size_t slotIndex(std::size_t element, std::size_t field) const {
+        if (element >= elementCount() || field >= fields_->size()) {
+            refuseSlot(element, field);
+        }
+        return element * fields_->size() + field;
+    }
+    [[noreturn]] static void refuseSlot(std::size_t element, std::size_t field);
 
     Size size_;
     std::shared_ptr<FieldTable> fields_;

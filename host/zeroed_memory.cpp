@@ -5,6 +5,7 @@
 #include <new>
 
 #include "host/block_pool.h"
+#include "host/fresh_memory.h"
 
 namespace host {
 
@@ -19,6 +20,7 @@ void* ZeroedMemory::allocate(std::size_t size) {
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
+    provideAtOnce(memory, size);
     return memory;
 }
 

@@ -14,9 +14,7 @@ constexpr std::uint64_t windowSize = 4096;
 
 PositionedFile::PositionedFile(const std::string& path) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) {
-        return;
-    }
+    // Fails for what is no regular file.
     const std::uintmax_t size = std::filesystem::file_size(path, error);
     if (error) {
         return;
