@@ -78,7 +78,7 @@ class IFD {
     void processRequiredFields();
     void fileTag(std::vector<TagValue>& list, TiffTag&& tag, std::uint64_t index) const;
     void setDefaultFields(zxArray& output, std::size_t index) const;
-    [[nodiscard]] TagValue makeDefault(std::size_t i) const;
+    [[nodiscard]] HostArray getDefaultZxArray(std::size_t i) const;
 
     std::vector<TagValue> tags;
     std::vector<TagValue> unknownTags;

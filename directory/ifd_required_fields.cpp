@@ -140,25 +140,23 @@ std::pair<std::uint16_t, std::string_view> IFD::getBaselineTag(std::size_t i) {
     return {requiredTags.at(i).tag, getStandardDefaults().at(i).getName()};
 }
 
-TagValue IFD::makeDefault(std::size_t i) const {
+HostArray IFD::getDefaultZxArray(std::size_t i) const {
     const RequiredTag& required = requiredTags.at(i);
-    // Only what a tag holds is wanted, without what served its reading.
-    // NOLINTBEGIN(cppcoreguidelines-slicing)
     switch (required.maker) {
         case Maker::SampleCount:
-            return TiffTag(int{required.tag}, ifdType, samplesPerPixel);
+            return TiffTag(int{required.tag}, ifdType, samplesPerPixel).getPlainZxArray();
         case Maker::FromBitsPerSample:
-            return TiffTag(required.tag, ifdType, std::span<const double>(bitsPerSample));
+            return TiffTag(required.tag, ifdType, std::span<const double>(bitsPerSample))
+                .getPlainZxArray();
         default:
-            return getStandardDefaults().at(i);
+            return getStandardDefaults().at(i).getPlainZxArray();
     }
-    // NOLINTEND(cppcoreguidelines-slicing)
 }
 
 void IFD::setDefaultFields(zxArray& output, std::size_t index) const {
     for (std::uint32_t left = defaultTags; left != 0; left &= left - 1) {
-        TagValue tag = makeDefault(static_cast<std::size_t>(std::countr_zero(left)));
-        setField(output, index, tag.getName().data(), tag.getZxArray());
+        const auto i = static_cast<std::size_t>(std::countr_zero(left));
+        setField(output, index, getBaselineTag(i).second.data(), getDefaultZxArray(i));
     }
 }
 

@@ -104,6 +104,9 @@ std::uint64_t IFDTree::readNextIfdOffset(std::uint64_t position) {
 }
 
 void IFDTree::push_back(IFD ifd) {
+    if (ifds.empty()) {
+        tagNames.reserve(ifd.getTags().size());
+    }
     std::size_t place = 0;
     for (const TagValue& tag : ifd.getTags()) {
         place = addTagName(place, {tag.getId(), tag.getName().data()});
@@ -118,6 +121,10 @@ void IFDTree::push_back(IFD ifd) {
 std::size_t IFDTree::addTagName(std::size_t expectedPlace, const NumberAndName& tag) {
     if (expectedPlace < tagNames.size() && tagNames[expectedPlace].number == tag.number) {
         return expectedPlace + 1;
+    }
+    if (tagNames.empty() || tagNames.back().number < tag.number) {
+        tagNames.push_back(tag);
+        return tagNames.size();
     }
     const auto place = std::lower_bound(
         tagNames.begin(), tagNames.end(), tag.number,

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <utility>
@@ -115,8 +114,7 @@ void IFDTree::setDefaultZxFields(zxArray& output) const {
 }
 
 bool IFDTree::tagAlreadyOnDefaultList(std::string_view name) const {
-    const auto& fields = tagFile->getDefaultFields();
-    return !tagFile->isJpegFile() && std::find(fields.begin(), fields.end(), name) != fields.end();
+    return !tagFile->isJpegFile() && isDefaultFieldName(tagFile->getFileFormat(), name);
 }
 
 // What has been packaged is given back at once: the memory serves the host values that follow.

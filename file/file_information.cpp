@@ -3,6 +3,7 @@
 #include <array>
 #include <boost/date_time/posix_time/posix_time.hpp>
 #include <cstddef>
+#include <cstdint>
 #include <ctime>
 
 #include "entry/fatal_errors.h"
@@ -54,6 +55,28 @@ constexpr std::array defaultFieldNames{
 
 constexpr std::size_t commonFieldCount = 10;
 
+// Where a name is looked for: every set of directories asks for each of its tags.
+constexpr std::size_t bucketCount = 128;
+
+constexpr std::size_t bucketOf(std::string_view name) noexcept {
+    const std::size_t first = static_cast<unsigned char>(name.front());
+    const std::size_t last = static_cast<unsigned char>(name.back());
+    return (name.size() * 13 + first * 5 + last) % bucketCount;
+}
+
+// A place plus 1, or 0 for empty; a name stands in its bucket or behind it.
+constexpr auto fieldBuckets = [] {
+    std::array<std::uint8_t, bucketCount> buckets{};
+    for (std::size_t place = 0; place < defaultFieldNames.size(); ++place) {
+        std::size_t bucket = bucketOf(defaultFieldNames.at(place));
+        while (buckets.at(bucket) != 0) {
+            bucket = (bucket + 1) % bucketCount;
+        }
+        buckets.at(bucket) = static_cast<std::uint8_t>(place + 1);
+    }
+    return buckets;
+}();
+
 constexpr std::array formatTexts{"jpg", "tif", "tif"};
 
 }  // namespace
@@ -61,6 +84,21 @@ constexpr std::array formatTexts{"jpg", "tif", "tif"};
 std::span<const char* const> getDefaultFieldNames(FileFormat format) noexcept {
     const std::span<const char* const> all(defaultFieldNames);
     return format == FileFormat::JPEG ? all.first(commonFieldCount) : all;
+}
+
+bool isDefaultFieldName(FileFormat format, std::string_view name) noexcept {
+    if (name.empty()) {
+        return false;
+    }
+    std::size_t bucket = bucketOf(name);
+    while (fieldBuckets[bucket] != 0) {
+        const std::size_t place = fieldBuckets[bucket] - 1U;
+        if (name == defaultFieldNames[place]) {
+            return place < getDefaultFieldNames(format).size();
+        }
+        bucket = (bucket + 1) % bucketCount;
+    }
+    return false;
 }
 
 const char* getFormatText(FileFormat format) noexcept {

@@ -53,6 +53,8 @@ class TagValue {
     /// The value of this tag's field: a new host array, or null for a tag without a value. Divides
     /// a Colormap's values in place, so a tag is output once.
     [[nodiscard]] HostArray getZxArray();
+    /// The same for a tag of no special form, such as a default.
+    [[nodiscard]] HostArray getPlainZxArray() const;
     /// Fills "ID", "Offset" and "Value" of one element of an "UnknownTags" struct array.
     void setUnknownTagZx(zxArray& unknownTags, std::size_t index) const;
     /// 1 x n char without the text's trailing zero bytes, from the current locale's encoding;

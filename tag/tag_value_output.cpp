@@ -30,8 +30,11 @@ HostArray TagValue::getZxArray() {
         case tag_number::ImageSourceData:
             return getZxArrayImageSourceData();
         default:
-            break;
+            return getPlainZxArray();
     }
+}
+
+HostArray TagValue::getPlainZxArray() const {
     if (decodedWord != nullptr) {
         return makeWord(decodedWord);
     }
