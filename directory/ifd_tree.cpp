@@ -105,7 +105,10 @@ std::uint64_t IFDTree::readNextIfdOffset(std::uint64_t position) {
 
 void IFDTree::push_back(IFD ifd) {
     if (ifds.empty()) {
-        tagNames.reserve(ifd.getTags().size());
+        // As many as an ordinary directory has: a number is there once, however often it is
+        // repeated.
+        constexpr std::size_t most = 64;
+        tagNames.reserve(std::min(ifd.getTags().size(), most));
     }
     std::size_t place = 0;
     for (const TagValue& tag : ifd.getTags()) {

@@ -65,17 +65,23 @@ constexpr std::size_t bucketOf(std::string_view name) noexcept {
 }
 
 // A place plus 1, or 0 for empty; a name stands in its bucket or behind it.
-constexpr auto fieldBuckets = [] {
-    std::array<std::uint8_t, bucketCount> buckets{};
-    for (std::size_t place = 0; place < defaultFieldNames.size(); ++place) {
-        std::size_t bucket = bucketOf(defaultFieldNames.at(place));
+using Buckets = std::array<std::uint8_t, bucketCount>;
+
+constexpr Buckets fillBuckets() {
+    Buckets buckets{};
+    std::uint8_t behind = 1;
+    for (const std::string_view name : defaultFieldNames) {
+        std::size_t bucket = bucketOf(name);
         while (buckets.at(bucket) != 0) {
             bucket = (bucket + 1) % bucketCount;
         }
-        buckets.at(bucket) = static_cast<std::uint8_t>(place + 1);
+        buckets.at(bucket) = behind;
+        ++behind;
     }
     return buckets;
-}();
+}
+
+constexpr Buckets fieldBuckets = fillBuckets();
 
 constexpr std::array formatTexts{"jpg", "tif", "tif"};
 

@@ -11,9 +11,9 @@ namespace {
 
 constexpr std::uint64_t farthest = std::numeric_limits<long>::max();
 
-/// Whether the stream is a file of the system whose buffer neither the host nor a first read has
+/// Whether the stream is one of the system's whose buffer neither the host nor a first read has
 /// settled. Other streams read byte by byte when they have no buffer.
-bool isPlainFile(std::FILE* stream) noexcept {
+bool isUnsettled(std::FILE* stream) noexcept {
     return ::fileno(stream) >= 0 && ::__fbufsize(stream) == 0;
 }
 
@@ -26,7 +26,7 @@ bool removeBuffer(std::FILE* stream) noexcept {
 
 FileStream::FileStream(std::FILE* stream, std::uint64_t knownLength) : knownLength_(knownLength) {
     take(stream);
-    if (stream_ != nullptr && isPlainFile(stream_.get())) {
+    if (stream_ != nullptr && knownLength_ != 0 && isUnsettled(stream_.get())) {
         auto block = std::make_unique_for_overwrite<unsigned char[]>(blockLength);
         if (removeBuffer(stream_.get())) {
             block_ = std::move(block);
@@ -109,10 +109,12 @@ std::size_t FileStream::read(void* data, std::size_t size, std::size_t count) no
         }
         arrived += readBlock(rest);
     }
-    hasMoved_ = true;
-    if (arrived < wanted.size()) {
-        position_.reset();
+    hasMoved_ = arrived == wanted.size();
+    if (!hasMoved_) {
         standsAt_.reset();
+        if (block_ == nullptr) {
+            position_.reset();
+        }
     }
     return arrived / size;
 }

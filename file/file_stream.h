@@ -12,20 +12,19 @@ namespace corvinex {
 /// A stdio stream of the host, read at positions given in bytes from its start and closed with its
 /// owner. Failures are return values; callers decide what they mean.
 ///
-/// The stream knows where it stands, so that a seek to that place asks nobody, and keeps the block
-/// of the file that it read last itself: the library asks the system at each seek, also within its
-/// own buffer, which costs more than reading a value does. Every seek out of the block is made, and
-/// the first one wherever it leads. What the library would not tell stays untold: a seek within its
-/// buffer never fails.
+/// The stream knows where it stands, so that a seek to that place asks nobody. Of a regular file it
+/// keeps the block that it read last itself: the library asks the system at each seek, also within
+/// its own buffer, where a file's seek cannot fail, and that costs more than reading a value does.
+/// Every seek out of the block is made, and so is the first one and one after a failure.
 ///
-/// A stream to which the host has given a buffer, or none, and one that is no file of the system
-/// are left as they are.
+/// A stream to which the host has given a buffer, or none, and one that is no regular file are left
+/// as they are.
 class FileStream {
   public:
     FileStream() = default;
-    /// Takes ownership of a stream at its start; null makes a stream that is not open. What the
-    /// file is known to hold saves the question where it ends; it may hold less or more. Raises
-    /// std::bad_alloc, after closing the stream.
+    /// Takes ownership of a stream at its start; null makes a stream that is not open. A length is
+    /// known of regular files alone, and saves the question where they end; the file may hold less
+    /// or more by now. Raises std::bad_alloc, after closing the stream.
     explicit FileStream(std::FILE* stream, std::uint64_t knownLength = 0);
 
     /// The same for a stream from which a few bytes are read: without a buffer, which would take a
@@ -73,7 +72,7 @@ class FileStream {
     std::uint64_t blockStart_ = 0;
     std::size_t blockFill_ = 0;              // bytes that it holds
     std::optional<std::uint64_t> target_;    // of a seek that is still to be made
-    bool hasMoved_ = false;                  // or tried to: the stream has shown whether it can
+    bool hasMoved_ = false;                  // with its last seek or read, which was whole
     std::optional<std::uint64_t> position_;  // where it is known
     std::optional<std::uint64_t> standsAt_;  // the library's position, where it is known
 };

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <memory>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -23,6 +24,7 @@ struct Services {
     Buffering buffering = Buffering::None;
     ScopedFileServices::Judge judge;
     std::size_t openStreams = 0;
+    std::set<std::FILE*> ownStreams;  // of the host, on which the C library's calls may fail
 };
 
 Services services;
@@ -98,14 +100,25 @@ void setBuffering(std::FILE* stream, Cookie& cookie) {
     }
 }
 
-/// The host's own definition of a function that this program defines, too.
+/// The definition that a library has of a function that this program defines, too.
 template <class Function>
-Function* hostsOwn(const char* symbol) {
+Function* libraryOwn(const char* symbol) {
     void* const address = ::dlsym(RTLD_NEXT, symbol);
     if (address == nullptr) {
-        throw std::runtime_error(std::string("the host has no ") + symbol);
+        throw std::runtime_error(std::string("no library has ") + symbol);
     }
     return reinterpret_cast<Function*>(address);
+}
+
+std::uint64_t positionOf(std::FILE* stream) {
+    return static_cast<std::uint64_t>(::lseek(::fileno(stream), 0, SEEK_CUR));
+}
+
+/// What becomes of a call on one of the host's own streams; others are not judged.
+FileEffect effectOn(std::FILE* stream, FileOperation operation, std::uint64_t position,
+                    std::size_t size) {
+    return services.ownStreams.contains(stream) ? effectOf({operation, position, size})
+                                                : FileEffect{};
 }
 
 /// What a service does whose call was interrupted and that has no way to return that.
@@ -135,7 +148,7 @@ std::size_t ScopedFileServices::openStreams() noexcept {
 namespace fl::filesystem {
 
 bool exists(const std::u16string& path) {
-    static auto* const own = test::hostsOwn<decltype(exists)>(
+    static auto* const own = test::libraryOwn<decltype(exists)>(
         "_ZN2fl10filesystem6existsERKNSt7__cxx1112basic_stringIDsSt11char_traitsIDsESaIDsEEE");
     const test::FileEffect effect = test::effectOf({test::FileOperation::Exists, 0, 0});
     test::raiseWhenInterrupted(effect);
@@ -143,7 +156,7 @@ bool exists(const std::u16string& path) {
 }
 
 file_status status(const std::u16string& path) {
-    static auto* const own = test::hostsOwn<decltype(status)>(
+    static auto* const own = test::libraryOwn<decltype(status)>(
         "_ZN2fl10filesystem6statusERKNSt7__cxx1112basic_stringIDsSt11char_traitsIDsESaIDsEEE");
     const test::FileEffect effect = test::effectOf({test::FileOperation::Status, 0, 0});
     test::raiseWhenInterrupted(effect);
@@ -158,7 +171,7 @@ file_status status(const std::u16string& path) {
 }
 
 std::FILE* fopen(const std::u16string& path, const std::string& mode) {
-    static auto* const own = test::hostsOwn<decltype(fopen)>(
+    static auto* const own = test::libraryOwn<decltype(fopen)>(
         "_ZN2fl10filesystem5fopenERKNSt7__cxx1112basic_stringIDsSt11char_traitsIDsESaIDsEEE"
         "RKNS2_IcS3_IcESaIcEEE");
     if (test::isFailure(test::effectOf({test::FileOperation::Open, 0, 0}))) {
@@ -166,6 +179,14 @@ std::FILE* fopen(const std::u16string& path, const std::string& mode) {
     }
     if (!test::services.judge) {
         return own(path, mode);
+    }
+    if (test::services.buffering == test::Buffering::Own) {
+        std::FILE* const stream = own(path, mode);
+        if (stream != nullptr) {
+            test::services.ownStreams.insert(stream);
+            ++test::services.openStreams;
+        }
+        return stream;
     }
     auto cookie = std::make_unique<test::Cookie>();
     cookie->file.reset(own(path, mode));
@@ -183,3 +204,42 @@ std::FILE* fopen(const std::u16string& path, const std::string& mode) {
 }
 
 }  // namespace fl::filesystem
+
+// What the module calls of the C library.
+extern "C" {
+
+[[gnu::visibility("default")]] std::size_t fread(void* data, std::size_t size, std::size_t count,
+                                                 std::FILE* stream) {
+    static auto* const own =
+        test::libraryOwn<std::size_t(void*, std::size_t, std::size_t, std::FILE*)>("fread");
+    const test::FileEffect effect =
+        test::effectOn(stream, test::FileOperation::Read, test::positionOf(stream), size * count);
+    if (test::isFailure(effect)) {
+        return 0;
+    }
+    if (effect.kind == test::FileEffect::Short) {
+        return own(data, 1, std::min(size * count, effect.limit), stream) / size;
+    }
+    return own(data, size, count, stream);
+}
+
+[[gnu::visibility("default")]] int fseek(std::FILE* stream, long offset, int whence) {
+    static auto* const own = test::libraryOwn<int(std::FILE*, long, int)>("fseek");
+    const auto target = static_cast<std::uint64_t>(offset);
+    return test::isFailure(test::effectOn(stream, test::FileOperation::Seek, target, 0))
+               ? -1
+               : own(stream, offset, whence);
+}
+
+[[gnu::visibility("default")]] long ftell(std::FILE* stream) {
+    static auto* const own = test::libraryOwn<long(std::FILE*)>("ftell");
+    return test::isFailure(test::effectOn(stream, test::FileOperation::Tell, 0, 0)) ? -1
+                                                                                    : own(stream);
+}
+
+[[gnu::visibility("default")]] int fclose(std::FILE* stream) {
+    static auto* const own = test::libraryOwn<int(std::FILE*)>("fclose");
+    test::services.openStreams -= test::services.ownStreams.erase(stream);
+    return own(stream);
+}
+}

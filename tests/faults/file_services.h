@@ -5,7 +5,8 @@
 #include <functional>
 
 // A double in front of the host's file services: it passes every call on, unless a test wants it to
-// fail. This program's own definitions stand before those of the host's library, also for it.
+// fail. This program's own definitions stand before those of the host's library and of the C
+// library, also for them and for the module.
 
 namespace test {
 
@@ -34,8 +35,9 @@ struct FileEffect {
     std::size_t limit = 0;
 };
 
-/// How the stream reads on: byte by byte, in small pieces, or as much as a file's stream does.
-enum class Buffering { None, Small, Full };
+/// How the stream reads on: byte by byte, in small pieces, or as much as a file's stream does; or
+/// it is the host's own, and the calls of the C library on it are what fails.
+enum class Buffering { None, Small, Full, Own };
 
 /// Asks judge about each file call while it lives.
 class ScopedFileServices {

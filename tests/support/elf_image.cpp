@@ -4,15 +4,17 @@
 #include <array>
 #include <bit>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace test {
 namespace {
 
 std::vector<char> contentsOf(const std::filesystem::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    // At once: sanitized binaries are large.
+    std::vector<char> bytes(std::filesystem::file_size(path));
+    std::ifstream(path, std::ios::binary)
+        .read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    return bytes;
 }
 
 }  // namespace
