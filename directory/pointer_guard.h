@@ -25,7 +25,7 @@ class PointerGuard {
     /// takes an entry of 12 bytes and a directory 18, so files whose pointers lead to different
     /// directories, or whose pages share one by an entry each, never come near.
     static constexpr std::uint64_t fileBytesPerDirectory = 12;
-    static constexpr std::uint64_t directoriesAtLeast = 1024;
+    static constexpr std::uint64_t directoriesAtLeast = 512;
 
     explicit PointerGuard(std::uint64_t fileSize = 0) noexcept;
 

@@ -85,10 +85,10 @@ TEST(PointerGuard, RefusesPointersOnceTheyLedToFourTimesTheFileAnd16MiB) {
 }
 
 TEST(PointerGuard,
-     RefusesPointersOnceTheyLedToMoreThan1024DirectoriesAndOneForEach12BytesOfTheFile) {
+     RefusesPointersOnceTheyLedToMoreThan512DirectoriesAndOneForEach12BytesOfTheFile) {
     PointerGuard guard(12'011);
     const PointerGuard::FollowedPointer followed(guard);
-    for (int i = 0; i < 1024 + 1000; ++i) {
+    for (int i = 0; i < 512 + 1000; ++i) {
         guard.countDirectory(12);
     }
     EXPECT_TRUE(guard.isAllowed(IFDtype_t_::GPS, 8));

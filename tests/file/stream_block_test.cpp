@@ -173,6 +173,8 @@ TEST_F(StreamBlock, IsNotHadOfWhatHasNoLength) {
     EXPECT_FALSE(piped.seek(0));
     EXPECT_FALSE(piped.seek(4));
     ::close(pipe[1]);
+    EXPECT_EQ(piped.read(bytes.data(), 1, 8), 0U);
+    EXPECT_EQ(piped.tell(), 0U);
 }
 
 TEST_F(StreamBlock, KeepsItsPlaceWhereASeekFails) {
@@ -186,6 +188,22 @@ TEST_F(StreamBlock, KeepsItsPlaceWhereASeekFails) {
     EXPECT_EQ(stream.read(bytes.data(), 1, bytes.size()), bytes.size());
     EXPECT_EQ(bytes, expected(110, 8));
     EXPECT_FALSE(stream.seek(8000));
+    ::close(pipe[0]);
+    ::close(pipe[1]);
+}
+
+TEST_F(StreamBlock, GivesWhatItHasWhereTheWayOnFails) {
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    for (const std::size_t length : {100U, 8000U}) {
+        take(open());
+        EXPECT_EQ(readAt(100, 10), expected(100, 10));
+        EXPECT_TRUE(stream.seek(9000));
+        ASSERT_EQ(::dup2(pipe[0], descriptor), descriptor);
+        EXPECT_EQ(readAt(4090, length), expected(4090, 6));
+        EXPECT_EQ(stream.tell(), 4096U);
+        EXPECT_FALSE(stream.seek(4090));
+    }
     ::close(pipe[0]);
     ::close(pipe[1]);
 }
