@@ -61,7 +61,7 @@ class BlockPool::Use {
 
 thread_local constinit bool BlockPool::Use::hasEnded = false;
 
-BlockPool& BlockPool::take() {
+BlockPool& BlockPool::takeForThisThread() {
     current_ = takePool();
     if (!Use::hasEnded) {
         thread_local const Use use;

@@ -20,7 +20,9 @@ class BlockPool {
     static constexpr std::size_t largestBlock = 256;
 
     /// The pool that this thread uses now; no other thread uses it meanwhile.
-    static BlockPool& ofThisThread() { return current_ == nullptr ? take() : *current_; }
+    static BlockPool& ofThisThread() {
+        return current_ == nullptr ? takeForThisThread() : *current_;
+    }
 
     /// A block of that size, unset and aligned for any scalar. Raises std::bad_alloc.
     [[nodiscard]] void* allocate(std::size_t size);
@@ -47,7 +49,8 @@ class BlockPool {
     /// Gives a thread's pool to later threads when the thread ends.
     class Use;
 
-    static BlockPool& take();
+    /// Gives the thread an idle pool, or a new one, for as long as it lives.
+    static BlockPool& takeForThisThread();
     void addSlab(Blocks& blocks);
 
     // Reached without a call.

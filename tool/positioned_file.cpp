@@ -14,7 +14,7 @@ constexpr std::uint64_t windowSize = 4096;
 
 PositionedFile::PositionedFile(const std::string& path) {
     std::error_code error;
-    // Fails for what is no regular file.
+    // The library fails for what is no regular file.
     const std::uintmax_t size = std::filesystem::file_size(path, error);
     if (error) {
         return;
