@@ -119,8 +119,7 @@ std::span<const PointerBomb> pointerBombs() {
          [](Container c) { return pointersToOne(c, 330, 1'000'000, 20); }},
         {"million-exif-to-one", [](Container c) { return pointersToOne(c, 34665, 1'000'000, 1); }},
         {"million-gps-to-one", [](Container c) { return pointersToOne(c, 34853, 1'000'000, 1); }},
-        {"as-many-sub-ifds-as-are-kept",
-         [](Container c) { return pointersToOne(c, 330, 750, 1); }},
+        {"as-many-sub-ifds-as-are-kept", [](Container c) { return pointersToOne(c, 330, 750, 1); }},
         {"as-many-entries-as-are-kept",
          [](Container c) {
              return pointersToOne(c, 330, 1'500, c == Container::BigTiff ? 550 : 920);
