@@ -1,19 +1,20 @@
 #include "fuzz/memory_file.h"
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "host/interface/platform.h"
 
 namespace {
-
-// What the largest file of a common file system can have; seeks beyond it fail.
-constexpr std::int64_t farthest = std::int64_t{1} << 44;
 
 struct File {
     std::span<const unsigned char> bytes;
@@ -23,6 +24,8 @@ struct File {
     std::uint64_t bytesRead = 0;
     bool isSpent = false;
     std::size_t openStreams = 0;
+    std::int64_t farthest = 0;
+    int descriptor = -1;  // of the file of the system
 };
 
 File current;
@@ -59,7 +62,7 @@ int seekStream(void* cookie, off64_t* offset, int whence) {
     } else if (whence == SEEK_END) {
         from = static_cast<std::int64_t>(current.bytes.size());
     }
-    if (*offset < -from || *offset > farthest - from) {
+    if (*offset < -from || *offset > current.farthest - from) {
         errno = EINVAL;
         return -1;
     }
@@ -78,15 +81,29 @@ int closeStream(void* cookie) {
 
 namespace fuzz {
 
-ScopedMemoryFile::ScopedMemoryFile(std::span<const unsigned char> bytes, ReadBudget budget) {
+ScopedMemoryFile::ScopedMemoryFile(std::span<const unsigned char> bytes, ReadBudget budget,
+                                   std::int64_t farthest) {
     current = File{};
     current.bytes = bytes;
     current.isThere = true;
     current.budget = budget;
+    current.farthest = farthest;
 }
 
 ScopedMemoryFile::~ScopedMemoryFile() {
+    if (current.descriptor >= 0) {
+        ::close(current.descriptor);
+    }
     current = File{};
+}
+
+void ScopedMemoryFile::becomeFile() {
+    current.descriptor = ::memfd_create("file", MFD_CLOEXEC);
+    const std::size_t size = current.bytes.size();
+    if (current.descriptor < 0 ||
+        ::write(current.descriptor, current.bytes.data(), size) != static_cast<ssize_t>(size)) {
+        throw std::system_error(errno, std::generic_category(), "a file in memory");
+    }
 }
 
 std::size_t ScopedMemoryFile::openStreams() noexcept {
@@ -124,6 +141,11 @@ std::FILE* fopen(const std::u16string& /*path*/, const std::string& mode) {
     if (!current.isThere) {
         errno = ENOENT;
         return nullptr;
+    }
+    if (current.descriptor >= 0) {
+        // Opened anew, so that each stream has a position of its own.
+        return std::fopen(("/proc/self/fd/" + std::to_string(current.descriptor)).c_str(),
+                          mode.c_str());
     }
     auto stream = std::make_unique<Stream>();
     const cookie_io_functions_t functions{readStream, nullptr, seekStream, closeStream};

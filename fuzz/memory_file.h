@@ -21,10 +21,19 @@ struct ReadBudget {
 /// bytes ends that: once it is spent every read fails, as of a disk that went away.
 class ScopedMemoryFile {
   public:
-    explicit ScopedMemoryFile(std::span<const unsigned char> bytes, ReadBudget budget = {});
+    /// The farthest position that can be sought where nothing else is said: what the largest file
+    /// of a common file system can have.
+    static constexpr std::int64_t commonFarthest = std::int64_t{1} << 44;
+
+    explicit ScopedMemoryFile(std::span<const unsigned char> bytes, ReadBudget budget = {},
+                              std::int64_t farthest = commonFarthest);
     ~ScopedMemoryFile();
     ScopedMemoryFile(const ScopedMemoryFile&) = delete;
     ScopedMemoryFile& operator=(const ScopedMemoryFile&) = delete;
+
+    /// Serves the bytes as a file of the system from now on, whose streams are as any file's: not
+    /// unbuffered, not counted, with no budget and no farthest position.
+    void becomeFile();
 
     /// Streams opened and not yet closed.
     [[nodiscard]] static std::size_t openStreams() noexcept;

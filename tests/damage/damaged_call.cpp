@@ -6,9 +6,11 @@
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
+#include <limits>
 #include <string_view>
 
 #include "fuzz/memory_file.h"
+#include "fuzz/value_walk.h"
 #include "host/value.h"
 #include "tests/damage/documented_reports.h"
 #include "tests/support/module_call.h"
@@ -87,16 +89,28 @@ const zxArray* setIn(const zxArray* value, std::size_t set) {
     return set < host::sizeOf(*value).columns ? host::cellAt(*value, set) : nullptr;
 }
 
+host::CallResult call(std::size_t headerPosition) {
+    return module().call(u"file", static_cast<double>(headerPosition), 0, directoryLimit);
+}
+
+void expectSame(const host::CallResult& result, const host::CallResult& other) {
+    EXPECT_EQ(fuzz::digestOf(result.output.get()), fuzz::digestOf(other.output.get()));
+    EXPECT_EQ(result.warnings, other.warnings);
+    EXPECT_EQ(result.failure ? result.failure->message : "",
+              other.failure ? other.failure->message : "");
+}
+
 }  // namespace
 
 host::CallResult callOnDamaged(std::span<const unsigned char> bytes, std::size_t headerPosition) {
-    const fuzz::ScopedMemoryFile file(bytes);
+    fuzz::ScopedMemoryFile file(bytes, {}, std::numeric_limits<std::int64_t>::max());
     const std::size_t values = host::livingValues();
-    host::CallResult result =
-        module().call(u"file", static_cast<double>(headerPosition), 0, directoryLimit);
+    host::CallResult result = call(headerPosition);
     expectDocumented(result);
     EXPECT_EQ(fuzz::ScopedMemoryFile::openStreams(), 0U);
     EXPECT_FALSE(fuzz::ScopedMemoryFile::isSpent());
+    file.becomeFile();
+    expectSame(call(headerPosition), result);
     if (!result.output) {
         EXPECT_EQ(host::livingValues(), values);
     }

@@ -12,7 +12,7 @@ namespace test {
 
 /// Reads a file of these bytes, served from memory. Expects what holds for every file: an output or
 /// an error, reports that docs/reports.md lists, no value and no stream left over, and an end
-/// within the budget of reads.
+/// within the budget of reads; and the same from a file of the system with these bytes.
 host::CallResult callOnDamaged(std::span<const unsigned char> bytes, std::size_t headerPosition);
 
 /// What an entry became in a result; null when it is not there.
