@@ -167,7 +167,8 @@ class Walk {
     void readColormap() {
         std::array<std::uint16_t*, 3> channels{};
         std::uint16_t bits = 0;
-        if (TIFFGetField(tiff_, TIFFTAG_COLORMAP, &channels[0], &channels[1], &channels[2]) != 0 &&
+        if (TIFFGetField(tiff_, TIFFTAG_COLORMAP, channels.data(), &channels[1], &channels[2]) !=
+                0 &&
             TIFFGetField(tiff_, TIFFTAG_BITSPERSAMPLE, &bits) != 0) {
             ++totals_.values;
             for (const std::uint16_t* channel : channels) {

@@ -33,7 +33,7 @@ class ScopedMemoryFile {
 
     /// Serves the bytes as a file of the system from now on, whose streams are as any file's: not
     /// unbuffered, not counted, with no budget and no farthest position.
-    void becomeFile();
+    static void becomeFile();
 
     /// Streams opened and not yet closed.
     [[nodiscard]] static std::size_t openStreams() noexcept;

@@ -103,13 +103,13 @@ void expectSame(const host::CallResult& result, const host::CallResult& other) {
 }  // namespace
 
 host::CallResult callOnDamaged(std::span<const unsigned char> bytes, std::size_t headerPosition) {
-    fuzz::ScopedMemoryFile file(bytes, {}, std::numeric_limits<std::int64_t>::max());
+    const fuzz::ScopedMemoryFile file(bytes, {}, std::numeric_limits<std::int64_t>::max());
     const std::size_t values = host::livingValues();
     host::CallResult result = call(headerPosition);
     expectDocumented(result);
     EXPECT_EQ(fuzz::ScopedMemoryFile::openStreams(), 0U);
     EXPECT_FALSE(fuzz::ScopedMemoryFile::isSpent());
-    file.becomeFile();
+    fuzz::ScopedMemoryFile::becomeFile();
     expectSame(call(headerPosition), result);
     if (!result.output) {
         EXPECT_EQ(host::livingValues(), values);
