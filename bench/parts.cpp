@@ -16,6 +16,7 @@
 #include "bench/output.h"
 #include "directory/ifd_tree.h"
 #include "entry/host_value.h"
+#include "file/file_information.h"
 #include "file/tag_file.h"
 #include "tag/tiff_tag.h"
 #include "vocabulary/tag_dictionary.h"
@@ -140,35 +141,10 @@ void nameTags(benchmark::State& state, std::span<const std::uint16_t> tags) {
 constexpr std::array<std::uint16_t, 8> knownTags{254, 256, 273, 282, 306, 33434, 37386, 41990};
 constexpr std::array<std::uint16_t, 8> unknownTags{253, 2000, 20000, 33000, 45000, 60000, 65000, 3};
 
-/// Stores a number in each of a page's fields, one array element a round.
+/// Stores a number in each field that every page has, one array element a round.
 void setFields(benchmark::State& state) {
     constexpr std::size_t elements = 1000;
-    constexpr std::array names{
-        "Filename",
-        "FileModDate",
-        "FileSize",
-        "Format",
-        "FormatVersion",
-        "Width",
-        "Height",
-        "BitDepth",
-        "ColorType",
-        "FormatSignature",
-        "ByteOrder",
-        "NewSubFileType",
-        "BitsPerSample",
-        "Compression",
-        "StripOffsets",
-        "SamplesPerPixel",
-        "RowsPerStrip",
-        "StripByteCounts",
-        "XResolution",
-        "YResolution",
-        "Orientation",
-        "ImageDescription",
-        "PlanarConfiguration",
-        "Software",
-    };
+    const auto names = corvinex::getDefaultFieldNames(corvinex::FileFormat::ClassicTIFF);
     const HostArray array = corvinex::makeStructColumn(elements, names);
     std::size_t element = 0;
     for ([[maybe_unused]] auto _ : state) {
