@@ -62,6 +62,7 @@ void IFD::process() {
     readEntries();
     tagFile->getPointerGuard().countDirectory(entriesLength);
     processIfdTags();
+    tagFile->giveBackEntryBuffer(std::move(entryBuffer));
 }
 
 void IFD::readEntryCount() {
@@ -97,6 +98,7 @@ void IFD::readEntries() {
     if (isRead) {
         // Sets of other kinds follow no chain.
         const std::uint64_t offsetSize = ifdType == IFDtype_t_::Main ? tagFile->getOffsetSize() : 0;
+        entryBuffer = tagFile->takeEntryBuffer();
         entryBuffer.resize(entriesLength + offsetSize);
         const std::size_t length = stream.read(entryBuffer.data(), 1, entryBuffer.size());
         isRead = length >= entriesLength;

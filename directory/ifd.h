@@ -78,7 +78,8 @@ class IFD {
     void processRequiredFields();
     void fileTag(std::vector<TagValue>& list, TiffTag&& tag, std::uint64_t index) const;
     void setDefaultFields(zxArray& output, std::size_t index) const;
-    [[nodiscard]] HostArray getDefaultZxArray(std::size_t i) const;
+    [[nodiscard]] HostArray getDefaultZxArray(std::size_t i,
+                                              const TagValue& standardDefault) const;
 
     std::vector<TagValue> tags;
     std::vector<TagValue> unknownTags;

@@ -140,8 +140,8 @@ std::pair<std::uint16_t, std::string_view> IFD::getBaselineTag(std::size_t i) {
     return {requiredTags.at(i).tag, getStandardDefaults().at(i).getName()};
 }
 
-HostArray IFD::getDefaultZxArray(std::size_t i) const {
-    const RequiredTag& required = requiredTags.at(i);
+HostArray IFD::getDefaultZxArray(std::size_t i, const TagValue& standardDefault) const {
+    const RequiredTag& required = requiredTags[i];
     switch (required.maker) {
         case Maker::SampleCount:
             return TiffTag(int{required.tag}, ifdType, samplesPerPixel).getPlainZxArray();
@@ -149,14 +149,16 @@ HostArray IFD::getDefaultZxArray(std::size_t i) const {
             return TiffTag(required.tag, ifdType, std::span<const double>(bitsPerSample))
                 .getPlainZxArray();
         default:
-            return getStandardDefaults().at(i).getPlainZxArray();
+            return standardDefault.getPlainZxArray();
     }
 }
 
 void IFD::setDefaultFields(zxArray& output, std::size_t index) const {
+    const auto& standardDefaults = getStandardDefaults();
     for (std::uint32_t left = defaultTags; left != 0; left &= left - 1) {
         const auto i = static_cast<std::size_t>(std::countr_zero(left));
-        setField(output, index, getBaselineTag(i).second.data(), getDefaultZxArray(i));
+        const TagValue& standard = standardDefaults.at(i);
+        setField(output, index, standard.getName().data(), getDefaultZxArray(i, standard));
     }
 }
 

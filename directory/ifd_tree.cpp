@@ -103,7 +103,7 @@ std::uint64_t IFDTree::readNextIfdOffset(std::uint64_t position) {
     return next;
 }
 
-void IFDTree::push_back(IFD ifd) {
+void IFDTree::push_back(IFD&& ifd) {
     if (ifds.empty()) {
         // As many as an ordinary directory has: a number is there once, however often it is
         // repeated.

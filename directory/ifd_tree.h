@@ -52,7 +52,7 @@ class IFDTree {
     [[nodiscard]] bool seekToNextIfd(std::uint64_t nextOffsetPosition,
                                      std::optional<std::uint64_t> nextOffset);
     [[nodiscard]] std::uint64_t readNextIfdOffset(std::uint64_t position);
-    void push_back(IFD ifd);
+    void push_back(IFD&& ifd);
     /// Notes the name of a tag that is expected at a place of tagNames, and returns the place
     /// behind it.
     std::size_t addTagName(std::size_t expectedPlace, const NumberAndName& tag);

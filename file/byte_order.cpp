@@ -1,5 +1,7 @@
 #include "file/byte_order.h"
 
+#include <stdexcept>
+
 namespace corvinex {
 
 namespace {
@@ -15,6 +17,10 @@ void reverseElements(unsigned char* bytes, unsigned long count) {
 }
 
 }  // namespace
+
+void refuseOutside() {
+    throw std::out_of_range("value outside its buffer");
+}
 
 void raw2native(void* data, unsigned long elementSize, unsigned long count, bool swap) {
     if (count == 0 || !swap || elementSize < 2) {

@@ -5,7 +5,6 @@
 #include <bit>
 #include <cstddef>
 #include <span>
-#include <stdexcept>
 
 namespace corvinex {
 
@@ -13,12 +12,15 @@ namespace corvinex {
 /// 0 or 1 byte stay as they are. Every multi-byte value taken from a file passes through here.
 void raw2native(void* data, unsigned long elementSize, unsigned long count, bool swap);
 
+/// Raises std::out_of_range.
+[[noreturn]] void refuseOutside();
+
 /// The native value of type T that starts at byte position of bytes; raises std::out_of_range when
 /// it does not lie inside.
 template <class T>
 [[nodiscard]] T loadNative(std::span<const unsigned char> bytes, std::size_t position) {
     if (position > bytes.size() || bytes.size() - position < sizeof(T)) {
-        throw std::out_of_range("value outside its buffer");
+        refuseOutside();
     }
     std::array<unsigned char, sizeof(T)> element{};
     std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(position), sizeof(T), element.begin());

@@ -22,17 +22,13 @@ constexpr std::uint32_t bigEndianMark = 0x4D4D;     // "MM"
 // Places inside a directory entry that both layouts share.
 constexpr std::size_t countFieldPosition = 4;
 
-/// The unsigned number of 2, 4 or 8 bytes at a position of bytes in the file's order.
-std::uint64_t loadUnsigned(std::span<const unsigned char> bytes, std::size_t position,
-                           std::uint64_t width, bool swap) {
-    switch (width) {
-        case 2:
-            return loadFromFile<std::uint16_t>(bytes, position, swap);
-        case 4:
-            return loadFromFile<std::uint32_t>(bytes, position, swap);
-        default:
-            return loadFromFile<std::uint64_t>(bytes, position, swap);
-    }
+constexpr std::uint64_t classicOffsetSize = 4;
+
+/// The offset or count at a position of bytes in the file's order.
+std::uint64_t loadOffset(std::span<const unsigned char> bytes, std::size_t position,
+                         std::uint64_t offsetSize, bool swap) {
+    return offsetSize == classicOffsetSize ? loadFromFile<std::uint32_t>(bytes, position, swap)
+                                           : loadFromFile<std::uint64_t>(bytes, position, swap);
 }
 
 }  // namespace
@@ -194,24 +190,25 @@ std::size_t TagFile::freadNextIfdOffset(unsigned long long* offset) {
 }
 
 std::uint64_t TagFile::readNextIfdOffset(std::span<const unsigned char> offset) const {
-    return loadUnsigned(offset, 0, offsetSize, swapBytes);
+    return loadOffset(offset, 0, offsetSize, swapBytes);
 }
 
 std::size_t TagFile::readUnsigned(std::uint64_t width, unsigned long long* value) {
     std::array<unsigned char, 8> bytes{};
     const std::size_t items = stream.read(bytes.data(), width, 1);
     if (items == 1) {
-        *value = loadUnsigned(bytes, 0, width, swapBytes);
+        *value = width == sizeof(std::uint16_t) ? loadFromFile<std::uint16_t>(bytes, 0, swapBytes)
+                                                : loadOffset(bytes, 0, width, swapBytes);
     }
     return items;
 }
 
 std::uint64_t TagFile::readTagDataOffset(std::span<const unsigned char> entry) const {
-    return loadUnsigned(entry, valueFieldPosition, offsetSize, swapBytes);
+    return loadOffset(entry, valueFieldPosition, offsetSize, swapBytes);
 }
 
 std::uint64_t TagFile::readTagNumComponents(std::span<const unsigned char> entry) const {
-    return loadUnsigned(entry, countFieldPosition, offsetSize, swapBytes);
+    return loadOffset(entry, countFieldPosition, offsetSize, swapBytes);
 }
 
 void TagFile::warnOncePerFile(const std::string& key, const resource_core::BaseMsgID& message) {

@@ -5,6 +5,7 @@
 #include <set>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "directory/ifd_tree.h"
@@ -77,6 +78,14 @@ class TagFile {
     [[nodiscard]] const std::vector<std::string>& getDefaultFields() const noexcept {
         return defaultFields;
     }
+    /// Memory for the entries of a directory, of any length and content, to be given back for the
+    /// next one.
+    [[nodiscard]] std::vector<unsigned char> takeEntryBuffer() noexcept {
+        return std::move(spareEntryBuffer);
+    }
+    void giveBackEntryBuffer(std::vector<unsigned char>&& buffer) noexcept {
+        spareEntryBuffer = std::move(buffer);
+    }
     [[nodiscard]] PointerGuard& getPointerGuard() noexcept { return pointerGuard; }
 
   private:
@@ -111,6 +120,7 @@ class TagFile {
     std::vector<std::string> defaultFields;
     std::set<std::string> issuedWarnings;
     PointerGuard pointerGuard;
+    std::vector<unsigned char> spareEntryBuffer;
 };
 
 }  // namespace corvinex

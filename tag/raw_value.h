@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <span>
@@ -26,6 +27,15 @@ class RawValue {
     }
     [[nodiscard]] std::span<const unsigned char> bytes() const noexcept {
         return isOutside() ? outside_.elements() : std::span(inside_).first(size_);
+    }
+    /// Takes the value field of an entry, 4 or 8 bytes, of which the value may be a part.
+    void setField(std::span<const unsigned char> field) noexcept {
+        // Lengths known to the compiler: this is what most entries are.
+        if (field.size() == 4) {
+            std::copy_n(field.begin(), 4, inside_.begin());
+        } else {
+            std::copy_n(field.begin(), 8, inside_.begin());
+        }
     }
     /// Whether the bytes have memory of their own, which can then be taken.
     [[nodiscard]] bool isOutside() const noexcept { return size_ > shortLength; }

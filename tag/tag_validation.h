@@ -20,7 +20,19 @@ struct TypeRule {
     bool isMultiple;                ///< which of the two warnings is issued
 };
 
-/// The rule for a tag, or null when its type is not checked.
-[[nodiscard]] const TypeRule* findTypeRule(std::uint16_t tag) noexcept;
+/// A tag whose type is checked.
+struct TypedTag {
+    std::uint16_t tag;
+    const TypeRule* rule;
+};
+
+/// A tag with a fixed number of components.
+struct CountedTag {
+    std::uint16_t tag;
+    std::uint64_t count;
+};
+
+[[nodiscard]] std::span<const TypedTag> getTypedTags() noexcept;
+[[nodiscard]] std::span<const CountedTag> getCountedTags() noexcept;
 
 }  // namespace corvinex

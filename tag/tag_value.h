@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -38,6 +39,18 @@ class SubDirectories {
 /// are those of the constant tables.
 class TagValue {
   public:
+    TagValue(const TagValue&) = default;
+    TagValue(TagValue&& other) noexcept
+        : value(take(other.value)),
+          decodedWord(other.decodedWord),
+          name(other.name),
+          valueOffset(other.valueOffset),
+          tagId(other.tagId),
+          dataType(other.dataType) {}
+    TagValue& operator=(const TagValue&) = delete;
+    TagValue& operator=(TagValue&&) = delete;
+    ~TagValue() = default;
+
     [[nodiscard]] std::uint16_t getId() const noexcept { return tagId; }
     /// The field name, empty for an unknown tag. Lives as long as the module, NUL-terminated.
     [[nodiscard]] std::string_view getName() const noexcept {
@@ -97,6 +110,13 @@ class TagValue {
     // NOLINTEND(misc-non-private-member-variables-in-classes)
 
   private:
+    /// Most values are one number, which needs no look at what else there is.
+    [[nodiscard]] static Value take(Value& from) noexcept {
+        if (const double* number = std::get_if<double>(&from)) {
+            return *number;
+        }
+        return std::move(from);
+    }
     [[nodiscard]] HostArray getNumberRow() const;
     [[nodiscard]] HostArray getZxArrayColormap();
     [[nodiscard]] HostArray getZxArraySampleFormat() const;

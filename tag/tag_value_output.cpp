@@ -38,6 +38,11 @@ HostArray TagValue::getPlainZxArray() const {
     if (decodedWord != nullptr) {
         return makeWord(decodedWord);
     }
+    if (const double* number = std::get_if<double>(&value)) {
+        HostArray scalar = makeUnsetNumbers(1, 1);
+        getNumbers(*scalar).front() = *number;
+        return scalar;
+    }
     const std::string_view text = getRawText();
     if (!text.empty()) {
         return trim_nulls(text);

@@ -96,29 +96,35 @@ TiffTag::TiffTag(int id, IFDtype_t_ kind, unsigned long number)
 TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind, std::span<const double> bitsPerSample)
     : ifdType(kind), isConstructed(true) {
     tagId = id;
-    Numbers numbers(bitsPerSample.size());
-    std::transform(bitsPerSample.begin(), bitsPerSample.end(), numbers.elements().begin(),
+    std::transform(bitsPerSample.begin(), bitsPerSample.end(),
+                   appendNumbers(bitsPerSample.size()).begin(),
                    [id](double bits) {
                        return id == tag_number::MinSampleValue ? 0.0 : std::exp2(bits) - 1.0;
                    });
-    value = std::move(numbers);
     setTagName();
     processSpecificTag();
 }
 
 TiffTag::TiffTag(const TiffTag& other)
-    : TagValue(other), tagFile(other.tagFile), componentCount(other.componentCount) {}
+    : TagValue(other),
+      tagFile(other.tagFile),
+      componentCount(other.componentCount),
+      rules(other.rules) {}
 
 TiffTag::TiffTag(TiffTag&& other) noexcept
-    : TagValue(std::move(other)), tagFile(other.tagFile), componentCount(other.componentCount) {}
+    : TagValue(std::move(other)),
+      tagFile(other.tagFile),
+      componentCount(other.componentCount),
+      rules(other.rules) {}
 
 TiffTag::~TiffTag() = default;
 
-void TiffTag::setTagName() noexcept {
+void TiffTag::setTagName() {
+    rules = &findRules(tagId);
     switch (ifdType) {
         case IFDtype_t_::Main:
         case IFDtype_t_::EXIF:
-            name = primaryNames.find(tagId);
+            name = rules->primaryName;
             return;
         case IFDtype_t_::GPS:
             name = gpsNames.find(tagId);
@@ -146,7 +152,9 @@ void TiffTag::checkComponentCount() {
         tagFile->warnOncePerFile("zeroComponentCount" + std::string(getName()),
                                  warnings::zeroComponentCount(getName()));
     }
-    validate_tag_against_number_of_components(tagId, componentCount);
+    if (rules->hasRequiredCount) {
+        validate_tag_against_number_of_components(tagId, componentCount);
+    }
 }
 
 void TiffTag::setTagDataOffset(std::span<const unsigned char> entry) {
@@ -160,8 +168,8 @@ void TiffTag::setTagDataOffset(std::span<const unsigned char> entry) {
 
     if (byteCount <= tagFile->getOffsetSize()) {
         valueOffset = 0;
-        const auto inside = entry.subspan(tagFile->getValueFieldPosition(), byteCount);
-        std::copy(inside.begin(), inside.end(), rawData.emplace(byteCount).bytes().begin());
+        rawData.emplace(byteCount).setField(
+            entry.subspan(tagFile->getValueFieldPosition(), tagFile->getOffsetSize()));
     } else {
         valueOffset = tagFile->readTagDataOffset(entry);
         readTagData(byteCount, elementSize, elementCount);
@@ -193,11 +201,10 @@ void TiffTag::readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
 }
 
 void TiffTag::validateTag() {
-    const TypeRule* rule = findTypeRule(tagId);
-    if (rule == nullptr || std::find(rule->allowedTypes.begin(), rule->allowedTypes.end(),
-                                     dataType) != rule->allowedTypes.end()) {
+    if ((rules->allowedTypes >> dataType & 1U) != 0) {
         return;
     }
+    const TypeRule* const rule = rules->typeRule;
     const std::string actualType = get_datatype_name(static_cast<TIFFDataType>(dataType));
     const std::string key = std::string(rule->groupWord) + std::string(getName()) + actualType;
     tagFile->warnOncePerFile(
@@ -213,17 +220,12 @@ std::span<const unsigned char> TiffTag::getRawData() const noexcept {
 
 void TiffTag::processGenericTag() {
     validateTag();
-    if (isSubIfdPointer()) {
+    if (rules->isSubIfdPointer) {
         processSubIfds();
     } else if (rawData) {
         processNormalTagData();
         processSpecificTag();
     }
-}
-
-bool TiffTag::isSubIfdPointer() const noexcept {
-    return tagId == tag_number::SubIFDs || tagId == tag_number::ExifIFD ||
-           tagId == tag_number::GPSInfo || tagId == tag_number::InteroperabilityIFD;
 }
 
 void TiffTag::dropEntry() {

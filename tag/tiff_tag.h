@@ -7,6 +7,7 @@
 
 #include "directory/ifd_type.h"
 #include "tag/raw_value.h"
+#include "tag/tag_rules.h"
 #include "tag/tag_value.h"
 #include "vocabulary/word_tables.h"
 
@@ -48,7 +49,8 @@ class TiffTag : public TagValue {
 
   private:
     // Entry parsing and validation.
-    void setTagName() noexcept;
+    [[nodiscard]] static const TagRules& findRules(std::uint16_t tag);
+    void setTagName();
     void checkDataType();
     void checkComponentCount();
     void setTagDataOffset(std::span<const unsigned char> entry);
@@ -56,7 +58,6 @@ class TiffTag : public TagValue {
     void readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
                      std::uint64_t elementCount);
     void validateTag();
-    [[nodiscard]] bool isSubIfdPointer() const noexcept;
     [[noreturn]] static void dropEntry();
 
     // Value conversion.
@@ -66,7 +67,7 @@ class TiffTag : public TagValue {
     void processTiffTagAscii();
     void processTiffTagNumbers();
     void warnOfDivisionByZero() const;
-    [[nodiscard]] std::span<double> appendNumbers();
+    [[nodiscard]] std::span<double> appendNumbers(std::uint64_t count);
 
     // Pointers to further directories.
     void processSubIfds();
@@ -109,6 +110,7 @@ class TiffTag : public TagValue {
 
     TagFile* tagFile = nullptr;
     std::uint64_t componentCount = 0;
+    const TagRules* rules = nullptr;  // of the tag's number, from setTagName on
     IFDtype_t_ ifdType = IFDtype_t_::Main;
     bool isConstructed = false;
     bool lastRationalIsOneOverZero = false;

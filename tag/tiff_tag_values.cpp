@@ -101,7 +101,7 @@ void TiffTag::processTiffTagAscii() {
 void TiffTag::processTiffTagRational() {
     bool hasZeroDenominator = false;
     std::uint64_t position = 0;
-    for (double& number : appendNumbers()) {
+    for (double& number : appendNumbers(componentCount)) {
         const double numerator = loadNative<std::uint32_t>(getRawData(), position);
         const double denominator = loadNative<std::uint32_t>(getRawData(), position + 4);
         hasZeroDenominator = hasZeroDenominator || denominator == 0;
@@ -119,7 +119,7 @@ void TiffTag::processTiffTagRational() {
 // Unlike its unsigned twin it exempts no tag and has no say in what DepthFar takes for infinity.
 void TiffTag::processTiffTagSRational() {
     std::uint64_t position = 0;
-    for (double& number : appendNumbers()) {
+    for (double& number : appendNumbers(componentCount)) {
         const double numerator = loadNative<std::int32_t>(getRawData(), position);
         const double denominator = loadNative<std::int32_t>(getRawData(), position + 4);
         if (denominator == 0) {
@@ -130,16 +130,16 @@ void TiffTag::processTiffTagSRational() {
     }
 }
 
-/// Room for componentCount numbers behind those that are there.
-std::span<double> TiffTag::appendNumbers() {
+/// Room for numbers behind those that are there.
+std::span<double> TiffTag::appendNumbers(std::uint64_t count) {
     const std::size_t before = countNumericValues();
-    if (before == 0 && componentCount == 1) {
+    if (before == 0 && count == 1) {
         return {&value.emplace<double>(0), 1};
     }
-    if (componentCount == 0) {
+    if (count == 0) {
         return {};
     }
-    Numbers numbers(before + componentCount);
+    Numbers numbers(before + count);
     copyNumbersTo(numbers.elements().first(before));
     value = std::move(numbers);
     return unpackNumbers().subspan(before);

@@ -33,7 +33,6 @@ TagNameIndex::TagNameIndex(const TagDictionary& dictionary)
     }
 }
 
-const TagNameIndex primaryNames(primaryMap);
 const TagNameIndex gpsNames(GPSmap);
 const TagNameIndex interopNames(interopMap);
 

@@ -22,7 +22,8 @@ extern const TagDictionary GPSmap;
 /// Interoperability directories: 5 tags.
 extern const TagDictionary interopMap;
 
-/// The names of a dictionary by number, for naming entries.
+/// The names of a dictionary by number, for naming entries of GPS and interoperability directories:
+/// those of primaryMap are found with all other rules of a tag.
 class TagNameIndex {
   public:
     /// The dictionary must outlive the index.
@@ -40,7 +41,6 @@ class TagNameIndex {
     std::vector<const std::string*> names_;
 };
 
-extern const TagNameIndex primaryNames;
 extern const TagNameIndex gpsNames;
 extern const TagNameIndex interopNames;
 

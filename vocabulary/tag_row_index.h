@@ -14,10 +14,10 @@ class TagRowIndex {
     /// What find answers for a tag that is not in the table.
     static constexpr std::size_t none = 0xFFFF;
 
-    /// Takes the number of each row, of at most 65,535, in their order. A number that is there
-    /// twice has its first row.
+    TagRowIndex() : pages_(1, emptyPage()) {}
+    /// Takes the number of each row, of at most 65,535, in their order.
     template <class Table, class NumberOf>
-    TagRowIndex(const Table& table, NumberOf numberOf) : pages_(1, emptyPage()) {
+    TagRowIndex(const Table& table, NumberOf numberOf) : TagRowIndex() {
         std::size_t row = 0;
         for (const auto& element : table) {
             add(numberOf(element), row);
@@ -25,8 +25,11 @@ class TagRowIndex {
         }
     }
 
+    /// A number that is there already keeps its row.
+    void add(std::uint16_t tag, std::size_t row);
+
     [[nodiscard]] std::size_t find(std::uint16_t tag) const noexcept {
-        return pages_[pageOf_[tag / pageLength]][tag % pageLength];
+        return pages_.data()[pageOf_[tag / pageLength]][tag % pageLength];
     }
 
   private:
@@ -34,7 +37,6 @@ class TagRowIndex {
     using Page = std::array<std::uint16_t, pageLength>;
 
     static Page emptyPage() noexcept;
-    void add(std::uint16_t tag, std::size_t row);
 
     std::array<std::uint16_t, 256> pageOf_{};
     std::vector<Page> pages_;  // the first serves all numbers that have no row near them

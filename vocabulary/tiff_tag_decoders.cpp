@@ -7,8 +7,8 @@
 
 #include "entry/fatal_errors.h"
 #include "entry/numeric_conversion.h"
+#include "tag/tag_rules.h"
 #include "tag/tiff_tag.h"
-#include "vocabulary/tag_row_index.h"
 #include "vocabulary/word_tables.h"
 
 // The decoders of enumerated and special tag values.
@@ -29,13 +29,9 @@ constexpr Scale grayResponseScales[] = {
 
 }  // namespace
 
-void TiffTag::processSpecificTag() {
-    struct Decoder {
-        std::uint16_t tag;
-        void (TiffTag::*process)();
-    };
+const TagRules& TiffTag::findRules(std::uint16_t tag) {
     // clang-format off
-    static constexpr Decoder decoders[] = {
+    static constexpr TagDecoder decoders[] = {
         {  259, &TiffTag::processCompression},
         {  262, &TiffTag::processPhotometricInterpretation},
         {  270, &TiffTag::processImageDescription},
@@ -67,8 +63,11 @@ void TiffTag::processSpecificTag() {
         {51179, &TiffTag::processDepthFar},
     };
     // clang-format on
-    static const TagRowIndex rowOfDecoder(decoders, [](const Decoder& row) { return row.tag; });
+    static const TagRulesTable table(decoders);
+    return table.find(tag);
+}
 
+void TiffTag::processSpecificTag() {
     if (componentCount == 0 && !isConstructed) {
         return;
     }
@@ -80,9 +79,8 @@ void TiffTag::processSpecificTag() {
     if (ifdType != IFDtype_t_::Main && ifdType != IFDtype_t_::EXIF) {
         raiseFatal(quorra::corvinex::unrecognizedIfdId(static_cast<std::uint32_t>(ifdType)));
     }
-    const std::size_t row = rowOfDecoder.find(tagId);
-    if (row != TagRowIndex::none) {
-        (this->*decoders[row].process)();
+    if (rules->decode != nullptr) {
+        (this->*rules->decode)();
     }
 }
 

@@ -110,7 +110,6 @@ TEST(SearchMap, AnswersUnknownFromAnEmptyDictionary) {
 
 TEST(TagNameIndex, KnowsWhatItsDictionaryKnows) {
     const std::pair<const TagDictionary*, const corvinex::TagNameIndex*> pairs[] = {
-        {&primaryMap, &corvinex::primaryNames},
         {&GPSmap, &corvinex::gpsNames},
         {&interopMap, &corvinex::interopNames}};
     for (const auto& [dictionary, index] : pairs) {
