@@ -17,9 +17,13 @@ using host::Value;
 using host::ValueClass;
 using host::ValuePtr;
 
+[[noreturn]] void refuse(const char* reason) {
+    throw std::invalid_argument(reason);
+}
+
 Size sizeFrom(std::size_t ndim, const std::size_t* dims) {
     if (ndim != 2 || dims == nullptr) {
-        throw std::invalid_argument("an array has exactly 2 dimensions");
+        refuse("an array has exactly 2 dimensions");
     }
     return {dims[0], dims[1]};
 }
@@ -28,7 +32,7 @@ Size sizeFrom(std::size_t ndim, const std::size_t* dims) {
 template <typename Class>
 Class& required(zxArray* value, ValueClass wanted, const char* otherwise) {
     if (value == nullptr || static_cast<Value*>(value)->valueClass() != wanted) {
-        throw std::invalid_argument(otherwise);
+        refuse(otherwise);
     }
     return static_cast<Class&>(*value);
 }
@@ -42,7 +46,7 @@ void store(ValuePtr& slot, zxArray* value) noexcept {
 
 ValuePtr charRowFromUtf8(std::string_view text) {
     if (host::isAscii(text)) {
-        ValuePtr row = host::CharArray::make({1, text.size()});
+        ValuePtr row = host::CharArray::makeUnsetRow(text.size());
         std::copy(text.begin(), text.end(), static_cast<char16_t*>(row->elementStorage()));
         return row;
     }
@@ -54,7 +58,7 @@ ValuePtr charRowFromUtf8(std::string_view text) {
 namespace matrix {
 
 void destroyArray(zxArray* value) noexcept {
-    delete static_cast<Value*>(value);
+    Value::destroy(static_cast<Value*>(value));
 }
 
 namespace detail::noninlined::zx_array_api {
@@ -62,7 +66,7 @@ namespace detail::noninlined::zx_array_api {
 double zxGetScalar(const zxArray* value) {
     faultPoint(Operation::zxGetScalar);
     if (value == nullptr || value->elementStorage() == nullptr) {
-        throw std::invalid_argument("the value has no number");
+        refuse("the value has no number");
     }
     const void* const first = value->elementStorage();
     switch (host::classOf(*value)) {
@@ -77,25 +81,25 @@ double zxGetScalar(const zxArray* value) {
 
 zxArray* zxCreateDoubleScalar(double value) {
     faultPoint(Operation::zxCreateDoubleScalar);
-    return host::DoubleScalar::make(value).release();
+    return host::DoubleArray::makeScalar(value).release();
 }
 
 zxArray* zxCreateNumericArray(std::size_t ndim, const std::size_t* dims, zxClassID classId,
                               zxComplexity complexity) {
     faultPoint(Operation::zxCreateNumericArray);
     if (complexity != zxComplexity::Real) {
-        throw std::invalid_argument("numeric arrays are real");
+        refuse("numeric arrays are real");
     }
     if (classId == zxClassID::Uint8) {
         return host::Uint8Array::make(sizeFrom(ndim, dims)).release();
     }
     if (classId != zxClassID::Double) {
-        throw std::invalid_argument("numeric arrays are double or uint8");
+        refuse("numeric arrays are double or uint8");
     }
     const bool withoutDimensions = ndim == 0 && dims == nullptr;
     const Size size = withoutDimensions ? Size{0, 0} : sizeFrom(ndim, dims);
     if (size == Size{1, 1}) {
-        return host::DoubleScalar::make(0).release();
+        return host::DoubleArray::makeScalar(0).release();
     }
     return host::DoubleArray::make(size).release();
 }
@@ -103,7 +107,7 @@ zxArray* zxCreateNumericArray(std::size_t ndim, const std::size_t* dims, zxClass
 zxArray* zxCreateString(const char* text) {
     faultPoint(Operation::zxCreateString);
     if (text == nullptr) {
-        throw std::invalid_argument("there is no text");
+        refuse("there is no text");
     }
     return charRowFromUtf8(text).release();
 }
@@ -129,7 +133,7 @@ zxArray* zxCreateStructArray(std::size_t ndim, const std::size_t* dims, int nfie
                              const char** names) {
     faultPoint(Operation::zxCreateStructArray);
     if (nfields < 0 || (nfields > 0 && names == nullptr)) {
-        throw std::invalid_argument("a struct array needs its field names");
+        refuse("a struct array needs its field names");
     }
     const std::span<const char* const> fields(names, static_cast<std::size_t>(nfields));
     return ValuePtr(new host::StructArray(sizeFrom(ndim, dims), fields)).release();
@@ -140,9 +144,9 @@ void zxSetField(zxArray* array, std::size_t index, const char* name, zxArray* va
     auto& target =
         required<host::StructArray>(array, ValueClass::Struct, "the value is not a struct array");
     if (name == nullptr) {
-        throw std::invalid_argument("a field has no name");
+        refuse("a field has no name");
     }
-    store(target.slot(index, target.placeToSet(name)), value);
+    store(target.slotToSet(index, name), value);
 }
 
 }  // namespace detail::noninlined::zx_array_api

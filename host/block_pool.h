@@ -30,7 +30,7 @@ class BlockPool {
     void deallocate(void* block, std::size_t size) noexcept;
 
   private:
-    static constexpr std::size_t step = 32;
+    static constexpr std::size_t step = 16;
     // From the first slab of a size to the longest: each is twice the one before.
     static constexpr std::size_t firstSlab = std::size_t{4} << 10;
     static constexpr std::size_t longestSlab = std::size_t{64} << 10;

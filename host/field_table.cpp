@@ -48,16 +48,15 @@ FieldTable::FieldTable(std::span<const char* const> names)
     }
 }
 
-std::optional<std::size_t> FieldTable::find(std::string_view name) const noexcept {
+std::size_t FieldTable::find(std::string_view name) const noexcept {
     const std::uint32_t place = buckets_[bucketOf(name)];
-    return place == 0 ? std::nullopt : std::optional<std::size_t>(place - 1);
+    return place == 0 ? none : place - 1;
 }
 
-std::optional<std::size_t> FieldTable::findFollower(const char* name,
-                                                    std::size_t lastPlace) noexcept {
-    const std::optional<std::size_t> place = find(name);
-    if (place && lastPlace < followers_.size()) {
-        followers_[lastPlace].store(static_cast<std::uint32_t>(*place), std::memory_order_relaxed);
+std::size_t FieldTable::findFollower(const char* name, std::size_t lastPlace) noexcept {
+    const std::size_t place = find(name);
+    if (place != none && lastPlace < followers_.size()) {
+        followers_[lastPlace].store(static_cast<std::uint32_t>(place), std::memory_order_relaxed);
     }
     return place;
 }

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,16 +26,18 @@ class FieldTable {
 
     [[nodiscard]] std::span<const std::string> names() const noexcept { return names_; }
     [[nodiscard]] std::size_t size() const noexcept { return names_.size(); }
+    /// What find answers for a name that is not there.
+    static constexpr std::size_t none = ~std::size_t{0};
     /// The place of a name in names().
-    [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const noexcept;
+    [[nodiscard]] std::size_t find(std::string_view name) const noexcept;
 
     /// The same for a field that is about to be set after the one at lastPlace. Elements are mostly
     /// filled in one order, so the field that followed the last time is tried first.
-    [[nodiscard]] std::optional<std::size_t> findNext(const char* name,
-                                                      std::size_t lastPlace) noexcept {
+    [[nodiscard]] std::size_t findNext(const char* name, std::size_t lastPlace) noexcept {
         if (lastPlace < followers_.size()) {
-            const std::size_t expected = followers_[lastPlace].load(std::memory_order_relaxed);
-            if (std::strcmp(names_[expected].c_str(), name) == 0) {
+            const std::size_t expected =
+                followers_.data()[lastPlace].load(std::memory_order_relaxed);
+            if (std::strcmp(names_.data()[expected].c_str(), name) == 0) {
                 return expected;
             }
         }
@@ -44,8 +45,7 @@ class FieldTable {
     }
 
   private:
-    [[nodiscard]] std::optional<std::size_t> findFollower(const char* name,
-                                                          std::size_t lastPlace) noexcept;
+    [[nodiscard]] std::size_t findFollower(const char* name, std::size_t lastPlace) noexcept;
     [[nodiscard]] bool hasNames(std::span<const char* const> names) const noexcept;
     /// The bucket that holds name, or the empty one where it belongs.
     [[nodiscard]] std::size_t bucketOf(std::string_view name) const noexcept;

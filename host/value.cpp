@@ -39,7 +39,7 @@ ValuePtr makeStringScalar(std::optional<std::u16string> text) {
 }
 
 ValuePtr makeNumber(double value) {
-    return DoubleScalar::make(value);
+    return DoubleArray::makeScalar(value);
 }
 
 ValueClass classOf(const zxArray& value) {

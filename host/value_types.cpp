@@ -1,27 +1,17 @@
 #include "host/value_types.h"
 
 #include <algorithm>
-#include <limits>
 #include <stdexcept>
 #include <string>
 
 #include "host/fresh_memory.h"
-#include "host/zeroed_memory.h"
 
 namespace host {
 
-namespace {
-
-[[gnu::tls_model("initial-exec")]] thread_local std::size_t living = 0;
-
-[[noreturn]] void refuseField(std::string_view name) {
-    throw std::out_of_range("there is no field " + std::string(name));
-}
-
-}  // namespace
+thread_local constinit std::size_t Value::living_ = 0;
 
 std::size_t livingValues() noexcept {
-    return living;
+    return Value::living();
 }
 
 void refuseProduct(std::size_t left, std::size_t right) {
@@ -29,53 +19,78 @@ void refuseProduct(std::size_t left, std::size_t right) {
                             std::to_string(right) + " elements");
 }
 
-Value::Value() noexcept {
-    ++living;
+void refuseCount(std::size_t count) {
+    throw std::length_error("an array cannot have " + std::to_string(count) + " elements");
 }
 
-Value::~Value() {
-    --living;
-}
-
-template <typename Element, ValueClass Class>
-ValuePtr ElementArray<Element, Class>::make(Size size) {
-    static_assert(sizeof(ElementArray) % alignof(Element) == 0);
-    // Objects cannot be longer than ptrdiff_t counts.
-    constexpr auto mostBytes = static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max());
-    const std::size_t count = elementsOf(size);
-    if (count > (mostBytes - sizeof(ElementArray)) / sizeof(Element)) {
-        throw std::length_error("an array cannot have " + std::to_string(count) + " elements");
+Size Value::size() const noexcept {
+    switch (class_) {
+        case ValueClass::Double:
+            return static_cast<const DoubleArray*>(this)->size();
+        case ValueClass::Uint8:
+            return static_cast<const Uint8Array*>(this)->size();
+        case ValueClass::Char:
+            return static_cast<const CharArray*>(this)->size();
+        case ValueClass::Cell:
+            return static_cast<const CellArray*>(this)->size();
+        case ValueClass::Struct:
+            return static_cast<const StructArray*>(this)->size();
+        default:
+            return {1, 1};  // a string scalar
     }
-    void* const memory = ZeroedMemory::allocate(sizeof(ElementArray) + count * sizeof(Element));
-    auto* const elements =
-        reinterpret_cast<Element*>(static_cast<std::byte*>(memory) + sizeof(ElementArray));
-    return ValuePtr(::new (memory) ElementArray(size, elements, count));
 }
 
-template <typename Element, ValueClass Class>
-void ElementArray<Element, Class>::operator delete(ElementArray* array,
-                                                   std::destroying_delete_t) noexcept {
-    const std::size_t bytes = sizeof(ElementArray) + array->elementCount() * sizeof(Element);
-    array->~ElementArray();
-    ZeroedMemory::release(array, bytes);
+void Value::destroy(Value* value) noexcept {
+    if (value == nullptr) {
+        return;
+    }
+    switch (value->class_) {
+        case ValueClass::Double:
+            return DoubleArray::destroy(static_cast<DoubleArray*>(value));
+        case ValueClass::Uint8:
+            return Uint8Array::destroy(static_cast<Uint8Array*>(value));
+        case ValueClass::Char:
+            return CharArray::destroy(static_cast<CharArray*>(value));
+        case ValueClass::Cell:
+            delete static_cast<CellArray*>(value);
+            return;
+        case ValueClass::Struct:
+            delete static_cast<StructArray*>(value);
+            return;
+        default:
+            delete static_cast<StringScalar*>(value);
+    }
 }
 
-template class ElementArray<double, ValueClass::Double>;
-template class ElementArray<unsigned char, ValueClass::Uint8>;
-template class ElementArray<char16_t, ValueClass::Char>;
+template <typename Element>
+ValuePtr ElementArray<Element>::make(Size size) {
+    const std::size_t count = elementsOf(size);
+    const Shape shape = size.rows == 1 ? Shape::Row : Shape::Other;
+    void* const memory = ElementMemory::allocateZeroed(bytesOf(shape, count));
+    auto* const array = ::new (memory) ElementArray(shape, count);
+    if (shape == Shape::Other) {
+        ::new (array + 1) Size(size);
+    }
+    return ValuePtr(array);
+}
+
+template class ElementArray<double>;
+template class ElementArray<unsigned char>;
+template class ElementArray<char16_t>;
 
 ValuePtr makeCharRow(std::u16string_view text) {
-    ValuePtr row = CharArray::make({1, text.size()});
+    ValuePtr row = CharArray::makeUnsetRow(text.size());
     std::copy(text.begin(), text.end(), static_cast<char16_t*>(row->elementStorage()));
     return row;
 }
 
-CellArray::CellArray(Size size) : size_(size), cells_(elementsOf(size)) {
+CellArray::CellArray(Size size)
+    : Value(ValueClass::Cell), size_(size), cells_(elementsOf(size)) {
     setElements(nullptr, cells_.size());
 }
 
 StructArray::StructArray(Size size, std::span<const char* const> names)
-    : size_(size), fields_(FieldTable::of(names)) {
+    : Value(ValueClass::Struct), size_(size), fields_(FieldTable::of(names)) {
     const std::size_t count = checkedProduct(elementsOf(size), names.size());
     slots_.reserve(count);
     provideAtOnce(slots_.data(), slots_.capacity() * sizeof(ValuePtr));
@@ -84,20 +99,15 @@ StructArray::StructArray(Size size, std::span<const char* const> names)
 }
 
 std::size_t StructArray::placeOf(std::string_view name) const {
-    const std::optional<std::size_t> place = fields_->find(name);
-    if (!place) {
+    const std::size_t place = fields_->find(name);
+    if (place == FieldTable::none) {
         refuseField(name);
     }
-    return *place;
+    return place;
 }
 
-std::size_t StructArray::placeToSet(const char* name) {
-    const std::optional<std::size_t> place = fields_->findNext(name, lastPlace_);
-    if (!place) {
-        refuseField(name);
-    }
-    lastPlace_ = *place;
-    return lastPlace_;
+void StructArray::refuseField(std::string_view name) {
+    throw std::out_of_range("there is no field " + std::string(name));
 }
 
 void StructArray::refuseSlot(std::size_t element, std::size_t field) {

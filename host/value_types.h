@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <new>
 #include <optional>
@@ -11,7 +12,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "host/block_pool.h"
+#include "host/element_memory.h"
 #include "host/field_table.h"
 #include "host/value.h"
 
@@ -20,6 +21,7 @@
 namespace host {
 
 [[noreturn]] void refuseProduct(std::size_t left, std::size_t right);
+[[noreturn]] void refuseCount(std::size_t count);
 /// The product of two counts; raises std::length_error when size_t cannot hold it.
 inline std::size_t checkedProduct(std::size_t left, std::size_t right) {
     std::size_t product = 0;
@@ -33,69 +35,103 @@ inline std::size_t elementsOf(Size size) {
     return checkedProduct(size.rows, size.columns);
 }
 
-/// Base of every value that this host makes.
+/// Base of every value that this host makes. A result has them by the million, so they are small and
+/// quickly made and destroyed: they tell their class by a member where a virtual function would be
+/// asked each time, and a row has no size but the number of its elements.
 class Value : public zxArray {
   public:
-    virtual ~Value();
-    [[nodiscard]] virtual ValueClass valueClass() const noexcept = 0;
-    [[nodiscard]] virtual Size size() const noexcept = 0;
+    [[nodiscard]] ValueClass valueClass() const noexcept { return class_; }
+    [[nodiscard]] Size size() const noexcept;
+    /// Destroys a value of whatever class; null is allowed.
+    static void destroy(Value* value) noexcept;
+    /// How many values this thread has made and not yet destroyed.
+    [[nodiscard]] static std::size_t living() noexcept { return living_; }
 
   protected:
-    Value() noexcept;
-};
+    enum class Shape : std::uint8_t { Row, Other };
 
-/// A 1 x 1 double, by far the most frequent value: it stores no size.
-class DoubleScalar final : public Value {
-  public:
-    static ValuePtr make(double value) { return ValuePtr(new DoubleScalar(value)); }
-    [[nodiscard]] ValueClass valueClass() const noexcept override { return ValueClass::Double; }
-    [[nodiscard]] Size size() const noexcept override { return {1, 1}; }
-
-    // NOLINTNEXTLINE(misc-new-delete-overloads): it overlooks the form with a size
-    static void* operator new(std::size_t size) { return BlockPool::ofThisThread().allocate(size); }
-    static void operator delete(void* memory, std::size_t size) noexcept {
-        BlockPool::ofThisThread().deallocate(memory, size);
+    explicit Value(ValueClass ofClass, Shape shape = Shape::Other) noexcept
+        : class_(ofClass), shape_(shape) {
+        ++living_;
     }
+    ~Value() { --living_; }
+    [[nodiscard]] bool isRow() const noexcept { return shape_ == Shape::Row; }
 
   private:
-    explicit DoubleScalar(double value) noexcept : value_(value) { setElements(&value_, 1); }
+    // Reached without a call.
+    [[gnu::tls_model("initial-exec")]] static thread_local constinit std::size_t living_;
 
-    double value_;
+    ValueClass class_;
+    Shape shape_;
 };
-static_assert(sizeof(DoubleScalar) <= BlockPool::largestBlock);
 
-/// A numeric or char array. Its elements stand behind it in the same allocation, so that a short
-/// text or vector costs one.
-template <typename Element, ValueClass Class>
+template <typename Element>
+inline constexpr ValueClass classOfElements = ValueClass::Double;
+template <>
+inline constexpr ValueClass classOfElements<unsigned char> = ValueClass::Uint8;
+template <>
+inline constexpr ValueClass classOfElements<char16_t> = ValueClass::Char;
+
+/// A numeric or char array. Its elements stand behind it in the same allocation, so that a number,
+/// a short text or a vector costs one; one that is no row has its size between itself and them.
+template <typename Element>
 class ElementArray final : public Value {
     static_assert(std::is_trivial_v<Element>);  // all bytes zero is a value
 
   public:
     /// All elements zero. Raises std::length_error when the bytes cannot be counted.
     static ValuePtr make(Size size);
-
-    [[nodiscard]] ValueClass valueClass() const noexcept override { return Class; }
-    [[nodiscard]] Size size() const noexcept override { return size_; }
-    [[nodiscard]] Element* elements() noexcept { return static_cast<Element*>(elementStorage()); }
-
-    // Where the memory came from depends on the number of elements, so it is asked for first.
-    static void operator delete(ElementArray* array, std::destroying_delete_t) noexcept;
-
-  private:
-    ElementArray(Size size, Element* elements, std::size_t count) noexcept : size_(size) {
-        setElements(count == 0 ? nullptr : elements, count);
+    /// 1 x count, elements unset. Raises as make does.
+    static ValuePtr makeUnsetRow(std::size_t count) {
+        const std::size_t bytes = bytesOf(Shape::Row, count);
+        return ValuePtr(::new (ElementMemory::allocate(bytes)) ElementArray(Shape::Row, count));
+    }
+    /// 1 x 1.
+    static ValuePtr makeScalar(Element value) {
+        ValuePtr scalar = makeUnsetRow(1);
+        *static_cast<Element*>(scalar->elementStorage()) = value;
+        return scalar;
     }
 
-    Size size_;
+    [[nodiscard]] Size size() const noexcept {
+        return isRow() ? Size{1, elementCount()} : *reinterpret_cast<const Size*>(this + 1);
+    }
+    static void destroy(ElementArray* array) noexcept {
+        const std::size_t bytes = lengthOf(array->isRow() ? Shape::Row : Shape::Other) +
+                                  array->elementCount() * sizeof(Element);
+        array->~ElementArray();
+        ElementMemory::release(array, bytes);
+    }
+
+  private:
+    static constexpr std::size_t lengthOf(Shape shape) noexcept {
+        return sizeof(ElementArray) + (shape == Shape::Row ? 0 : sizeof(Size));
+    }
+    /// Of the whole; raises std::length_error.
+    static std::size_t bytesOf(Shape shape, std::size_t count) {
+        // Objects cannot be longer than ptrdiff_t counts.
+        constexpr std::size_t most = std::numeric_limits<std::ptrdiff_t>::max();
+        if (count > (most - lengthOf(shape)) / sizeof(Element)) {
+            refuseCount(count);
+        }
+        return lengthOf(shape) + count * sizeof(Element);
+    }
+
+    ElementArray(Shape shape, std::size_t count) noexcept : Value(classOfElements<Element>, shape) {
+        static_assert(alignof(Element) <= alignof(Size) && alignof(Size) <= alignof(ElementArray));
+        std::byte* const behind = reinterpret_cast<std::byte*>(this) + lengthOf(shape);
+        setElements(count == 0 ? nullptr : behind, count);
+    }
+    ~ElementArray() = default;
 };
 
-using DoubleArray = ElementArray<double, ValueClass::Double>;
-using Uint8Array = ElementArray<unsigned char, ValueClass::Uint8>;
-using CharArray = ElementArray<char16_t, ValueClass::Char>;
+using DoubleArray = ElementArray<double>;
+using Uint8Array = ElementArray<unsigned char>;
+using CharArray = ElementArray<char16_t>;
 
-extern template class ElementArray<double, ValueClass::Double>;
-extern template class ElementArray<unsigned char, ValueClass::Uint8>;
-extern template class ElementArray<char16_t, ValueClass::Char>;
+extern template class ElementArray<double>;
+extern template class ElementArray<unsigned char>;
+extern template class ElementArray<char16_t>;
 
 /// A 1 x n char row that holds a text.
 ValuePtr makeCharRow(std::u16string_view text);
@@ -103,11 +139,10 @@ ValuePtr makeCharRow(std::u16string_view text);
 /// A string scalar, possibly the missing string.
 class StringScalar final : public Value {
   public:
-    explicit StringScalar(std::optional<std::u16string> text) noexcept : text_(std::move(text)) {
+    explicit StringScalar(std::optional<std::u16string> text) noexcept
+        : Value(ValueClass::String), text_(std::move(text)) {
         setElements(nullptr, 1);
     }
-    [[nodiscard]] ValueClass valueClass() const noexcept override { return ValueClass::String; }
-    [[nodiscard]] Size size() const noexcept override { return {1, 1}; }
     [[nodiscard]] const std::optional<std::u16string>& text() const noexcept { return text_; }
 
   private:
@@ -118,8 +153,7 @@ class StringScalar final : public Value {
 class CellArray final : public Value {
   public:
     explicit CellArray(Size size);
-    [[nodiscard]] ValueClass valueClass() const noexcept override { return ValueClass::Cell; }
-    [[nodiscard]] Size size() const noexcept override { return size_; }
+    [[nodiscard]] Size size() const noexcept { return size_; }
     /// Raises std::out_of_range.
     [[nodiscard]] ValuePtr& slot(std::size_t index) { return cells_.at(index); }
     [[nodiscard]] const ValuePtr& slot(std::size_t index) const { return cells_.at(index); }
@@ -133,20 +167,26 @@ class CellArray final : public Value {
 class StructArray final : public Value {
   public:
     StructArray(Size size, std::span<const char* const> names);
-    [[nodiscard]] ValueClass valueClass() const noexcept override { return ValueClass::Struct; }
-    [[nodiscard]] Size size() const noexcept override { return size_; }
+    [[nodiscard]] Size size() const noexcept { return size_; }
     [[nodiscard]] std::span<const std::string> names() const noexcept { return fields_->names(); }
     /// The place of a name in names(); raises std::out_of_range when there is no such field.
     [[nodiscard]] std::size_t placeOf(std::string_view name) const;
-    /// The same for a field that is about to be set. Elements are mostly filled in one order, so
-    /// the field that followed the last one in the element before is tried first.
-    [[nodiscard]] std::size_t placeToSet(const char* name);
     /// What a field of an element holds; raises std::out_of_range.
     [[nodiscard]] ValuePtr& slot(std::size_t element, std::size_t field) {
-        return slots_[slotIndex(element, field)];
+        return slots_.data()[slotIndex(element, field)];
     }
     [[nodiscard]] const ValuePtr& slot(std::size_t element, std::size_t field) const {
-        return slots_[slotIndex(element, field)];
+        return slots_.data()[slotIndex(element, field)];
+    }
+    /// The same for a field that is about to be set. Elements are mostly filled in one order, so
+    /// the field that followed the last one in the element before is tried first.
+    [[nodiscard]] ValuePtr& slotToSet(std::size_t element, const char* name) {
+        const std::size_t place = fields_->findNext(name, lastPlace_);
+        if (place == FieldTable::none) {
+            refuseField(name);
+        }
+        lastPlace_ = place;
+        return slot(element, place);
     }
 
   private:
@@ -156,6 +196,7 @@ class StructArray final : public Value {
         }
         return element * fields_->size() + field;
     }
+    [[noreturn]] static void refuseField(std::string_view name);
     [[noreturn]] static void refuseSlot(std::size_t element, std::size_t field);
 
     Size size_;
