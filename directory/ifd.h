@@ -12,6 +12,7 @@
 #include "directory/ifd_type.h"
 #include "entry/host_value.h"
 #include "host/interface/message.h"
+#include "tag/number_list.h"
 #include "tag/tag_value.h"
 
 namespace corvinex {
@@ -93,7 +94,7 @@ class IFD {
     std::bitset<326> tagsSeen;
     std::uint32_t defaultTags = 0;
     std::int32_t photometric = -1;
-    std::vector<double> bitsPerSample;
+    NumberList bitsPerSample;
     std::vector<unsigned char> entryBuffer;
     std::optional<std::uint64_t> nextOffset;
     std::uint64_t samplesPerPixel = 1;

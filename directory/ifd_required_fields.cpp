@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <numeric>
@@ -81,6 +82,13 @@ static_assert(std::is_sorted(requiredTags.begin(), requiredTags.end(),
                                  return a.tag < b.tag;
                              }));
 
+/// Bit i stands for the tag that is the i-th to be added. Unrolled, as every page asks.
+template <std::size_t... i>
+std::uint32_t findMissing(const std::bitset<lastBaselineTag + 1>& seen,
+                          std::index_sequence<i...> /*places*/) {
+    return ((seen[requiredTags[i].tag] ? 0 : std::uint32_t{1} << i) | ...);
+}
+
 TiffTag makeStandardDefault(const RequiredTag& required) {
     return required.maker == Maker::Standard ? TiffTag(required.tag, IFDtype_t_::Main)
                                              : TiffTag(int{required.tag}, IFDtype_t_::Main, 0);
@@ -106,7 +114,8 @@ void IFD::flagDefaultValues(const TiffTag& tag) {
     }
     switch (id) {
         case tag_number::BitsPerSample:
-            bitsPerSample = tag.getNumericValues();
+            bitsPerSample = NumberList(tag.countNumericValues());
+            tag.copyNumbersTo(bitsPerSample.elements());
             tagsSeen.set(id);
             return;
         case tag_number::PhotometricInterpretation:
@@ -126,13 +135,10 @@ void IFD::flagDefaultValues(const TiffTag& tag) {
 }
 
 void IFD::processRequiredFields() {
-    for (std::size_t i = 0; i < requiredTags.size(); ++i) {
-        if (!tagsSeen.test(requiredTags[i].tag)) {
-            defaultTags |= std::uint32_t{1} << i;
-        }
-    }
+    defaultTags = findMissing(tagsSeen, std::make_index_sequence<requiredTagCount>());
     if (!tagsSeen.test(tag_number::BitsPerSample)) {
-        bitsPerSample.insert(bitsPerSample.end(), samplesPerPixel, 1.0);
+        bitsPerSample = NumberList(samplesPerPixel);
+        std::ranges::fill(bitsPerSample.elements(), 1.0);
     }
 }
 
@@ -146,8 +152,7 @@ HostArray IFD::getDefaultZxArray(std::size_t i, const TagValue& standardDefault)
         case Maker::SampleCount:
             return TiffTag(int{required.tag}, ifdType, samplesPerPixel).getPlainZxArray();
         case Maker::FromBitsPerSample:
-            return TiffTag(required.tag, ifdType, std::span<const double>(bitsPerSample))
-                .getPlainZxArray();
+            return TiffTag(required.tag, ifdType, bitsPerSample.elements()).getPlainZxArray();
         default:
             return standardDefault.getPlainZxArray();
     }
@@ -158,7 +163,7 @@ void IFD::setDefaultFields(zxArray& output, std::size_t index) const {
     for (std::uint32_t left = defaultTags; left != 0; left &= left - 1) {
         const auto i = static_cast<std::size_t>(std::countr_zero(left));
         const TagValue& standard = standardDefaults.at(i);
-        setField(output, index, standard.getName().data(), getDefaultZxArray(i, standard));
+        setField(output, index, standard.getFieldName(), getDefaultZxArray(i, standard));
     }
 }
 
@@ -174,7 +179,8 @@ void IFD::setColorType(zxArray& output, std::size_t index) const {
 }
 
 void IFD::setBitDepth(zxArray& output, std::size_t index) const {
-    const double depth = std::accumulate(bitsPerSample.begin(), bitsPerSample.end(), 0.0);
+    const std::span<const double> depths = bitsPerSample.elements();
+    const double depth = std::accumulate(depths.begin(), depths.end(), 0.0);
     setField(output, index, "BitDepth", makeNumber(depth));
 }
 

@@ -112,7 +112,7 @@ void IFDTree::push_back(IFD&& ifd) {
     }
     std::size_t place = 0;
     for (const TagValue& tag : ifd.getTags()) {
-        place = addTagName(place, {tag.getId(), tag.getName().data()});
+        place = addTagName(place, {tag.getId(), tag.getFieldName()});
     }
     defaultTagsSeen |= ifd.getDefaultTags();
     hasUnknownTags = hasUnknownTags || ifd.hasUnknownTags();

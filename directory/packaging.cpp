@@ -120,10 +120,10 @@ bool IFDTree::tagAlreadyOnDefaultList(std::string_view name) const {
 // What has been packaged is given back at once: the memory serves the host values that follow.
 void IFD::ifd2struct(zxArray& output, std::size_t index) {
     for (TagValue& tag : std::exchange(tags, {})) {
-        setField(output, index, tag.getName().data(), tag.getZxArray());
+        setField(output, index, tag.getFieldName(), tag.getZxArray());
     }
     setDefaultFields(output, index);
-    std::vector<double>().swap(bitsPerSample);
+    bitsPerSample = NumberList();
     if (unknownTags.empty()) {
         return;
     }

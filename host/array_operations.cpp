@@ -37,13 +37,6 @@ Class& required(zxArray* value, ValueClass wanted, const char* otherwise) {
     return static_cast<Class&>(*value);
 }
 
-/// Cannot raise, so that a caller loses its ownership only where the slot has taken it.
-void store(ValuePtr& slot, zxArray* value) noexcept {
-    if (slot.get() != value) {
-        slot.reset(value);
-    }
-}
-
 ValuePtr charRowFromUtf8(std::string_view text) {
     if (host::isAscii(text)) {
         ValuePtr row = host::CharArray::makeUnsetRow(text.size());
@@ -124,9 +117,8 @@ zxArray* zxCreateCellArray(std::size_t ndim, const std::size_t* dims) {
 
 void zxSetCell(zxArray* cell, std::size_t index, zxArray* value) {
     faultPoint(Operation::zxSetCell);
-    auto& array =
-        required<host::CellArray>(cell, ValueClass::Cell, "the value is not a cell array");
-    store(array.slot(index), value);
+    required<host::CellArray>(cell, ValueClass::Cell, "the value is not a cell array")
+        .setCell(index, value);
 }
 
 zxArray* zxCreateStructArray(std::size_t ndim, const std::size_t* dims, int nfields,
@@ -146,7 +138,7 @@ void zxSetField(zxArray* array, std::size_t index, const char* name, zxArray* va
     if (name == nullptr) {
         refuse("a field has no name");
     }
-    store(target.slotToSet(index, name), value);
+    target.setField(index, name, value);
 }
 
 }  // namespace detail::noninlined::zx_array_api

@@ -67,7 +67,7 @@ std::u16string_view textOf(const zxArray& value) {
 
 const zxArray* cellAt(const zxArray& value, std::size_t index) {
     require(value, ValueClass::Cell, "the value is not a cell array");
-    return static_cast<const CellArray&>(value).slot(index).get();
+    return static_cast<const CellArray&>(value).cellAt(index);
 }
 
 std::span<const std::string> fieldNamesOf(const zxArray& value) {
@@ -75,12 +75,12 @@ std::span<const std::string> fieldNamesOf(const zxArray& value) {
 }
 
 const zxArray* fieldAt(const zxArray& value, std::size_t element, std::size_t field) {
-    return asStruct(value).slot(element, field).get();
+    return asStruct(value).fieldAt(element, field);
 }
 
 const zxArray* fieldAt(const zxArray& value, std::size_t element, std::string_view name) {
     const StructArray& array = asStruct(value);
-    return array.slot(element, array.placeOf(name)).get();
+    return array.fieldAt(element, array.placeOf(name));
 }
 
 }  // namespace host

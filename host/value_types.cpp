@@ -4,7 +4,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/fresh_memory.h"
 
 namespace host {
 
@@ -89,12 +88,15 @@ CellArray::CellArray(Size size)
     setElements(nullptr, cells_.size());
 }
 
+void CellArray::refuseCell(std::size_t index) {
+    throw std::out_of_range("there is no cell " + std::to_string(index));
+}
+
 StructArray::StructArray(Size size, std::span<const char* const> names)
-    : Value(ValueClass::Struct), size_(size), fields_(FieldTable::of(names)) {
-    const std::size_t count = checkedProduct(elementsOf(size), names.size());
-    slots_.reserve(count);
-    provideAtOnce(slots_.data(), slots_.capacity() * sizeof(ValuePtr));
-    slots_.resize(count);
+    : Value(ValueClass::Struct),
+      size_(size),
+      fields_(FieldTable::of(names)),
+      slots_(checkedProduct(elementsOf(size), names.size())) {
     setElements(nullptr, elementsOf(size));
 }
 

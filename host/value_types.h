@@ -10,10 +10,10 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <vector>
 
 #include "host/element_memory.h"
 #include "host/field_table.h"
+#include "host/slot_table.h"
 #include "host/value.h"
 
 // The value classes behind zxArray. Each counts itself among its thread's living values.
@@ -154,13 +154,24 @@ class CellArray final : public Value {
   public:
     explicit CellArray(Size size);
     [[nodiscard]] Size size() const noexcept { return size_; }
-    /// Raises std::out_of_range.
-    [[nodiscard]] ValuePtr& slot(std::size_t index) { return cells_.at(index); }
-    [[nodiscard]] const ValuePtr& slot(std::size_t index) const { return cells_.at(index); }
+    /// What a cell holds, or null; raises std::out_of_range.
+    [[nodiscard]] const zxArray* cellAt(std::size_t index) const {
+        return cells_.get(checked(index));
+    }
+    /// Takes ownership of the value; raises std::out_of_range, and then does not.
+    void setCell(std::size_t index, zxArray* value) { cells_.put(checked(index), value); }
 
   private:
+    [[nodiscard]] std::size_t checked(std::size_t index) const {
+        if (index >= cells_.size()) {
+            refuseCell(index);
+        }
+        return index;
+    }
+    [[noreturn]] static void refuseCell(std::size_t index);
+
     Size size_;
-    std::vector<ValuePtr> cells_;
+    SlotTable cells_;
 };
 
 /// A struct array. It owns what its fields hold.
@@ -171,22 +182,20 @@ class StructArray final : public Value {
     [[nodiscard]] std::span<const std::string> names() const noexcept { return fields_->names(); }
     /// The place of a name in names(); raises std::out_of_range when there is no such field.
     [[nodiscard]] std::size_t placeOf(std::string_view name) const;
-    /// What a field of an element holds; raises std::out_of_range.
-    [[nodiscard]] ValuePtr& slot(std::size_t element, std::size_t field) {
-        return slots_.data()[slotIndex(element, field)];
+    /// What a field of an element holds, or null; raises std::out_of_range.
+    [[nodiscard]] const zxArray* fieldAt(std::size_t element, std::size_t field) const {
+        return slots_.get(slotIndex(element, field));
     }
-    [[nodiscard]] const ValuePtr& slot(std::size_t element, std::size_t field) const {
-        return slots_.data()[slotIndex(element, field)];
-    }
-    /// The same for a field that is about to be set. Elements are mostly filled in one order, so
-    /// the field that followed the last one in the element before is tried first.
-    [[nodiscard]] ValuePtr& slotToSet(std::size_t element, const char* name) {
+    /// Takes ownership of the value; raises std::out_of_range, and then does not. Elements are
+    /// mostly filled in one order, so the field that followed the last one in the element before is
+    /// tried first.
+    void setField(std::size_t element, const char* name, zxArray* value) {
         const std::size_t place = fields_->findNext(name, lastPlace_);
         if (place == FieldTable::none) {
             refuseField(name);
         }
         lastPlace_ = place;
-        return slot(element, place);
+        slots_.put(slotIndex(element, place), value);
     }
 
   private:
@@ -201,8 +210,8 @@ class StructArray final : public Value {
 
     Size size_;
     std::shared_ptr<FieldTable> fields_;
-    std::size_t lastPlace_ = 0;    // that was set
-    std::vector<ValuePtr> slots_;  // the fields of element 0, then those of element 1, ...
+    std::size_t lastPlace_ = 0;  // that was set
+    SlotTable slots_;            // the fields of element 0, then those of element 1, ...
 };
 
 }  // namespace host

@@ -56,10 +56,16 @@ class TagValue {
     [[nodiscard]] std::string_view getName() const noexcept {
         return name == nullptr ? std::string_view("") : std::string_view(*name);
     }
+    /// The same as the host takes it.
+    [[nodiscard]] const char* getFieldName() const noexcept {
+        return name == nullptr ? "" : name->c_str();
+    }
     /// The first number, or 0.0 when there is none. The index is accepted and ignored.
     [[nodiscard]] double getNumericValue(int index) const;
     [[nodiscard]] std::vector<double> getNumericValues() const;
     [[nodiscard]] std::size_t countNumericValues() const noexcept;
+    /// Writes all numbers to the start of a span that has room for them.
+    void copyNumbersTo(std::span<double> numbers) const;
     /// Number of directory sets that a pointer tag holds.
     [[nodiscard]] std::size_t subIfdSize() const noexcept;
 
@@ -93,8 +99,6 @@ class TagValue {
 
     /// One number; index is below countNumericValues().
     [[nodiscard]] double getNumber(std::size_t index) const;
-    /// Writes all numbers.
-    void copyNumbersTo(std::span<double> numbers) const;
     /// All numbers, from here on at hand as such.
     [[nodiscard]] std::span<double> unpackNumbers();
     [[nodiscard]] std::string_view getRawText() const noexcept;
@@ -117,6 +121,8 @@ class TagValue {
         }
         return std::move(from);
     }
+    // Kept out of the way of single numbers, which most values are.
+    [[nodiscard, gnu::noinline]] HostArray getTextOrNumberRow() const;
     [[nodiscard]] HostArray getNumberRow() const;
     [[nodiscard]] HostArray getZxArrayColormap();
     [[nodiscard]] HostArray getZxArraySampleFormat() const;

@@ -43,6 +43,10 @@ HostArray TagValue::getPlainZxArray() const {
         getNumbers(*scalar).front() = *number;
         return scalar;
     }
+    return getTextOrNumberRow();
+}
+
+HostArray TagValue::getTextOrNumberRow() const {
     const std::string_view text = getRawText();
     if (!text.empty()) {
         return trim_nulls(text);

@@ -224,7 +224,10 @@ void TiffTag::processGenericTag() {
         processSubIfds();
     } else if (rawData) {
         processNormalTagData();
-        processSpecificTag();
+        // Most tags have no decoder; the exception is raised for a directory kind without any.
+        if (rules->decode != nullptr || ifdType > IFDtype_t_::EXIF) {
+            processSpecificTag();
+        }
     }
 }
 

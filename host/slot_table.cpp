@@ -1,0 +1,36 @@
+#include "host/slot_table.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+
+#include "host/element_memory.h"
+#include "host/value_types.h"
+
+namespace host {
+
+namespace {
+
+/// Never 0, so that every table has memory; raises std::length_error.
+std::size_t bytesOf(std::size_t count) {
+    constexpr std::size_t most = std::numeric_limits<std::ptrdiff_t>::max();
+    if (count > most / sizeof(zxArray*)) {
+        refuseCount(count);
+    }
+    return std::max<std::size_t>(count, 1) * sizeof(zxArray*);
+}
+
+}  // namespace
+
+SlotTable::SlotTable(std::size_t count)
+    : count_(count), slots_(static_cast<zxArray**>(ElementMemory::allocateZeroed(bytesOf(count)))) {
+}
+
+SlotTable::~SlotTable() {
+    for (std::size_t i = 0; i < count_; ++i) {
+        Value::destroy(static_cast<Value*>(slots_[i]));
+    }
+    ElementMemory::release(slots_, bytesOf(count_));
+}
+
+}  // namespace host

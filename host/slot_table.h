@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+
+#include "host/interface/array.h"
+
+namespace host {
+
+/// The values that a cell or struct array holds, in slots that are empty at first. Made of memory
+/// that comes from the system as zeros and is not written again: an array of many pages has slots
+/// by the million.
+class SlotTable {
+  public:
+    /// Raises std::length_error when the bytes cannot be counted, and std::bad_alloc.
+    explicit SlotTable(std::size_t count);
+    SlotTable(const SlotTable&) = delete;
+    SlotTable& operator=(const SlotTable&) = delete;
+    ~SlotTable();
+
+    [[nodiscard]] std::size_t size() const noexcept { return count_; }
+    /// Null for an empty slot; index is below size().
+    [[nodiscard]] zxArray* get(std::size_t index) const noexcept { return slots_[index]; }
+    /// Takes ownership of the value, or of none, and destroys what the slot held. Cannot raise, so
+    /// that a caller loses its ownership only where the slot has taken it.
+    void put(std::size_t index, zxArray* value) noexcept {
+        zxArray* const before = slots_[index];
+        slots_[index] = value;
+        if (before != nullptr && before != value) {
+            matrix::destroyArray(before);
+        }
+    }
+
+  private:
+    std::size_t count_;
+    zxArray** slots_;
+};
+
+}  // namespace host
