@@ -155,10 +155,11 @@ void IFD::processEntry(std::span<const unsigned char> entry, std::uint64_t index
 
 // Room for the entries to come, as far as an ordinary directory has them: a result holds this for
 // every directory, however many of its entries are dropped.
-void IFD::fileTag(std::vector<TagValue>& list, TiffTag&& tag, std::uint64_t index) const {
-    if (list.empty()) {
+void IFD::fileTag(TagList& list, TiffTag&& tag, std::uint64_t index) const {
+    if (list.size() == list.capacity()) {
         constexpr std::uint64_t most = 64;
-        list.reserve(std::min(numberOfEntries - index, most));
+        const std::uint64_t growth = std::max<std::uint64_t>(3 * list.size(), most);
+        list.reserve(list.size() + std::min(numberOfEntries - index, growth));
     }
     list.push_back(static_cast<TagValue&&>(tag));
 }

@@ -14,11 +14,14 @@
 #include "host/interface/message.h"
 #include "tag/number_list.h"
 #include "tag/tag_value.h"
+#include "tag/value_memory.h"
 
 namespace corvinex {
 
 class TagFile;
 class TiffTag;
+
+using TagList = std::vector<TagValue, ValueAllocator<TagValue>>;
 
 /// One image file directory: its tags in entry order, the defaults of baseline tags that a main
 /// directory of a TIFF or BigTIFF file lacks, and the image facts that derived fields need.
@@ -46,7 +49,7 @@ class IFD {
     /// Number of output fields that the tags make; all unknown tags together make one.
     [[nodiscard]] std::size_t size() const noexcept;
     /// The named tags that the file holds.
-    [[nodiscard]] const std::vector<TagValue>& getTags() const noexcept { return tags; }
+    [[nodiscard]] const TagList& getTags() const noexcept { return tags; }
     /// The baseline tags with a default: bit i stands for the tag that is the i-th to be added.
     [[nodiscard]] std::uint32_t getDefaultTags() const noexcept { return defaultTags; }
     /// Number and name of the baseline tag that stands i-th.
@@ -77,13 +80,13 @@ class IFD {
     void readEntries();
     void flagDefaultValues(const TiffTag& tag);
     void processRequiredFields();
-    void fileTag(std::vector<TagValue>& list, TiffTag&& tag, std::uint64_t index) const;
+    void fileTag(TagList& list, TiffTag&& tag, std::uint64_t index) const;
     void setDefaultFields(zxArray& output, std::size_t index) const;
     [[nodiscard]] HostArray getDefaultZxArray(std::size_t i,
                                               const TagValue& standardDefault) const;
 
-    std::vector<TagValue> tags;
-    std::vector<TagValue> unknownTags;
+    TagList tags;
+    TagList unknownTags;
     std::uint64_t numberOfEntries = 0;
     TagFile* tagFile;
     std::uint64_t ifdOffset = 0;

@@ -132,7 +132,7 @@ void IFD::ifd2struct(zxArray& output, std::size_t index) {
         unknownTags[i].setUnknownTagZx(*records, i);
     }
     setField(output, index, unknownTagsField, std::move(records));
-    std::vector<TagValue>().swap(unknownTags);
+    TagList().swap(unknownTags);
 }
 
 }  // namespace corvinex

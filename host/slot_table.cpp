@@ -23,14 +23,13 @@ std::size_t bytesOf(std::size_t count) {
 }  // namespace
 
 SlotTable::SlotTable(std::size_t count)
-    : count_(count), slots_(static_cast<zxArray**>(ElementMemory::allocateZeroed(bytesOf(count)))) {
-}
+    : slots_(static_cast<zxArray**>(ElementMemory::allocateZeroed(bytesOf(count))), {count}) {}
 
-SlotTable::~SlotTable() {
-    for (std::size_t i = 0; i < count_; ++i) {
-        Value::destroy(static_cast<Value*>(slots_[i]));
+void SlotTable::Release::operator()(zxArray** slots) const noexcept {
+    for (std::size_t i = 0; i < count; ++i) {
+        Value::destroy(static_cast<Value*>(slots[i]));
     }
-    ElementMemory::release(slots_, bytesOf(count_));
+    ElementMemory::release(slots, bytesOf(count));
 }
 
 }  // namespace host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 
 #include "host/interface/array.h"
 
@@ -13,11 +14,8 @@ class SlotTable {
   public:
     /// Raises std::length_error when the bytes cannot be counted, and std::bad_alloc.
     explicit SlotTable(std::size_t count);
-    SlotTable(const SlotTable&) = delete;
-    SlotTable& operator=(const SlotTable&) = delete;
-    ~SlotTable();
 
-    [[nodiscard]] std::size_t size() const noexcept { return count_; }
+    [[nodiscard]] std::size_t size() const noexcept { return slots_.get_deleter().count; }
     /// Null for an empty slot; index is below size().
     [[nodiscard]] zxArray* get(std::size_t index) const noexcept { return slots_[index]; }
     /// Takes ownership of the value, or of none, and destroys what the slot held. Cannot raise, so
@@ -31,8 +29,13 @@ class SlotTable {
     }
 
   private:
-    std::size_t count_;
-    zxArray** slots_;
+    /// Destroys the values, too.
+    struct Release {
+        std::size_t count;
+        void operator()(zxArray** slots) const noexcept;
+    };
+
+    std::unique_ptr<zxArray*[], Release> slots_;
 };
 
 }  // namespace host

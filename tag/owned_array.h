@@ -4,7 +4,10 @@
 #include <cstddef>
 #include <memory>
 #include <span>
+#include <type_traits>
 #include <utility>
+
+#include "tag/value_memory.h"
 
 namespace corvinex {
 
@@ -13,30 +16,38 @@ namespace corvinex {
 /// at once.
 template <class T>
 class OwnedArray {
+    static_assert(std::is_trivial_v<T>);
+
   public:
     OwnedArray() = default;
-    /// Elements are unset.
+    /// Elements are unset. Raises std::bad_alloc.
     explicit OwnedArray(std::size_t size)
-        : elements_(size == 0 ? nullptr : std::make_unique_for_overwrite<T[]>(size)), size_(size) {}
-    OwnedArray(const OwnedArray& other) : OwnedArray(other.size_) {
-        std::copy_n(other.elements_.get(), size_, elements_.get());
+        : elements_(size == 0 ? nullptr : ValueAllocator<T>().allocate(size), Release{size}) {}
+    OwnedArray(const OwnedArray& other) : OwnedArray(other.size()) {
+        std::copy_n(other.elements_.get(), size(), elements_.get());
     }
-    OwnedArray(OwnedArray&& other) noexcept
-        : elements_(std::move(other.elements_)), size_(std::exchange(other.size_, 0)) {}
+    OwnedArray(OwnedArray&& other) noexcept = default;
     OwnedArray& operator=(OwnedArray other) noexcept {
-        std::swap(elements_, other.elements_);
-        std::swap(size_, other.size_);
+        elements_.swap(other.elements_);
         return *this;
     }
     ~OwnedArray() = default;
 
-    [[nodiscard]] std::size_t size() const noexcept { return size_; }
-    [[nodiscard]] std::span<T> elements() noexcept { return {elements_.get(), size_}; }
-    [[nodiscard]] std::span<const T> elements() const noexcept { return {elements_.get(), size_}; }
+    [[nodiscard]] std::size_t size() const noexcept {
+        return elements_ == nullptr ? 0 : elements_.get_deleter().size;
+    }
+    [[nodiscard]] std::span<T> elements() noexcept { return {elements_.get(), size()}; }
+    [[nodiscard]] std::span<const T> elements() const noexcept { return {elements_.get(), size()}; }
 
   private:
-    std::unique_ptr<T[]> elements_;
-    std::size_t size_ = 0;
+    struct Release {
+        std::size_t size = 0;
+        void operator()(T* elements) const noexcept {
+            ValueAllocator<T>().deallocate(elements, size);
+        }
+    };
+
+    std::unique_ptr<T[], Release> elements_;
 };
 
 }  // namespace corvinex

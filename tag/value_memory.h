@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <new>
+
+namespace corvinex {
+
+/// Memory for what tags and directories keep. They are made one after the other, all of a file
+/// live together, and they go in the order in which they came: so pieces are cut from chunks one
+/// behind the other, and a chunk goes with its last piece, to serve the host values that are made
+/// next. That costs a tenth of what the library's heap takes for pieces of all sizes.
+///
+/// A piece is given back by the thread that took it, and nothing stays behind when all are.
+/// Sanitizers watch pieces best when each has memory of its own, so in their builds it has.
+class ValueMemory {
+  public:
+    /// Aligned for pointers and numbers. Raises std::bad_alloc.
+    [[nodiscard]] static void* allocate(std::size_t size);
+    /// Gives back what was allocated with this size.
+    static void deallocate(void* piece, std::size_t size) noexcept;
+};
+
+/// The same for containers.
+template <class T>
+struct ValueAllocator {
+    static_assert(alignof(T) <= alignof(void*));
+    using value_type = T;
+
+    ValueAllocator() = default;
+    template <class Other>
+    explicit(false) ValueAllocator(const ValueAllocator<Other>& /*other*/) noexcept {}
+
+    [[nodiscard]] T* allocate(std::size_t count) {
+        if (count > std::numeric_limits<std::ptrdiff_t>::max() / sizeof(T)) {
+            throw std::bad_array_new_length();
+        }
+        return static_cast<T*>(ValueMemory::allocate(count * sizeof(T)));
+    }
+    void deallocate(T* elements, std::size_t count) noexcept {
+        ValueMemory::deallocate(elements, count * sizeof(T));
+    }
+    friend bool operator==(const ValueAllocator& /*a*/, const ValueAllocator& /*b*/) noexcept {
+        return true;
+    }
+};
+
+}  // namespace corvinex
