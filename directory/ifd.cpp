@@ -149,7 +149,7 @@ void IFD::processEntry(std::span<const unsigned char> entry, std::uint64_t index
             }
             return;
         default:
-            fileTag(tag.getName().empty() ? unknownTags : tags, std::move(tag), index);
+            fileTag(tag.isKnown() ? tags : unknownTags, std::move(tag), index);
     }
 }
 

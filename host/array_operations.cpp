@@ -38,9 +38,8 @@ Class& required(zxArray* value, ValueClass wanted, const char* otherwise) {
 }
 
 ValuePtr charRowFromUtf8(std::string_view text) {
-    if (host::isAscii(text)) {
-        ValuePtr row = host::CharArray::makeUnsetRow(text.size());
-        std::copy(text.begin(), text.end(), static_cast<char16_t*>(row->elementStorage()));
+    ValuePtr row = host::CharArray::makeUnsetRow(text.size());
+    if (host::widenAscii(text, static_cast<char16_t*>(row->elementStorage()))) {
         return row;
     }
     return host::makeCharRow(host::lenientUtf16(host::utf8Converter(), text));

@@ -24,13 +24,13 @@ class BlockPool {
         return current_ == nullptr ? takeForThisThread() : *current_;
     }
 
-    /// A block of that size, unset and aligned for any scalar. Raises std::bad_alloc.
+    /// A block of that size, unset and aligned for numbers and pointers. Raises std::bad_alloc.
     [[nodiscard]] void* allocate(std::size_t size);
     /// Takes back a block that was allocated with this size, from whichever pool.
     void deallocate(void* block, std::size_t size) noexcept;
 
   private:
-    static constexpr std::size_t step = 16;
+    static constexpr std::size_t step = 8;
     // From the first slab of a size to the longest: each is twice the one before.
     static constexpr std::size_t firstSlab = std::size_t{4} << 10;
     static constexpr std::size_t longestSlab = std::size_t{64} << 10;

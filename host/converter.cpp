@@ -112,6 +112,16 @@ bool isAscii(std::string_view bytes) noexcept {
     return units < 0x80;
 }
 
+bool widenAscii(std::string_view bytes, char16_t* units) noexcept {
+    unsigned char all = 0;
+    for (const char c : bytes) {
+        all |= static_cast<unsigned char>(c);
+        *units = static_cast<unsigned char>(c);
+        ++units;
+    }
+    return all < 0x80;
+}
+
 bool isAscii(std::u16string_view text) noexcept {
     char16_t units = 0;
     for (const char16_t unit : text) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -16,7 +17,7 @@
 
 namespace host {
 
-enum class ValueClass { Double, Uint8, Char, String, Cell, Struct };
+enum class ValueClass : std::uint8_t { Double, Uint8, Char, String, Cell, Struct };
 
 struct Size {
     std::size_t rows;

@@ -85,7 +85,7 @@ ValuePtr makeCharRow(std::u16string_view text) {
 
 CellArray::CellArray(Size size)
     : Value(ValueClass::Cell), size_(size), cells_(elementsOf(size)) {
-    setElements(nullptr, cells_.size());
+    setElements(0, cells_.size());
 }
 
 void CellArray::refuseCell(std::size_t index) {
@@ -97,7 +97,7 @@ StructArray::StructArray(Size size, std::span<const char* const> names)
       size_(size),
       fields_(FieldTable::of(names)),
       slots_(checkedProduct(elementsOf(size), names.size())) {
-    setElements(nullptr, elementsOf(size));
+    setElements(0, elementsOf(size));
 }
 
 std::size_t StructArray::placeOf(std::string_view name) const {

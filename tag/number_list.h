@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <span>
+#include <variant>
 
 #include "tag/owned_array.h"
 
@@ -13,19 +14,26 @@ class NumberList {
   public:
     NumberList() = default;
     /// Elements are unset.
-    explicit NumberList(std::size_t size) : hasOne_(size == 1), several_(size == 1 ? 0 : size) {}
+    explicit NumberList(std::size_t size) : numbers_(make(size)) {}
 
     [[nodiscard]] std::span<double> elements() noexcept {
-        return hasOne_ ? std::span(&one_, 1) : several_.elements();
+        auto* const several = std::get_if<Several>(&numbers_);
+        return several == nullptr ? std::span(std::get_if<double>(&numbers_), 1)
+                                  : several->elements();
     }
     [[nodiscard]] std::span<const double> elements() const noexcept {
-        return hasOne_ ? std::span(&one_, 1) : several_.elements();
+        const auto* const several = std::get_if<Several>(&numbers_);
+        return several == nullptr ? std::span(std::get_if<double>(&numbers_), 1)
+                                  : several->elements();
     }
 
   private:
-    bool hasOne_ = false;
-    double one_ = 0;
-    OwnedArray<double> several_;
+    using Several = OwnedArray<double>;
+    using Numbers = std::variant<Several, double>;
+
+    static Numbers make(std::size_t size) { return size == 1 ? Numbers(0.0) : Several(size); }
+
+    Numbers numbers_;
 };
 
 }  // namespace corvinex

@@ -1,7 +1,7 @@
 #include "tag/tag_rules.h"
 
 #include "tag/tag_numbers.h"
-#include "vocabulary/tag_dictionary.h"
+#include "vocabulary/tag_table.h"
 
 namespace corvinex {
 
@@ -21,9 +21,11 @@ std::uint32_t makeTypeSet(std::span<const std::uint32_t> types) {
 }  // namespace
 
 TagRulesTable::TagRulesTable(std::span<const TagDecoder> decoders) {
-    rows_.reserve(primaryMap.size());
-    for (const auto& [tag, name] : primaryMap) {
-        rulesOf(tag).primaryName = &name;
+    rows_.reserve(primaryTagTable().size());
+    for (const TagName& row : primaryTagTable()) {
+        TagRules& rules = rulesOf(row.number);
+        // A number that is listed twice keeps its first name.
+        rules.primaryName = rules.primaryName == nullptr ? row.name : rules.primaryName;
     }
     for (const TypedTag& row : getTypedTags()) {
         TagRules& rules = rulesOf(row.tag);

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <string>
 #include <vector>
 
 #include "tag/tag_validation.h"
@@ -22,7 +21,7 @@ struct TagDecoder {
 /// What the tables say of a tag by its number alone. A number that no table has keeps the initial
 /// values.
 struct TagRules {
-    const std::string* primaryName = nullptr;  ///< in main and EXIF directories
+    const char* primaryName = nullptr;  ///< in main and EXIF directories
     const TypeRule* typeRule = nullptr;
     std::uint32_t allowedTypes = ~std::uint32_t{0};  ///< bit i stands for type code i
     bool hasRequiredCount = false;

@@ -42,11 +42,11 @@ class TagValue {
     TagValue(const TagValue&) = default;
     TagValue(TagValue&& other) noexcept
         : value(take(other.value)),
+          tagId(other.tagId),
+          dataType(other.dataType),
           decodedWord(other.decodedWord),
           name(other.name),
-          valueOffset(other.valueOffset),
-          tagId(other.tagId),
-          dataType(other.dataType) {}
+          valueOffset(other.valueOffset) {}
     TagValue& operator=(const TagValue&) = delete;
     TagValue& operator=(TagValue&&) = delete;
     ~TagValue() = default;
@@ -54,12 +54,14 @@ class TagValue {
     [[nodiscard]] std::uint16_t getId() const noexcept { return tagId; }
     /// The field name, empty for an unknown tag. Lives as long as the module, NUL-terminated.
     [[nodiscard]] std::string_view getName() const noexcept {
-        return name == nullptr ? std::string_view("") : std::string_view(*name);
+        return getFieldName();
     }
     /// The same as the host takes it.
     [[nodiscard]] const char* getFieldName() const noexcept {
-        return name == nullptr ? "" : name->c_str();
+        return name == nullptr ? "" : name;
     }
+    /// Whether the tag has a name.
+    [[nodiscard]] bool isKnown() const noexcept { return name != nullptr; }
     /// The first number, or 0.0 when there is none. The index is accepted and ignored.
     [[nodiscard]] double getNumericValue(int index) const;
     [[nodiscard]] std::vector<double> getNumericValues() const;
@@ -105,12 +107,12 @@ class TagValue {
 
     // The tag that is read fills them in.
     // NOLINTBEGIN(misc-non-private-member-variables-in-classes)
-    Value value;
-    const char* decodedWord = nullptr;  // of a word table, or null
-    const std::string* name = nullptr;  // of a dictionary, or null for an unknown tag
-    std::uint64_t valueOffset = 0;
+    [[no_unique_address]] Value value;  // the two numbers behind it lie in its padding
     std::uint16_t tagId = 0;
     std::uint16_t dataType = 0;
+    const char* decodedWord = nullptr;  // of a word table, or null
+    const char* name = nullptr;         // of a dictionary, or null for an unknown tag
+    std::uint64_t valueOffset = 0;
     // NOLINTEND(misc-non-private-member-variables-in-classes)
 
   private:

@@ -119,8 +119,8 @@ TiffTag::TiffTag(TiffTag&& other) noexcept
 
 TiffTag::~TiffTag() = default;
 
-void TiffTag::setTagName() {
-    rules = &findRules(tagId);
+void TiffTag::setTagName() noexcept {
+    rules = &allRules.find(tagId);
     switch (ifdType) {
         case IFDtype_t_::Main:
         case IFDtype_t_::EXIF:
@@ -193,7 +193,7 @@ void TiffTag::readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
     }
     if (tagFile->getStream().read(rawData.emplace(byteCount).bytes().data(), elementSize,
                                   elementCount) != elementCount) {
-        const std::string label = name == nullptr ? std::to_string(tagId) : *name;
+        const std::string label = name == nullptr ? std::to_string(tagId) : name;
         tagFile->warnOncePerFile("unableToReadTiffTag" + label,
                                  warnings::unableToReadTiffTag(label, position));
         dropEntry();

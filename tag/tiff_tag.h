@@ -49,8 +49,8 @@ class TiffTag : public TagValue {
 
   private:
     // Entry parsing and validation.
-    [[nodiscard]] static const TagRules& findRules(std::uint16_t tag);
-    void setTagName();
+    [[nodiscard]] static std::span<const TagDecoder> getDecoders() noexcept;
+    void setTagName() noexcept;
     void checkDataType();
     void checkComponentCount();
     void setTagDataOffset(std::span<const unsigned char> entry);
@@ -107,6 +107,8 @@ class TiffTag : public TagValue {
     void processSharpness();
     void processSubjectDistanceRange();
     void processDepthFar();
+
+    static const TagRulesTable allRules;
 
     TagFile* tagFile = nullptr;
     std::uint64_t componentCount = 0;

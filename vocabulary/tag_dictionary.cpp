@@ -29,7 +29,7 @@ TagNameIndex::TagNameIndex(const TagDictionary& dictionary)
     : rows_(dictionary, [](const TagDictionary::value_type& entry) { return entry.first; }) {
     names_.reserve(dictionary.size());
     for (const auto& [number, name] : dictionary) {
-        names_.push_back(&name);
+        names_.push_back(name.c_str());
     }
 }
 

@@ -31,14 +31,14 @@ class TagNameIndex {
 
     /// The name of a tag, or null when the dictionary does not know it. The text lives as long as
     /// the module.
-    [[nodiscard]] const std::string* find(std::uint16_t tag) const noexcept {
+    [[nodiscard]] const char* find(std::uint16_t tag) const noexcept {
         const std::size_t row = rows_.find(tag);
         return row == TagRowIndex::none ? nullptr : names_[row];
     }
 
   private:
     TagRowIndex rows_;
-    std::vector<const std::string*> names_;
+    std::vector<const char*> names_;
 };
 
 extern const TagNameIndex gpsNames;

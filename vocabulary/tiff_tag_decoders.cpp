@@ -29,7 +29,7 @@ constexpr Scale grayResponseScales[] = {
 
 }  // namespace
 
-const TagRules& TiffTag::findRules(std::uint16_t tag) {
+std::span<const TagDecoder> TiffTag::getDecoders() noexcept {
     // clang-format off
     static constexpr TagDecoder decoders[] = {
         {  259, &TiffTag::processCompression},
@@ -63,9 +63,12 @@ const TagRules& TiffTag::findRules(std::uint16_t tag) {
         {51179, &TiffTag::processDepthFar},
     };
     // clang-format on
-    static const TagRulesTable table(decoders);
-    return table.find(tag);
+    return decoders;
 }
+
+// Built when the module is loaded, from constant tables alone.
+// NOLINTNEXTLINE(cert-err58-cpp)
+const TagRulesTable TiffTag::allRules(TiffTag::getDecoders());
 
 void TiffTag::processSpecificTag() {
     if (componentCount == 0 && !isConstructed) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 #include "host/interface/export.h"
@@ -13,7 +14,9 @@
 // value still belongs to the caller. Every operation may raise the host's own exception.
 
 /// A host value. The module sees the element storage of numeric and character values directly and
-/// nothing else; hosts derive their value types from this class.
+/// nothing else; hosts derive their value types from this class. The elements stand behind the
+/// value in its own memory, so that a result, which has values by the million, spends nothing on
+/// saying where.
 class ZX_HOST_API zxArray {
   public:
     zxArray(const zxArray&) = delete;
@@ -21,21 +24,28 @@ class ZX_HOST_API zxArray {
 
     /// First element of a double, uint8 or char (UTF-16 code unit) value, column-major; null for
     /// every other class and where there are no elements.
-    [[nodiscard]] void* elementStorage() const noexcept { return storage_; }
+    [[nodiscard]] void* elementStorage() noexcept {
+        return distance_ == 0 ? nullptr : reinterpret_cast<std::byte*>(this) + distance_;
+    }
+    [[nodiscard]] const void* elementStorage() const noexcept {
+        return distance_ == 0 ? nullptr : reinterpret_cast<const std::byte*>(this) + distance_;
+    }
     /// Number of elements, rows times columns.
     [[nodiscard]] std::size_t elementCount() const noexcept { return count_; }
 
   protected:
     zxArray() noexcept = default;
     ~zxArray() = default;
-    void setElements(void* storage, std::size_t count) noexcept {
-        storage_ = storage;
+    /// The distance of the first element from the value in bytes, or 0 for no storage.
+    void setElements(std::uint32_t distance, std::size_t count) noexcept {
+        distance_ = distance;
         count_ = count;
     }
 
   private:
-    void* storage_ = nullptr;
     std::size_t count_ = 0;
+    // Last, so that what a host adds fits behind it.
+    std::uint32_t distance_ = 0;
 };
 
 /// The numeric classes that the module creates.
