@@ -141,10 +141,14 @@ void TiffTag::checkDataType() {
         throw TiffTagsRecoverableError("TiffTag::TiffTag");
     }
     if (dataType == TIFF_NOTYPE) {
-        tagFile->warnOncePerFile("noTypeFormatId" + std::string(getName()),
-                                 warnings::noTypeFormatId(getName()));
-        dropEntry();
+        dropUntypedEntry();
     }
+}
+
+void TiffTag::dropUntypedEntry() const {
+    tagFile->warnOncePerFile("noTypeFormatId" + std::string(getName()),
+                             warnings::noTypeFormatId(getName()));
+    dropEntry();
 }
 
 void TiffTag::checkComponentCount() {

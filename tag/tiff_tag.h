@@ -58,6 +58,9 @@ class TiffTag : public TagValue {
     void readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
                      std::uint64_t elementCount);
     void validateTag();
+    // Kept out of the way of entries that are sound.
+    [[noreturn, gnu::cold]] void dropUntypedEntry() const;
+    [[noreturn, gnu::cold]] void dropUnknownPointer() const;
     [[noreturn]] static void dropEntry();
 
     // Value conversion.

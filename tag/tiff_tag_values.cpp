@@ -39,9 +39,7 @@ void TiffTag::processNormalTagData() {
     }
     switch (dataType) {
         case TIFF_NOTYPE:
-            tagFile->warnOncePerFile("noTypeFormatId" + std::string(getName()),
-                                     warnings::noTypeFormatId(getName()));
-            dropEntry();
+            dropUntypedEntry();
         case TIFF_ASCII:
             return processTiffTagAscii();
         case TIFF_RATIONAL:
@@ -62,13 +60,17 @@ void TiffTag::processNormalTagData() {
             return processTiffTagNumbers();
         case TIFF_IFD:
         case TIFF_IFD8:
-            // A directory offset on a tag that is not a pointer leads nowhere that is known.
-            tagFile->warnOncePerFile("unrecognizedIfd" + std::to_string(tagId),
-                                     warnings::unrecognizedIfd(tagId));
-            dropEntry();
+            dropUnknownPointer();
         default:
             raiseFatal(quorra::corvinex::unrecognizedTagFormatId(dataType));
     }
+}
+
+// A directory offset on a tag that is not a pointer leads nowhere that is known.
+void TiffTag::dropUnknownPointer() const {
+    tagFile->warnOncePerFile("unrecognizedIfd" + std::to_string(tagId),
+                             warnings::unrecognizedIfd(tagId));
+    dropEntry();
 }
 
 // A large value stays as it is until it is output: as numbers it could be eight times as long.
