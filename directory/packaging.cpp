@@ -66,9 +66,8 @@ std::vector<const char*> IFDTree::getFieldNames() const {
     names.reserve(tagFile->getDefaultFields().size() + tagNames.size() +
                   static_cast<std::size_t>(std::popcount(defaultTagsSeen)) + 1);
     if (isMain) {
-        for (const std::string& name : tagFile->getDefaultFields()) {
-            names.push_back(name.c_str());
-        }
+        const auto defaults = tagFile->getDefaultFields();
+        names.assign(defaults.begin(), defaults.end());
     }
     const auto add = [&](const char* name) {
         if (!isMain || !tagAlreadyOnDefaultList(name)) {

@@ -74,8 +74,7 @@ void TagFile::determineArchitectureEndianness() noexcept {
 }
 
 void TagFile::setupDefaultFields() {
-    const auto names = getDefaultFieldNames(fileFormat);
-    defaultFields.assign(names.begin(), names.end());
+    defaultFields = getDefaultFieldNames(fileFormat);
 }
 
 void TagFile::readThroughTagFile() {

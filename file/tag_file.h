@@ -75,7 +75,7 @@ class TagFile {
     [[nodiscard]] const std::array<unsigned char, 4>& getHeaderSignature() const noexcept {
         return headerSignature;
     }
-    [[nodiscard]] const std::vector<std::string>& getDefaultFields() const noexcept {
+    [[nodiscard]] std::span<const char* const> getDefaultFields() const noexcept {
         return defaultFields;
     }
     /// Memory for the entries of a directory, of any length and content, to be given back for the
@@ -117,7 +117,7 @@ class TagFile {
     bool machineIsLittleEndian = true;
     std::uint64_t entryCountSize = 0;
     std::array<unsigned char, 4> headerSignature{};
-    std::vector<std::string> defaultFields;
+    std::span<const char* const> defaultFields;
     std::set<std::string> issuedWarnings;
     PointerGuard pointerGuard;
     std::vector<unsigned char> spareEntryBuffer;
