@@ -1,6 +1,9 @@
 #include "tag/value_memory.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
+#include <memory>
 
 namespace corvinex {
 
@@ -40,9 +43,20 @@ constexpr std::size_t lengthOfPiece(std::size_t size) noexcept {
     return sizeof(Chunk*) + (size + alignof(void*) - 1) / alignof(void*) * alignof(void*);
 }
 
+/// Has the system provide a long chunk's pages at once, for they are about to be filled: one by one
+/// they cost a thirtieth of reading many pages. Where the system does not do it nothing changes.
+void providePages(void* memory, std::size_t length) noexcept {
+    constexpr std::size_t pageLength = 4096;
+    if (length == longestLength && std::align(pageLength, pageLength, memory, length) != nullptr) {
+        static_cast<void>(::madvise(memory, length / pageLength * pageLength, MADV_POPULATE_WRITE));
+    }
+}
+
 Chunk* addChunk() {
     const std::size_t length = nextLength;
-    Chunk* const chunk = ::new (::operator new(length)) Chunk{sizeof(Chunk), length, 0};
+    void* const memory = ::operator new(length);
+    providePages(memory, length);
+    Chunk* const chunk = ::new (memory) Chunk{sizeof(Chunk), length, 0};
     nextLength = std::min(2 * length, longestLength);
     return chunk;
 }
