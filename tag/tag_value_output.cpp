@@ -15,6 +15,17 @@
 
 namespace corvinex {
 
+namespace {
+
+/// A row of one number.
+HostArray makeNumberElement(double number) {
+    HostArray row = makeUnsetNumbers(1, 1);
+    getNumbers(*row).front() = number;
+    return row;
+}
+
+}  // namespace
+
 HostArray TagValue::getZxArray() {
     switch (tagId) {
         case tag_number::ColorMap:
@@ -39,9 +50,7 @@ HostArray TagValue::getPlainZxArray() const {
         return makeWord(decodedWord);
     }
     if (const double* number = std::get_if<double>(&value)) {
-        HostArray scalar = makeUnsetNumbers(1, 1);
-        getNumbers(*scalar).front() = *number;
-        return scalar;
+        return makeNumberElement(*number);
     }
     return getTextOrNumberRow();
 }
@@ -104,8 +113,14 @@ HostArray TagValue::getZxArraySubIfds() {
 void TagValue::setUnknownTagZx(zxArray& unknownTags, std::size_t index) const {
     setField(unknownTags, index, "ID", makeNumber(tagId));
     setField(unknownTags, index, "Offset", makeNumber(static_cast<double>(valueOffset)));
-    setField(unknownTags, index, "Value",
-             getRawText().empty() ? getNumberRow() : getUnknownTagText());
+    setField(unknownTags, index, "Value", getUnknownTagValue());
+}
+
+HostArray TagValue::getUnknownTagValue() const {
+    if (const double* number = std::get_if<double>(&value)) {
+        return makeNumberElement(*number);
+    }
+    return getRawText().empty() ? getNumberRow() : getUnknownTagText();
 }
 
 HostArray TagValue::getUnknownTagText() const {
