@@ -82,8 +82,7 @@ class IFD {
     void processRequiredFields();
     void fileTag(TagList& list, TiffTag&& tag, std::uint64_t index) const;
     void setDefaultFields(zxArray& output, std::size_t index) const;
-    [[nodiscard]] HostArray getDefaultZxArray(std::size_t i,
-                                              const TagValue& standardDefault) const;
+    [[nodiscard]] HostArray getDefaultZxArray(std::size_t i, const TagValue& standardDefault) const;
 
     TagList tags;
     TagList unknownTags;

@@ -4,7 +4,6 @@
 #include <stdexcept>
 #include <string>
 
-
 namespace host {
 
 thread_local constinit std::size_t Value::living_ = 0;
@@ -83,8 +82,7 @@ ValuePtr makeCharRow(std::u16string_view text) {
     return row;
 }
 
-CellArray::CellArray(Size size)
-    : Value(ValueClass::Cell), size_(size), cells_(elementsOf(size)) {
+CellArray::CellArray(Size size) : Value(ValueClass::Cell), size_(size), cells_(elementsOf(size)) {
     setElements(0, cells_.size());
 }
 

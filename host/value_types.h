@@ -35,9 +35,9 @@ inline std::size_t elementsOf(Size size) {
     return checkedProduct(size.rows, size.columns);
 }
 
-/// Base of every value that this host makes. A result has them by the million, so they are small and
-/// quickly made and destroyed: they tell their class by a member where a virtual function would be
-/// asked each time, and a row has no size but the number of its elements.
+/// Base of every value that this host makes. A result has them by the million, so they are small
+/// and quickly made and destroyed: they tell their class by a member where a virtual function would
+/// be asked each time, and a row has no size but the number of its elements.
 class Value : public zxArray {
   public:
     [[nodiscard]] ValueClass valueClass() const noexcept { return class_; }

@@ -53,13 +53,9 @@ class TagValue {
 
     [[nodiscard]] std::uint16_t getId() const noexcept { return tagId; }
     /// The field name, empty for an unknown tag. Lives as long as the module, NUL-terminated.
-    [[nodiscard]] std::string_view getName() const noexcept {
-        return getFieldName();
-    }
+    [[nodiscard]] std::string_view getName() const noexcept { return getFieldName(); }
     /// The same as the host takes it.
-    [[nodiscard]] const char* getFieldName() const noexcept {
-        return name == nullptr ? "" : name;
-    }
+    [[nodiscard]] const char* getFieldName() const noexcept { return name == nullptr ? "" : name; }
     /// Whether the tag has a name.
     [[nodiscard]] bool isKnown() const noexcept { return name != nullptr; }
     /// The first number, or 0.0 when there is none. The index is accepted and ignored.

@@ -97,8 +97,7 @@ TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind, std::span<const double> bit
     : ifdType(kind), isConstructed(true) {
     tagId = id;
     std::transform(bitsPerSample.begin(), bitsPerSample.end(),
-                   appendNumbers(bitsPerSample.size()).begin(),
-                   [id](double bits) {
+                   appendNumbers(bitsPerSample.size()).begin(), [id](double bits) {
                        return id == tag_number::MinSampleValue ? 0.0 : std::exp2(bits) - 1.0;
                    });
     setTagName();

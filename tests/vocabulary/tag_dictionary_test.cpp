@@ -110,8 +110,7 @@ TEST(SearchMap, AnswersUnknownFromAnEmptyDictionary) {
 
 TEST(TagNameIndex, KnowsWhatItsDictionaryKnows) {
     const std::pair<const TagDictionary*, const corvinex::TagNameIndex*> pairs[] = {
-        {&GPSmap, &corvinex::gpsNames},
-        {&interopMap, &corvinex::interopNames}};
+        {&GPSmap, &corvinex::gpsNames}, {&interopMap, &corvinex::interopNames}};
     for (const auto& [dictionary, index] : pairs) {
         for (unsigned tag = 0; tag <= 0xFFFF; ++tag) {
             const auto number = static_cast<std::uint16_t>(tag);
