@@ -35,9 +35,8 @@ class FieldTable {
     /// filled in one order, so the field that followed the last time is tried first.
     [[nodiscard]] std::size_t findNext(const char* name, std::size_t lastPlace) noexcept {
         if (lastPlace < followers_.size()) {
-            const std::size_t expected =
-                followers_.data()[lastPlace].load(std::memory_order_relaxed);
-            if (std::strcmp(names_.data()[expected].c_str(), name) == 0) {
+            const std::size_t expected = followers_[lastPlace].load(std::memory_order_relaxed);
+            if (std::strcmp(names_[expected].c_str(), name) == 0) {
                 return expected;
             }
         }

@@ -13,11 +13,12 @@ namespace {
 
 /// Never 0, so that every table has memory; raises std::length_error.
 std::size_t bytesOf(std::size_t count) {
+    constexpr std::size_t slotLength = sizeof(void*);
     constexpr std::size_t most = std::numeric_limits<std::ptrdiff_t>::max();
-    if (count > most / sizeof(zxArray*)) {
+    if (count > most / slotLength) {
         refuseCount(count);
     }
-    return std::max<std::size_t>(count, 1) * sizeof(zxArray*);
+    return std::max<std::size_t>(count, 1) * slotLength;
 }
 
 }  // namespace

@@ -65,11 +65,10 @@ ValuePtr ElementArray<Element>::make(Size size) {
     const std::size_t count = elementsOf(size);
     const Shape shape = size.rows == 1 ? Shape::Row : Shape::Other;
     void* const memory = ElementMemory::allocateZeroed(bytesOf(shape, count));
-    auto* const array = ::new (memory) ElementArray(shape, count);
     if (shape == Shape::Other) {
-        ::new (array + 1) Size(size);
+        ::new (static_cast<std::byte*>(memory) + sizeof(ElementArray)) Size(size);
     }
-    return ValuePtr(array);
+    return ValuePtr(::new (memory) ElementArray(shape, count));
 }
 
 template class ElementArray<double>;

@@ -37,7 +37,7 @@ class TagRulesTable {
 
     [[nodiscard]] const TagRules& find(std::uint16_t tag) const noexcept {
         const std::size_t row = rowOfTag_.find(tag);
-        return row == TagRowIndex::none ? ofOthers_ : rows_.data()[row];
+        return row == TagRowIndex::none ? ofOthers_ : rows_[row];
     }
 
   private:

@@ -34,17 +34,19 @@ constexpr std::size_t longestLength = std::size_t{64} << 10;
 // What is longer has memory of its own, so that little is left over at the end of a chunk.
 constexpr std::size_t longestPiece = std::size_t{2} << 10;
 
-// The one that pieces are cut from. Zero pieces or more; null when there are none in any chunk of
-// this one's and the thread begins anew.
+// The chunk that pieces are cut from, or null.
 thread_local constinit Chunk* current = nullptr;
 thread_local constinit std::size_t nextLength = firstLength;
 
+// A pointer to its chunk stands before each piece.
+constexpr std::size_t pointerLength = sizeof(void*);
+
 constexpr std::size_t lengthOfPiece(std::size_t size) noexcept {
-    return sizeof(Chunk*) + (size + alignof(void*) - 1) / alignof(void*) * alignof(void*);
+    return pointerLength + (size + alignof(void*) - 1) / alignof(void*) * alignof(void*);
 }
 
-/// Has the system provide a long chunk's pages at once, for they are about to be filled: one by one
-/// they cost a thirtieth of reading many pages. Where the system does not do it nothing changes.
+/// Has the system provide a long chunk's pages at once, for they are about to be filled: when it
+/// does so one by one, reading many pages takes a thirtieth longer. Where it cannot nothing changes.
 void providePages(void* memory, std::size_t length) noexcept {
     constexpr std::size_t pageLength = 4096;
     if (length == longestLength && std::align(pageLength, pageLength, memory, length) != nullptr) {
@@ -55,10 +57,9 @@ void providePages(void* memory, std::size_t length) noexcept {
 Chunk* addChunk() {
     const std::size_t length = nextLength;
     void* const memory = ::operator new(length);
-    providePages(memory, length);
-    Chunk* const chunk = ::new (memory) Chunk{sizeof(Chunk), length, 0};
     nextLength = std::min(2 * length, longestLength);
-    return chunk;
+    providePages(memory, length);
+    return ::new (memory) Chunk{sizeof(Chunk), length, 0};
 }
 
 void release(Chunk* chunk) noexcept {
@@ -86,7 +87,7 @@ void* ValueMemory::allocate(std::size_t size) {
     chunk->used += length;
     ++chunk->pieces;
     ::new (place) Chunk*(chunk);
-    return place + sizeof(Chunk*);
+    return place + pointerLength;
 }
 
 void ValueMemory::deallocate(void* piece, std::size_t size) noexcept {

@@ -29,7 +29,8 @@ struct ValueAllocator {
 
     ValueAllocator() = default;
     template <class Other>
-    explicit(false) ValueAllocator(const ValueAllocator<Other>& /*other*/) noexcept {}
+    // NOLINTNEXTLINE(google-explicit-constructor): containers rely on the conversion
+    ValueAllocator(const ValueAllocator<Other>& /*other*/) noexcept {}
 
     [[nodiscard]] T* allocate(std::size_t count) {
         if (count > std::numeric_limits<std::ptrdiff_t>::max() / sizeof(T)) {

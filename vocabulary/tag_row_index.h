@@ -29,7 +29,7 @@ class TagRowIndex {
     void add(std::uint16_t tag, std::size_t row);
 
     [[nodiscard]] std::size_t find(std::uint16_t tag) const noexcept {
-        return pages_.data()[pageOf_[tag / pageLength]][tag % pageLength];
+        return pages_[pageOf_[tag / pageLength]][tag % pageLength];
     }
 
   private:
