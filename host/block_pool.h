@@ -32,7 +32,7 @@ class BlockPool {
   private:
     static constexpr std::size_t step = 8;
     // From the first slab of a size to the longest: each is twice the one before.
-    static constexpr std::size_t firstSlab = std::size_t{4} << 10;
+    static constexpr std::size_t firstSlab = std::size_t{2} << 10;
     static constexpr std::size_t longestSlab = std::size_t{64} << 10;
     struct FreeBlock {
         FreeBlock* next;

@@ -45,8 +45,8 @@ constexpr std::size_t lengthOfPiece(std::size_t size) noexcept {
     return pointerLength + (size + alignof(void*) - 1) / alignof(void*) * alignof(void*);
 }
 
-/// Has the system provide the pages of long memory at once, for they are about to be filled: when it
-/// does so one by one, many tags take a twentieth longer. Where it cannot nothing changes.
+/// Has the system provide the pages of long memory at once, for they are about to be filled: when
+/// it does so one by one, many tags take a twentieth longer. Where it cannot nothing changes.
 void providePages(void* memory, std::size_t length) noexcept {
     constexpr std::size_t pageLength = 4096;
     if (length >= longestLength && std::align(pageLength, pageLength, memory, length) != nullptr) {
