@@ -79,12 +79,17 @@ class TagFile {
         return defaultFields;
     }
     /// Memory for the entries of a directory, of any length and content, to be given back for the
-    /// next one.
+    /// next one. What a long directory needed is not kept.
     [[nodiscard]] std::vector<unsigned char> takeEntryBuffer() noexcept {
         return std::move(spareEntryBuffer);
     }
     void giveBackEntryBuffer(std::vector<unsigned char>&& buffer) noexcept {
-        spareEntryBuffer = std::move(buffer);
+        constexpr std::size_t most = std::size_t{16} << 10;
+        if (buffer.capacity() <= most) {
+            spareEntryBuffer = std::move(buffer);
+        } else {
+            std::vector<unsigned char>().swap(buffer);
+        }
     }
     [[nodiscard]] PointerGuard& getPointerGuard() noexcept { return pointerGuard; }
 

@@ -42,6 +42,7 @@ ValuePtr charRowFromUtf8(std::string_view text) {
     if (host::widenAscii(text, static_cast<char16_t*>(row->elementStorage()))) {
         return row;
     }
+    row.reset();
     return host::makeCharRow(host::lenientUtf16(host::utf8Converter(), text));
 }
 

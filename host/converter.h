@@ -23,9 +23,9 @@ UConverter& utf8Converter();
 
 /// Whether all characters are ASCII's.
 bool isAscii(std::string_view bytes) noexcept;
+bool isAscii(std::u16string_view text) noexcept;
 /// The same, with all characters widened to units, for which there is room.
 bool widenAscii(std::string_view bytes, char16_t* units) noexcept;
-bool isAscii(std::u16string_view text) noexcept;
 
 /// UTF-16 of bytes of any length; each sequence that the character set does not allow, in UTF-8
 /// each maximal invalid subpart, becomes one U+FFFD.

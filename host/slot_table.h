@@ -7,9 +7,9 @@
 
 namespace host {
 
-/// The values that a cell or struct array holds, in slots that are empty at first. Made of memory
-/// that comes from the system as zeros and is not written again: an array of many pages has slots
-/// by the million.
+/// The values that a cell or struct array holds, in slots that are empty at first. A large table is
+/// memory that comes from the system as zeros and is not written again: an array of many pages has
+/// slots by the million.
 class SlotTable {
   public:
     /// Raises std::length_error when the bytes cannot be counted, and std::bad_alloc.

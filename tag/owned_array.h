@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <memory>
+#include <new>
 #include <span>
 #include <type_traits>
 #include <utility>
@@ -16,13 +18,16 @@ namespace corvinex {
 /// at once.
 template <class T>
 class OwnedArray {
-    static_assert(std::is_trivial_v<T>);
+    static_assert(std::is_trivial_v<T> && alignof(T) <= alignof(void*));
 
   public:
+    /// The bytes of the longest that are cut from a chunk of values. Longer ones hold the bytes of
+    /// an entry while it is made into its value, too.
+    static constexpr std::size_t longestPiece = 64;
+
     OwnedArray() = default;
     /// Elements are unset. Raises std::bad_alloc.
-    explicit OwnedArray(std::size_t size)
-        : elements_(size == 0 ? nullptr : ValueAllocator<T>().allocate(size), Release{size}) {}
+    explicit OwnedArray(std::size_t size) : elements_(allocate(size), Release{size}) {}
     OwnedArray(const OwnedArray& other) : OwnedArray(other.size()) {
         std::copy_n(other.elements_.get(), size(), elements_.get());
     }
@@ -43,9 +48,26 @@ class OwnedArray {
     struct Release {
         std::size_t size = 0;
         void operator()(T* elements) const noexcept {
-            ValueAllocator<T>().deallocate(elements, size);
+            const std::size_t bytes = size * sizeof(T);
+            if (bytes <= longestPiece) {
+                ValueMemory::deallocate(elements, bytes);
+            } else {
+                ValueMemory::deallocateAlone(elements);
+            }
         }
     };
+
+    static T* allocate(std::size_t size) {
+        if (size == 0) {
+            return nullptr;
+        }
+        if (size > std::numeric_limits<std::ptrdiff_t>::max() / sizeof(T)) {
+            throw std::bad_array_new_length();
+        }
+        const std::size_t bytes = size * sizeof(T);
+        return static_cast<T*>(bytes <= longestPiece ? ValueMemory::allocate(bytes)
+                                                     : ValueMemory::allocateAlone(bytes));
+    }
 
     std::unique_ptr<T[], Release> elements_;
 };

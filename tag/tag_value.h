@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -62,7 +63,7 @@ class TagValue {
     [[nodiscard]] double getNumericValue(int index) const;
     [[nodiscard]] std::vector<double> getNumericValues() const;
     [[nodiscard]] std::size_t countNumericValues() const noexcept;
-    /// Writes all numbers to the start of a span that has room for them.
+    /// Writes all numbers to a span of countNumericValues() elements.
     void copyNumbersTo(std::span<double> numbers) const;
     /// Number of directory sets that a pointer tag holds.
     [[nodiscard]] std::size_t subIfdSize() const noexcept;

@@ -7,14 +7,41 @@
 
 namespace corvinex {
 
+namespace {
+
+// Long memory, in units of the system, and the length of the longest chunks.
+constexpr std::size_t longLength = std::size_t{64} << 10;
+
+/// Has the system provide the pages of long memory at once, for they are about to be filled: when
+/// it does so one by one, many tags take a twentieth longer. Where it cannot nothing changes. The
+/// stand-alone host, which shares no code with the module, does the same.
+void providePages(void* memory, std::size_t length) noexcept {
+    constexpr std::size_t pageLength = 4096;
+    if (length >= longLength && std::align(pageLength, pageLength, memory, length) != nullptr) {
+        static_cast<void>(::madvise(memory, length / pageLength * pageLength, MADV_POPULATE_WRITE));
+    }
+}
+
+}  // namespace
+
+void* ValueMemory::allocateAlone(std::size_t size) {
+    void* const memory = ::operator new(size);
+    providePages(memory, size);
+    return memory;
+}
+
+void ValueMemory::deallocateAlone(void* memory) noexcept {
+    ::operator delete(memory);
+}
+
 #ifdef CORVINEX_SANITIZED
 
 void* ValueMemory::allocate(std::size_t size) {
-    return ::operator new(size);
+    return allocateAlone(size);
 }
 
-void ValueMemory::deallocate(void* piece, std::size_t /*size*/) noexcept {
-    ::operator delete(piece);
+void ValueMemory::deallocate(void* memory, std::size_t /*size*/) noexcept {
+    deallocateAlone(memory);
 }
 
 #else
@@ -28,15 +55,21 @@ struct Chunk {
     std::size_t pieces;
 };
 
-// From the first chunk to the longest each is twice the one before: a small file takes little.
+// From a thread's first chunk to the longest each is twice the one before: a small file takes
+// little.
 constexpr std::size_t firstLength = std::size_t{4} << 10;
-constexpr std::size_t longestLength = std::size_t{64} << 10;
-// What is longer has memory of its own, so that little is left over at the end of a chunk.
+// Whatever is longer has memory of its own, so that little is left over at the end of a chunk.
 constexpr std::size_t longestPiece = std::size_t{2} << 10;
 
-// The chunk that pieces are cut from, or null.
-thread_local constinit Chunk* current = nullptr;
-thread_local constinit std::size_t nextLength = firstLength;
+struct Chunks {
+    Chunk* current = nullptr;  // that pieces are cut from; null where it would have none
+    std::size_t count = 0;
+    std::size_t nextLength = firstLength;
+};
+
+// Reached without a call, and part of every thread from its start: where there is no memory left to
+// make it later the process would end.
+[[gnu::tls_model("initial-exec")]] thread_local constinit Chunks chunks;
 
 // A pointer to its chunk stands before each piece.
 constexpr std::size_t pointerLength = sizeof(void*);
@@ -45,46 +78,37 @@ constexpr std::size_t lengthOfPiece(std::size_t size) noexcept {
     return pointerLength + (size + alignof(void*) - 1) / alignof(void*) * alignof(void*);
 }
 
-/// Has the system provide the pages of long memory at once, for they are about to be filled: when
-/// it does so one by one, many tags take a twentieth longer. Where it cannot nothing changes.
-void providePages(void* memory, std::size_t length) noexcept {
-    constexpr std::size_t pageLength = 4096;
-    if (length >= longestLength && std::align(pageLength, pageLength, memory, length) != nullptr) {
-        static_cast<void>(::madvise(memory, length / pageLength * pageLength, MADV_POPULATE_WRITE));
-    }
-}
-
-Chunk* addChunk() {
-    const std::size_t length = nextLength;
-    void* const memory = ::operator new(length);
-    nextLength = std::min(2 * length, longestLength);
-    providePages(memory, length);
-    return ::new (memory) Chunk{sizeof(Chunk), length, 0};
+/// The chunk before goes with its last piece.
+void addChunk() {
+    const std::size_t length = chunks.nextLength;
+    void* const memory = ValueMemory::allocateAlone(length);
+    chunks.current = ::new (memory) Chunk{sizeof(Chunk), length, 0};
+    ++chunks.count;
+    chunks.nextLength = std::min(2 * length, longLength);
 }
 
 void release(Chunk* chunk) noexcept {
-    if (chunk == current) {
-        current = nullptr;
-        nextLength = firstLength;
+    if (chunk == chunks.current) {
+        chunks.current = nullptr;
     }
-    ::operator delete(chunk);
+    --chunks.count;
+    if (chunks.count == 0) {
+        chunks.nextLength = firstLength;
+    }
+    ValueMemory::deallocateAlone(chunk);
 }
 
 }  // namespace
 
 void* ValueMemory::allocate(std::size_t size) {
     if (size > longestPiece) {
-        void* const memory = ::operator new(size);
-        providePages(memory, size);
-        return memory;
+        return allocateAlone(size);
     }
     const std::size_t length = lengthOfPiece(size);
-    Chunk* chunk = current;
-    if (chunk == nullptr || chunk->length - chunk->used < length) {
-        // The one before goes with its last piece.
-        chunk = addChunk();
-        current = chunk;
+    if (chunks.current == nullptr || chunks.current->length - chunks.current->used < length) {
+        addChunk();
     }
+    Chunk* const chunk = chunks.current;
     std::byte* const place = reinterpret_cast<std::byte*>(chunk) + chunk->used;
     chunk->used += length;
     ++chunk->pieces;
@@ -92,12 +116,11 @@ void* ValueMemory::allocate(std::size_t size) {
     return place + pointerLength;
 }
 
-void ValueMemory::deallocate(void* piece, std::size_t size) noexcept {
+void ValueMemory::deallocate(void* memory, std::size_t size) noexcept {
     if (size > longestPiece) {
-        ::operator delete(piece);
-        return;
+        return deallocateAlone(memory);
     }
-    Chunk* const chunk = static_cast<Chunk**>(piece)[-1];
+    Chunk* const chunk = static_cast<Chunk**>(memory)[-1];
     --chunk->pieces;
     if (chunk->pieces == 0) {
         release(chunk);

@@ -11,14 +11,22 @@ namespace corvinex {
 /// behind the other, and a chunk goes with its last piece, to serve the host values that are made
 /// next. That costs a tenth of what the library's heap takes for pieces of all sizes.
 ///
-/// A piece is given back by the thread that took it, and nothing stays behind when all are.
+/// A piece is given back by the thread that took it, and nothing stays behind when all are. The
+/// system provides the pages of all that is long at once.
+///
 /// Sanitizers watch pieces best when each has memory of its own, so in their builds it has.
 class ValueMemory {
   public:
+    /// A piece of a chunk, or memory of its own where that would leave much of a chunk unused.
     /// Aligned for pointers and numbers. Raises std::bad_alloc.
     [[nodiscard]] static void* allocate(std::size_t size);
     /// Gives back what was allocated with this size.
-    static void deallocate(void* piece, std::size_t size) noexcept;
+    static void deallocate(void* memory, std::size_t size) noexcept;
+
+    /// Memory of its own, for what may come and go before its neighbours: chunks do not fill gaps.
+    /// Raises std::bad_alloc.
+    [[nodiscard]] static void* allocateAlone(std::size_t size);
+    static void deallocateAlone(void* memory) noexcept;
 };
 
 /// The same for containers.

@@ -75,6 +75,14 @@ TEST(HardenedBinaries, LieAtNoFixedAddress) {
     EXPECT_NE(ElfImage(CORVINEX_TOOL).dynamicValue(DT_FLAGS_1) & DF_1_PIE, 0U);
 }
 
+// Such memory made at a thread's first use ends the process where there is none left.
+TEST(HardenedBinaries, TheModuleHasItsThreadLocalDataFromAThreadsStart) {
+    const ElfImage module(test::modulePath());
+    if (hasSegment(module, PT_TLS)) {
+        EXPECT_NE(module.dynamicValue(DT_FLAGS) & DF_STATIC_TLS, 0U);
+    }
+}
+
 TEST(HardenedBinaries, CheckTheBoundsOfTheStandardLibrarysContainers) {
     for (const auto& path : binaries()) {
         EXPECT_TRUE(
