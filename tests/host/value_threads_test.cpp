@@ -10,20 +10,20 @@
 
 namespace {
 
-constexpr int valueCount = 5'000;
+constexpr std::size_t valueCount = 5'000;
 
 std::vector<host::ValuePtr> makeValues() {
     std::vector<host::ValuePtr> values;
-    for (int i = 0; i < valueCount; ++i) {
-        values.push_back(host::makeNumber(i));
+    for (std::size_t i = 0; i < valueCount; ++i) {
+        values.push_back(host::makeNumber(static_cast<double>(i)));
         values.push_back(host::makeText(u"text"));
     }
     return values;
 }
 
 void expectSound(const std::vector<host::ValuePtr>& values) {
-    for (int i = 0; i < valueCount; ++i) {
-        ASSERT_EQ(host::doublesOf(*values[2 * i]).front(), i);
+    for (std::size_t i = 0; i < valueCount; ++i) {
+        ASSERT_EQ(host::doublesOf(*values[2 * i]).front(), static_cast<double>(i));
         ASSERT_EQ(host::textOf(*values[2 * i + 1]), u"text");
     }
 }
