@@ -14,6 +14,7 @@
 namespace {
 
 using corvinex::NumberList;
+using corvinex::OwnedArray;
 using corvinex::ValueAllocator;
 using corvinex::ValueMemory;
 
@@ -112,6 +113,7 @@ TEST(ValueMemory, MoreElementsThanMemoryCanHoldAreRefused) {
     constexpr std::size_t most = std::numeric_limits<std::size_t>::max();
     EXPECT_THROW(static_cast<void>(ValueAllocator<double>().allocate(most / sizeof(double) + 2)),
                  std::bad_array_new_length);
+    EXPECT_THROW(OwnedArray<double>(most / sizeof(double) + 2), std::bad_array_new_length);
 }
 
 TEST(NumberList, HoldsNoneOneOrSeveral) {
