@@ -62,7 +62,7 @@ constexpr std::size_t firstLength = std::size_t{4} << 10;
 constexpr std::size_t longestPiece = std::size_t{2} << 10;
 
 struct Chunks {
-    Chunk* current = nullptr;  // that pieces are cut from; null where it would have none
+    Chunk* current = nullptr;  // that pieces are cut from
     std::size_t count = 0;
     std::size_t nextLength = firstLength;
 };
@@ -87,15 +87,28 @@ void addChunk() {
     chunks.nextLength = std::min(2 * length, longLength);
 }
 
-void release(Chunk* chunk) noexcept {
+void remove(Chunk* chunk) noexcept {
     if (chunk == chunks.current) {
         chunks.current = nullptr;
     }
     --chunks.count;
+    ValueMemory::deallocateAlone(chunk);
+}
+
+/// What is to become of a chunk without pieces. The current one begins anew, lest a value that
+/// comes and goes by itself took a chunk each time, but it goes when it is the last.
+void release(Chunk* chunk) noexcept {
+    if (chunk == chunks.current && chunks.count > 1) {
+        chunk->used = sizeof(Chunk);
+        return;
+    }
+    remove(chunk);
+    if (chunks.count == 1 && chunks.current != nullptr && chunks.current->pieces == 0) {
+        remove(chunks.current);
+    }
     if (chunks.count == 0) {
         chunks.nextLength = firstLength;
     }
-    ValueMemory::deallocateAlone(chunk);
 }
 
 }  // namespace
