@@ -14,8 +14,8 @@ namespace corvinex {
 /// them, need no memory of their own.
 class RawValue {
   public:
-    /// What fits inside.
-    static constexpr std::size_t shortLength = 64;
+    /// What fits inside. Longer values are no pieces of a chunk, which would keep them too long.
+    static constexpr std::size_t shortLength = OwnedArray<unsigned char>::longestPiece;
 
     /// Room for size bytes, which are unspecified. Whoever asks has checked that the file holds as
     /// many.

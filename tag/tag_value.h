@@ -127,7 +127,6 @@ class TagValue {
     [[nodiscard]] HostArray getZxArraySampleFormat() const;
     [[nodiscard]] HostArray getZxArrayImageSourceData() const;
     [[nodiscard]] HostArray getZxArraySubIfds();
-    [[nodiscard]] HostArray getUnknownTagValue() const;
     [[nodiscard]] HostArray getUnknownTagText() const;
 };
 

@@ -15,17 +15,6 @@
 
 namespace corvinex {
 
-namespace {
-
-/// A row of one number.
-HostArray makeNumberElement(double number) {
-    HostArray row = makeUnsetNumbers(1, 1);
-    getNumbers(*row).front() = number;
-    return row;
-}
-
-}  // namespace
-
 HostArray TagValue::getZxArray() {
     switch (tagId) {
         case tag_number::ColorMap:
@@ -49,10 +38,7 @@ HostArray TagValue::getPlainZxArray() const {
     if (decodedWord != nullptr) {
         return makeWord(decodedWord);
     }
-    if (const double* number = std::get_if<double>(&value)) {
-        return makeNumberElement(*number);
-    }
-    return getTextOrNumberRow();
+    return std::holds_alternative<double>(value) ? getNumberRow() : getTextOrNumberRow();
 }
 
 HostArray TagValue::getTextOrNumberRow() const {
@@ -65,6 +51,11 @@ HostArray TagValue::getTextOrNumberRow() const {
 
 // Straight into the host's array: large values are never held as numbers twice.
 HostArray TagValue::getNumberRow() const {
+    if (const double* number = std::get_if<double>(&value)) {
+        HostArray element = makeUnsetNumbers(1, 1);
+        getNumbers(*element).front() = *number;
+        return element;
+    }
     HostArray row = makeUnsetNumbers(1, countNumericValues());
     copyNumbersTo(getNumbers(*row));
     return row;
@@ -113,14 +104,8 @@ HostArray TagValue::getZxArraySubIfds() {
 void TagValue::setUnknownTagZx(zxArray& unknownTags, std::size_t index) const {
     setField(unknownTags, index, "ID", makeNumber(tagId));
     setField(unknownTags, index, "Offset", makeNumber(static_cast<double>(valueOffset)));
-    setField(unknownTags, index, "Value", getUnknownTagValue());
-}
-
-HostArray TagValue::getUnknownTagValue() const {
-    if (const double* number = std::get_if<double>(&value)) {
-        return makeNumberElement(*number);
-    }
-    return getRawText().empty() ? getNumberRow() : getUnknownTagText();
+    setField(unknownTags, index, "Value",
+             getRawText().empty() ? getNumberRow() : getUnknownTagText());
 }
 
 HostArray TagValue::getUnknownTagText() const {
