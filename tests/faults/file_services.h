@@ -39,12 +39,13 @@ struct FileEffect {
 /// it is the host's own, and the calls of the C library on it are what fails.
 enum class Buffering { None, Small, Full, Own };
 
-/// Asks judge about each file call while it lives.
+/// Asks judge about each file call while it lives, and tells of each stream that is closed; one of
+/// the host's own is closed untold.
 class ScopedFileServices {
   public:
     using Judge = std::function<FileEffect(const FileCall&)>;
 
-    ScopedFileServices(Buffering buffering, Judge judge);
+    ScopedFileServices(Buffering buffering, Judge judge, std::function<void()> onClose = nullptr);
     ~ScopedFileServices();
     ScopedFileServices(const ScopedFileServices&) = delete;
     ScopedFileServices& operator=(const ScopedFileServices&) = delete;
