@@ -23,6 +23,9 @@ void writePages(const std::filesystem::path& path, std::uint64_t pages, ByteOrde
 void writeScattered(const std::filesystem::path& path, std::uint64_t pages);
 /// A BigTIFF of one page with this many private tags besides.
 void writeWide(const std::filesystem::path& path, std::uint64_t tags);
+/// The same with the types BYTE, ASCII, SHORT, LONG, RATIONAL and DOUBLE in turn, the texts of 4 to
+/// 40 bytes.
+void writeWideText(const std::filesystem::path& path, std::uint64_t tags);
 /// A BigTIFF of one page with positions and sizes of this many strips, as LONG8, and a private tag
 /// of bytes without a type.
 void writeBigArrays(const std::filesystem::path& path, std::uint64_t strips, std::uint64_t bytes);

@@ -3,6 +3,7 @@
 #include <numeric>
 #include <random>
 #include <span>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -64,6 +65,53 @@ void addPrivateTag(Directory& page, std::uint16_t tag, std::uint64_t index) {
         default:
             page.number(tag, Type::Long, index);
     }
+}
+
+/// Words and a number, as makers of cameras and microscopes write them, of 3 to 39 characters.
+std::string shortText(std::uint64_t index) {
+    std::string text = numbered("Lens %05llu f/2.8 by the workshop of 1967", index);
+    text.resize(3 + index / 6 % 37);
+    return text;
+}
+
+/// A value of one of the commonest types in turn. Only the longer texts stand outside of their
+/// entries.
+void addTextOrNumber(Directory& page, std::uint16_t tag, std::uint64_t index) {
+    switch (index % 6) {
+        case 0:
+            page.number(tag, Type::Byte, index);
+            return;
+        case 1:
+            page.text(tag, shortText(index));
+            return;
+        case 2:
+            page.number(tag, Type::Short, index);
+            return;
+        case 3:
+            page.number(tag, Type::Long, index);
+            return;
+        case 4:
+            page.rationals(tag, {{static_cast<std::uint32_t>(index), 7}});
+            return;
+        default:
+            page.doubles(tag, {static_cast<double>(index) / 4});
+    }
+}
+
+/// A BigTIFF of one page with this many private tags besides, each made by add. There are more of
+/// them than numbers for private use, so that all numbers without a name serve.
+void writePrivateTags(const std::filesystem::path& path, std::uint64_t tags,
+                      void (*add)(Directory& page, std::uint16_t tag, std::uint64_t index)) {
+    constexpr std::uint16_t firstPrivate = 701;
+    Directory page(ByteOrder::Little, Layout::BigTiff);
+    fillPage(page, 0);
+    std::uint64_t index = 0;
+    for (std::uint16_t tag = firstPrivate; index < tags; ++tag) {
+        if (!hasName(tag)) {
+            add(page, tag, index++);
+        }
+    }
+    writePage(path, page, Layout::BigTiff);
 }
 
 }  // namespace
@@ -146,16 +194,11 @@ void writeScattered(const std::filesystem::path& path, std::uint64_t pages) {
 }
 
 void writeWide(const std::filesystem::path& path, std::uint64_t tags) {
-    constexpr std::uint16_t firstPrivate = 701;
-    Directory page(ByteOrder::Little, Layout::BigTiff);
-    fillPage(page, 0);
-    std::uint64_t index = 0;
-    for (std::uint16_t tag = firstPrivate; index < tags; ++tag) {
-        if (!hasName(tag)) {
-            addPrivateTag(page, tag, index++);
-        }
-    }
-    writePage(path, page, Layout::BigTiff);
+    writePrivateTags(path, tags, addPrivateTag);
+}
+
+void writeWideText(const std::filesystem::path& path, std::uint64_t tags) {
+    writePrivateTags(path, tags, addTextOrNumber);
 }
 
 void writeBigArrays(const std::filesystem::path& path, std::uint64_t strips, std::uint64_t bytes) {
