@@ -29,7 +29,7 @@ class Case:
     name: str
     argument: str
     programs: list
-    # Rounds in proportion to the number asked for: long runs need fewer, short ones more.
+    # The rounds are this many times the number asked for: short runs need more of them.
     share: float = 1
 
 
@@ -74,7 +74,7 @@ class Programs:
         return str(self.bench / name)
 
     def command(self, program, argument):
-        # From the current folder, as a list's files are found from the list's own name.
+        # The paths are relative to the inputs' folder, in which the programs are started.
         return [*self.commands[program], argument]
 
     def counting(self, argument):
@@ -112,7 +112,7 @@ class Bench:
 
     def run(self, command, is_tool=False):
         measure = str(self.programs.bench / "measure")
-        # The tool's output is the result as text, which nobody here reads.
+        # The tool prints the whole result as text, which is not needed here.
         done = subprocess.run(
             [measure, *command],
             cwd=self.programs.inputs,
@@ -148,7 +148,7 @@ class Bench:
         show_progress("")
 
     def check(self, case):
-        """Compares what the programs count; returns complaints."""
+        """Compares what the programs count, and returns the differences as sentences."""
         self.count(case)
         expected = {name: self.counts[case.name][name] for name in ("directories", "values")}
         complaints = []
@@ -174,7 +174,7 @@ class Bench:
         return statistics.median(run.peak for run in self.runs[case, program])
 
     def ratio(self, case, program, other):
-        """Of CPU seconds; nothing where one did not run."""
+        """The ratio of CPU seconds, or None where one of the two did not run."""
         pairs = zip(self.runs.get((case, program), []), self.runs.get((case, other), []))
         ratios = [run.cpu / other_run.cpu for run, other_run in pairs]
         return statistics.median(ratios) if ratios else None

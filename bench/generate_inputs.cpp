@@ -1,4 +1,4 @@
-// Makes the inputs of the benchmark, always the same ones.
+// Makes the inputs of the benchmark. Every run makes the same bytes.
 //   generate_inputs [--tiny] FOLDER
 // --tiny makes them all a hundred times smaller. Inputs of many files are folders, each with a list
 // of its files beside it (NAME.list).
