@@ -21,18 +21,18 @@ namespace {
 // A JPEG's EXIF block lies in one APP1 segment, whose length field has 16 bits (JPEG, B.1.1.4).
 constexpr std::uint64_t maximumApp1Length = 65536;
 
-/// Whether length bytes follow where the stream stands, which is position. The size that the status
-/// told may be out of date, or the file system may not know it, so it proves only that they are
-/// there; otherwise the last of them is tried. After true the stream stands where it stood.
+/// Whether length bytes, 1 at least, follow where the stream stands, which is position. The size
+/// that the status told may be out of date, and some file systems tell a wrong one: it can show
+/// that the bytes are there, but not that they are missing, so then the last of them is tried.
+/// After true the stream stands where it stood.
 bool holdsBytes(FileStream& stream, std::uint64_t position, std::uint64_t length,
                 std::uint64_t toldSize) {
     if (liesWithin(position, length, toldSize)) {
         return true;
     }
     unsigned char last = 0;
-    // A stream that cannot tell where it stands could not be brought back there.
-    return stream.tell() == position && stream.seek(saturatingAdd(position, length - 1)) &&
-           stream.read(&last, 1, 1) == 1 && stream.seek(position);
+    return stream.seek(saturatingAdd(position, length - 1)) && stream.read(&last, 1, 1) == 1 &&
+           stream.seek(position);
 }
 
 }  // namespace
