@@ -10,16 +10,17 @@ namespace corvinex {
 class HostStream;
 
 /// Reads a regular file at positions and keeps the block that it read last, so that reads within
-/// that block ask nobody. It does not own the stream that it reads from.
+/// that block make no call. It does not own the stream that it reads from.
 class BlockReader {
   public:
     /// What the library reads at a time, and the unit of the system's cache: larger blocks cost
     /// more where values are scattered, and gain nothing where they are not.
     static constexpr std::size_t blockLength = 4096;
 
-    /// One that has no memory for a block and must not be asked to read.
+    /// Makes a reader that has no memory for a block and must not be asked to read.
     BlockReader() = default;
-    /// The length saves the question where the file ends. The file may hold less or more by now.
+    /// A known length saves the call that finds the end of the file. The file may hold less or more
+    /// by now.
     explicit BlockReader(std::uint64_t knownLength);
 
     [[nodiscard]] bool hasMemory() const noexcept { return block_ != nullptr; }

@@ -43,7 +43,7 @@ bool FileStream::seek(std::uint64_t position) noexcept {
     if (position > HostStream::farthest) {
         return false;
     }
-    // One that failed leaves the position as it was, and the next one is tried again.
+    // A seek that failed leaves the position as it was, and the next one is made in any case.
     isSound_ = stream_.seek(position);
     if (isSound_) {
         position_ = position;

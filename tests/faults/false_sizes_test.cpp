@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -32,7 +31,7 @@ Bytes smallFile() {
     return builder.bytes();
 }
 
-/// A directory that lies behind a gap, so that its end is in another block than its count.
+/// A directory of 12,000 bytes, so that its end lies in another block than its entry count.
 Bytes longFile() {
     std::vector<Field> fields;
     for (std::uint16_t tag = 60000; tag < 61000; ++tag) {
@@ -81,6 +80,7 @@ class FalseSizes : public ::testing::TestWithParam<Buffering> {
         EXPECT_TRUE(outcome.warnings.empty());
     }
 };
+
 std::string nameOf(const ::testing::TestParamInfo<Buffering>& info) {
     constexpr std::array names{"ByteByByte", "InSmallBuffers", "InFullBuffers", "FromTheSystem"};
     return names[static_cast<std::size_t>(info.param)];

@@ -68,7 +68,7 @@ TEST_F(BlockReaders, HoldWhatFollowsInTheBlockThatWasReadLast) {
     EXPECT_FALSE(blocks.holds(8192));
 }
 
-TEST_F(BlockReaders, AskNobodyForWhatTheyHold) {
+TEST_F(BlockReaders, MakeNoCallForWhatTheyHold) {
     BlockReader blocks(fileLength);
     EXPECT_EQ(read(blocks, 100, 10), expected(100, 10));
     ASSERT_EQ(::lseek(descriptor, 7, SEEK_SET), 7);

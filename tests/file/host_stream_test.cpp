@@ -62,7 +62,7 @@ TEST(HostStreamsOfPipes, KeepTheirPositionWhereASeekFails) {
     EXPECT_FALSE(stream.seek(0));
     EXPECT_FALSE(stream.seekForward(1));
     EXPECT_EQ(stream.position(), 2U);
-    // A move to where the stream stands asks nobody, so it cannot fail.
+    // A move to where the stream stands makes no call, so it cannot fail.
     EXPECT_TRUE(stream.moveTo(2));
     EXPECT_FALSE(stream.moveTo(3));
     ::close(pipe[1]);
