@@ -103,9 +103,9 @@ TEST(SearchPath, LeadsTheToolToNoFalseLibraryInTheCurrentFolder) {
     for (const std::string& name : libraryNames()) {
         fs::copy_file(CORVINEX_FALSE_LIBRARY, folder.path(name));
     }
-    const std::string image = folder.file(
-        "image.tif",
-        tool_test::TiffBytes().header(8).count(1).shortEntry(256, 3).offset(0).bytes());
+    const std::string image =
+        folder.file("image.tif",
+                    tool_test::TiffBytes().header(8).count(1).shortEntry(256, 3).offset(0).bytes());
     const CurrentFolder inside(folder.path(""));
     for (const char* const command : {"show", "call"}) {
         const tool_test::CommandResult result = tool_test::runTool({command, "image.tif"});
