@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -28,6 +30,34 @@ bool isPairAt(std::u16string_view text, std::size_t index) {
     return text[index] >= 0xD800 && text[index] <= 0xDBFF && index + 1 < text.size() &&
            text[index + 1] >= 0xDC00 && text[index + 1] <= 0xDFFF;
 }
+
+/// Memory for the JSON library, which by itself writes to what it did not get.
+class JsonMemory {
+  public:
+    static const bool kNeedFree = true;  // the library's name for it
+    static void* Malloc(std::size_t size) { return checked(std::malloc(size), size); }
+    static void* Realloc(void* block, std::size_t /*before*/, std::size_t size) {
+        if (size == 0) {
+            Free(block);
+            return nullptr;
+        }
+        return checked(std::realloc(block, size), size);
+    }
+    static void Free(void* block) { std::free(block); }
+
+  private:
+    static void* checked(void* block, std::size_t size) {
+        if (block == nullptr && size != 0) {
+            throw std::bad_alloc();
+        }
+        return block;
+    }
+};
+
+using JsonBuffer = rapidjson::GenericStringBuffer<rapidjson::UTF8<>, JsonMemory>;
+
+template <class Stream>
+using JsonWriter = rapidjson::Writer<Stream, rapidjson::UTF8<>, rapidjson::UTF8<>, JsonMemory>;
 
 /// A buffer as the JSON library's streams are.
 class JsonStream {
@@ -116,8 +146,8 @@ class RecordWriter {
     }
 
     static std::string quotedJson(std::string_view utf8) {
-        rapidjson::StringBuffer buffer;
-        rapidjson::Writer<rapidjson::StringBuffer> json(buffer);
+        JsonBuffer buffer;
+        JsonWriter<JsonBuffer> json(buffer);
         json.String(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
         return {buffer.GetString(), buffer.GetSize()};
     }
@@ -304,7 +334,7 @@ class RecordWriter {
 
     OutputBuffer& out_;
     JsonStream stream_;
-    rapidjson::Writer<JsonStream> json_;
+    JsonWriter<JsonStream> json_;
 };
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <iostream>
 #include <new>
 #include <span>
+#include <string>
 
 #include "tool/command_line.h"
 #include "tool/exit_status.h"
@@ -39,8 +40,8 @@ tool::ExitStatus runWords(std::span<char*> words) {
     try {
         return run(tool::parseCommandLine(words));
     } catch (const tool::UsageError& error) {
-        std::cerr << "corvinex: " << tool::visibleText(error.what())
-                  << "\ncorvinex: --help tells what can be given\n";
+        const std::string reason = tool::visibleText(error.what());
+        std::cerr << "corvinex: " << reason << "\ncorvinex: --help tells what can be given\n";
         return tool::BadUsage;
     }
 }
