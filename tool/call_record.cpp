@@ -3,10 +3,10 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -31,27 +31,18 @@ bool isPairAt(std::u16string_view text, std::size_t index) {
            text[index + 1] >= 0xDC00 && text[index + 1] <= 0xDFFF;
 }
 
-/// Memory for the JSON library, which by itself writes to what it did not get.
+/// Memory for the JSON library, whose own allocator gives null where there is none and is believed.
 class JsonMemory {
   public:
-    static const bool kNeedFree = true;  // the library's name for it
-    static void* Malloc(std::size_t size) { return checked(std::malloc(size), size); }
-    static void* Realloc(void* block, std::size_t /*before*/, std::size_t size) {
-        if (size == 0) {
-            Free(block);
-            return nullptr;
-        }
-        return checked(std::realloc(block, size), size);
+    static void* Malloc(std::size_t size) { return ::operator new(size); }
+    static void* Realloc(void* block, std::size_t before, std::size_t size) {
+        void* const larger = Malloc(size);
+        std::copy_n(static_cast<const std::byte*>(block), std::min(before, size),
+                    static_cast<std::byte*>(larger));
+        Free(block);
+        return larger;
     }
-    static void Free(void* block) { std::free(block); }
-
-  private:
-    static void* checked(void* block, std::size_t size) {
-        if (block == nullptr && size != 0) {
-            throw std::bad_alloc();
-        }
-        return block;
-    }
+    static void Free(void* block) { ::operator delete(block); }
 };
 
 using JsonBuffer = rapidjson::GenericStringBuffer<rapidjson::UTF8<>, JsonMemory>;
