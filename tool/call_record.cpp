@@ -115,7 +115,8 @@ class RecordWriter {
     }
 
     /// The library writes valid text only: the stretches between lone surrogates are its own, the
-    /// escapes are put between them. Long stretches go out in pieces, not as a second long text.
+    /// escapes are put between them. A long stretch goes out in parts, so that it does not become a
+    /// second long text.
     void escaped(std::u16string_view text) {
         constexpr std::size_t longStretch = 4096;
         std::size_t from = 0;

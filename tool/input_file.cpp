@@ -127,10 +127,13 @@ void InputFile::refuseUnreadable() const {
     if (S_ISDIR(record.st_mode)) {
         throw InputRefused("this is a folder, not a file");
     }
-    if (!openForReading(path_).isOpen()) {
+    const FileDescriptor file = openForReading(path_);
+    if (!file.isOpen()) {
         refuseFor(errno);
     }
-    if (S_ISREG(record.st_mode) && record.st_size == 0) {
+    // The size is no proof: a file system may tell 0 of a file that has bytes.
+    std::array<char, 1> first{};
+    if (S_ISREG(record.st_mode) && ::pread(file.number(), first.data(), first.size(), 0) == 0) {
         throw InputRefused("the file is empty");
     }
 }

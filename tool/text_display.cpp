@@ -133,10 +133,10 @@ void writeQuotedText(OutputBuffer& out, std::u16string_view text) {
         out.appendAscii(text);
         text = {};
     }
-    // Others in pieces, so that a long one does not become a second long text.
-    constexpr std::size_t longPiece = 4096;
+    // Other texts go out in parts, so that a long one does not become a second long text.
+    constexpr std::size_t longPart = 4096;
     while (!text.empty()) {
-        std::size_t length = std::min(text.size(), longPiece);
+        std::size_t length = std::min(text.size(), longPart);
         length += isPairAt(text, length - 1) ? 1 : 0;
         std::string visible;
         appendVisible(visible, text.substr(0, length), true);

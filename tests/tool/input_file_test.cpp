@@ -81,6 +81,11 @@ TEST(InputFile, AFolderAndAnEmptyFileAreUnreadable) {
     EXPECT_EQ(unreadable(folder.file("x", "x")), "");
 }
 
+TEST(InputFile, AFileOfWhichTheSystemTellsNoSizeIsNotEmpty) {
+    ASSERT_EQ(tool::InputFile("/proc/self/status", 0).size(), 0U);
+    EXPECT_EQ(unreadable("/proc/self/status"), "");
+}
+
 TEST(InputFile, AFileThatMayNotBeReadIsUnreadable) {
     const tool_test::TemporaryFolder folder;
     std::filesystem::permissions(folder.path(""), std::filesystem::perms(0755));
