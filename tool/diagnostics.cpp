@@ -81,7 +81,8 @@ std::string Diagnostics::textOf(const host::Report& report) const {
 }
 
 void Diagnostics::line(std::string_view severity, std::string_view text, std::string_view id) {
-    err_ << "corvinex: " << fileName_ << ": " << severity << ": " << visibleText(text);
+    const std::string shown = visibleText(text);  // before anything is printed: memory may run out
+    err_ << "corvinex: " << fileName_ << ": " << severity << ": " << shown;
     if (!id.empty()) {
         err_ << " [" << id << ']';
     }

@@ -29,6 +29,12 @@ constexpr std::array<Unit, 3> units{{{'G', 30}, {'M', 20}, {'K', 10}}};
 /// What a reading may need of it, several times over.
 constexpr std::size_t stackReserve = std::size_t{2} << 20U;
 
+#ifdef CORVINEX_SANITIZED
+constexpr bool limitsByItself = false;
+#else
+constexpr bool limitsByItself = true;
+#endif
+
 constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20U;
 constexpr std::uint64_t fixedPart = 512 * mebibyte;
 constexpr std::uint64_t bytesForFileByte = 24;
@@ -111,22 +117,18 @@ std::string moreMemoryText(std::uint64_t bytes) {
     constexpr std::uint64_t least = std::uint64_t{1} << 30U;
     constexpr std::uint64_t most = std::uint64_t{1} << 62U;
     const std::uint64_t more = bytes >= most / 2 ? 0 : std::bit_ceil(std::max(2 * bytes, least));
-    return sizeText(bytes) + "; --max-memory " + sizeText(more) + " allows more";
+    return sizeText(bytes) + "; --max-memory " + (more == 0 ? "0" : sizeText(more)) +
+           " allows more";
 }
 
 std::uint64_t memoryLimitFor(std::uint64_t fileSize) {
-#ifdef CORVINEX_SANITIZED
-    static_cast<void>(fileSize);
-    return 0;
-#else
     constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
-    if (fileSize > most / (2 * bytesForFileByte)) {
+    if (!limitsByItself || fileSize > most / (2 * bytesForFileByte)) {
         return 0;
     }
     const std::uint64_t forFile = bytesForFileByte * fileSize;
     const std::uint64_t limit = std::max(fixedPart + forFile, addressSpace() + reserve + forFile);
     return (limit + mebibyte - 1) / mebibyte * mebibyte;
-#endif
 }
 
 MemoryLimit::MemoryLimit(std::optional<std::uint64_t> bytes)

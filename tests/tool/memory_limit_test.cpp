@@ -41,6 +41,13 @@ TEST(MemorySize, IsWhat64BitsHold) {
     EXPECT_EQ(tool::memorySize("17179869184G"), std::nullopt);
 }
 
+TEST(MoreMemory, IsTwiceAsMuchAtLeastAndOneGibibyteAtLeast) {
+    EXPECT_EQ(tool::moreMemoryText(1), "1 bytes; --max-memory 1G allows more");
+    EXPECT_EQ(tool::moreMemoryText(513U << 20U), "513M; --max-memory 2G allows more");
+    EXPECT_EQ(tool::moreMemoryText(UINT64_MAX - (UINT64_MAX >> 10U)),
+              "17163091968G; --max-memory 0 allows more");
+}
+
 /// So many BYTE entries that share one value of 1 MiB, behind the directory. In memory a byte is a
 /// double of 8.
 std::string valueBomb(std::uint64_t entries) {
