@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::array<std::string_view, 3> names{"show", "call", "--header-offset"};
 
-TEST(NearestName, IsOneThatASlipAway) {
+TEST(NearestName, IsTheOneASlipAway) {
     for (const std::string_view word : {"show", "shw", "shoow", "snow", "shwo"}) {
         EXPECT_EQ(tool::nearestName(word, names), "show") << word;
     }
