@@ -50,6 +50,10 @@ TagFile::TagFile(std::u16string name, unsigned long long header, unsigned long s
     pointerGuard = PointerGuard(getFileSize());
 }
 
+TagFile::~TagFile() {
+    stream = FileStream();
+}
+
 void TagFile::detectFormat() {
     if (isJpeg(filename)) {
         fileFormat = FileFormat::JPEG;

@@ -31,6 +31,8 @@ class TagFile {
             unsigned long limit);
     TagFile(const TagFile&) = delete;
     TagFile& operator=(const TagFile&) = delete;
+    /// Closes the stream before the directories are released.
+    ~TagFile();
 
     /// Reads the header, skips directories and reads the main chain. Raises tiffHeaderReadFailure,
     /// badEndianness, badTiffIfdOffset, badTiffHeaderIfdOffset, unableToReadTagData, and what the
