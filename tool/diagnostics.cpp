@@ -1,7 +1,7 @@
 #include "tool/diagnostics.h"
 
 #include <algorithm>
-#include <variant>
+#include <utility>
 
 #include "host/message_catalog.h"
 #include "tool/text_display.h"
@@ -69,12 +69,10 @@ std::string Diagnostics::textOf(const host::Report& report) const {
     if (moduleName_ == askedName_) {
         return host::messageText(report);
     }
-    host::Report::Arguments arguments;
-    for (const auto& argument : report.arguments) {
-        if (const auto* const text = std::get_if<std::u16string>(&argument)) {
-            arguments.emplace_back(std::u16string(*text == moduleName_ ? askedName_ : *text));
-        } else {
-            arguments.emplace_back(std::get<std::uint64_t>(argument));
+    host::Report::Arguments arguments = report.arguments;
+    for (auto& argument : arguments) {
+        if (argument.text == moduleName_) {
+            argument.text = askedName_;
         }
     }
     return host::messageText(host::Report(report.id, std::move(arguments)));
