@@ -3,7 +3,7 @@
 #include <ostream>
 #include <string>
 
-#include "host/module.h"
+#include "host/loading/module.h"
 #include "tool/exit_status.h"
 
 namespace tool {

@@ -1,6 +1,6 @@
 #include "tool/diagnostics.h"
 
-#include "host/message_catalog.h"
+#include "host/messages/message_catalog.h"
 #include "tool/text_display.h"
 
 namespace tool {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/module.h"
+#include "host/loading/module.h"
 
 namespace tool {
 

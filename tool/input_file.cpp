@@ -4,7 +4,7 @@
 #include <optional>
 #include <system_error>
 
-#include "host/unicode.h"
+#include "host/platform/unicode.h"
 
 namespace tool {
 namespace {

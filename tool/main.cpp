@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/module.h"
+#include "host/loading/module.h"
 #include "tool/call_command.h"
 #include "tool/exit_status.h"
 #include "tool/memory_limit.h"

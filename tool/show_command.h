@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/module.h"
+#include "host/loading/module.h"
 #include "tool/exit_status.h"
 #include "tool/read_plan.h"
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstddef>
 
-#include "host/unicode.h"
+#include "host/platform/unicode.h"
 
 namespace tool {
 namespace {

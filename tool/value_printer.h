@@ -3,7 +3,7 @@
 #include <ostream>
 #include <string_view>
 
-#include "host/value.h"
+#include "host/values/value.h"
 
 namespace tool {
 

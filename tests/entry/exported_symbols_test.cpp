@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tests/support/elf_image.h"
 #include "tests/support/module_call.h"
 

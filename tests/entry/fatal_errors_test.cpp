@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/faults.h"
-#include "host/reports.h"
+#include "host/messages/reports.h"
 #include "tests/support/module_call.h"
 
 namespace {

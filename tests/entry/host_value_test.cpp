@@ -8,8 +8,8 @@
 
 #include "entry/fatal_errors.h"
 #include "host/faults.h"
-#include "host/reports.h"
-#include "host/value.h"
+#include "host/messages/reports.h"
+#include "host/values/value.h"
 #include "tests/support/module_call.h"
 
 namespace {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/faults.h"
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tests/entry/entry_call.h"
 #include "tests/faults/file_services.h"
 #include "tests/support/temporary_file.h"

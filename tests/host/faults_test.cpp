@@ -15,8 +15,8 @@
 #include "host/interface/message.h"
 #include "host/interface/platform.h"
 #include "host/interface/text.h"
-#include "host/reports.h"
-#include "host/value.h"
+#include "host/messages/reports.h"
+#include "host/values/value.h"
 
 using namespace matrix::detail::noninlined::zx_array_api;
 using host::callsOf;

@@ -1,4 +1,4 @@
-#include "host/module.h"
+#include "host/loading/module.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "host/reports.h"
+#include "host/messages/reports.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 
 #include "host/interface/array.h"
 #include "host/interface/platform.h"
-#include "host/value.h"
+#include "host/values/value.h"
 
 using fl::i18n::codecvt_mode;
 using fl::i18n::codecvt_string_to_ustring;

@@ -3,10 +3,10 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/converter.h"
 #include "host/fault_point.h"
 #include "host/interface/array.h"
-#include "host/value_types.h"
+#include "host/platform/converter.h"
+#include "host/values/value_types.h"
 
 namespace {
 

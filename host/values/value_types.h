@@ -11,10 +11,10 @@
 #include <string_view>
 #include <type_traits>
 
-#include "host/element_memory.h"
-#include "host/field_table.h"
-#include "host/slot_table.h"
-#include "host/value.h"
+#include "host/values/element_memory.h"
+#include "host/values/field_table.h"
+#include "host/values/slot_table.h"
+#include "host/values/value.h"
 
 // The value classes behind zxArray. Each counts itself among its thread's living values.
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/reports.h"
+#include "host/messages/reports.h"
 
 namespace host {
 

@@ -1,4 +1,4 @@
-#include "host/converter.h"
+#include "host/platform/converter.h"
 
 #include <unicode/ucnv_cb.h>
 #include <unicode/ucnv_err.h>

@@ -7,9 +7,9 @@
 #include <new>
 #include <utility>
 
-#include "host/converter.h"
 #include "host/fault_point.h"
 #include "host/interface/platform.h"
+#include "host/platform/converter.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "host/message_text.h"
+#include "host/messages/message_text.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "host/unicode.h"
+#include "host/platform/unicode.h"
 #include "vocabulary/tag_table.h"
 
 namespace host {

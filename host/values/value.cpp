@@ -1,8 +1,8 @@
-#include "host/value.h"
+#include "host/values/value.h"
 
 #include <stdexcept>
 
-#include "host/value_types.h"
+#include "host/values/value_types.h"
 
 namespace host {
 

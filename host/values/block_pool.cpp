@@ -1,9 +1,9 @@
-#include "host/block_pool.h"
+#include "host/values/block_pool.h"
 
 #include <algorithm>
 #include <mutex>
 
-#include "host/fresh_memory.h"
+#include "host/values/fresh_memory.h"
 
 namespace host {
 

@@ -1,4 +1,4 @@
-#include "host/field_table.h"
+#include "host/values/field_table.h"
 
 #include <algorithm>
 #include <array>

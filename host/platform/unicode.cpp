@@ -1,8 +1,8 @@
-#include "host/unicode.h"
+#include "host/platform/unicode.h"
 
 #include <stdexcept>
 
-#include "host/converter.h"
+#include "host/platform/converter.h"
 
 namespace host {
 

@@ -1,11 +1,11 @@
-#include "host/slot_table.h"
+#include "host/values/slot_table.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <limits>
 
-#include "host/element_memory.h"
-#include "host/value_types.h"
+#include "host/values/element_memory.h"
+#include "host/values/value_types.h"
 
 namespace host {
 

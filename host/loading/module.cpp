@@ -1,4 +1,4 @@
-#include "host/module.h"
+#include "host/loading/module.h"
 
 #include <dlfcn.h>
 
@@ -9,7 +9,7 @@
 #include <string>
 #include <utility>
 
-#include "host/message_catalog.h"
+#include "host/messages/message_catalog.h"
 
 namespace host {
 

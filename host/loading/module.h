@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "host/interface/plugin.h"
-#include "host/reports.h"
-#include "host/value.h"
+#include "host/messages/reports.h"
+#include "host/values/value.h"
 
 namespace host {
 

@@ -1,4 +1,4 @@
-#include "host/value_types.h"
+#include "host/values/value_types.h"
 
 #include <algorithm>
 #include <stdexcept>

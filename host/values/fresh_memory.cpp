@@ -1,4 +1,4 @@
-#include "host/fresh_memory.h"
+#include "host/values/fresh_memory.h"
 
 #include <sys/mman.h>
 

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "host/block_pool.h"
+#include "host/values/block_pool.h"
 
 namespace host {
 

@@ -1,9 +1,9 @@
-#include "host/reports.h"
+#include "host/messages/reports.h"
 
 #include <utility>
 
 #include "host/fault_point.h"
-#include "host/message_catalog.h"
+#include "host/messages/message_catalog.h"
 
 namespace host {
 

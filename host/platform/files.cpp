@@ -9,7 +9,7 @@
 
 #include "host/fault_point.h"
 #include "host/interface/platform.h"
-#include "host/unicode.h"
+#include "host/platform/unicode.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "host/fault_point.h"
 #include "host/interface/text.h"
-#include "host/value_types.h"
+#include "host/values/value_types.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "host/element_memory.h"
+#include "host/values/element_memory.h"
 
 #include <cstdlib>
 #include <cstring>
 #include <new>
 
-#include "host/fresh_memory.h"
+#include "host/values/fresh_memory.h"
 
 namespace host {
 

@@ -1,10 +1,10 @@
-#include "host/message_catalog.h"
+#include "host/messages/message_catalog.h"
 
 #include <algorithm>
 #include <iterator>
 #include <string_view>
 
-#include "host/message_text.h"
+#include "host/messages/message_text.h"
 
 namespace host {
 
