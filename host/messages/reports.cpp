@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "host/fault_point.h"
 #include "host/messages/message_catalog.h"
 
 namespace host {
@@ -30,7 +29,6 @@ Error::~Error() = default;
 }  // namespace host
 
 void zxWarningMsgId(const resource_core::BaseMsgID& message) {
-    host::faultPoint(host::Operation::zxWarningMsgId);
     const host::WarningSink* const sink = host::currentSink;
     if (sink != nullptr && *sink) {
         (*sink)(host::Report(message));
@@ -40,9 +38,7 @@ void zxWarningMsgId(const resource_core::BaseMsgID& message) {
 namespace matrix::detail {
 
 void do_legacy_zx_error(const foundation::core::except::IUserException& error) {
-    if (!host::faultDue(host::Operation::do_legacy_zx_error)) {
-        throw host::Error(host::Report(error.message()));
-    }
+    throw host::Error(host::Report(error.message()));
 }
 
 }  // namespace matrix::detail

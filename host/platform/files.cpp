@@ -7,7 +7,6 @@
 #include <optional>
 #include <stdexcept>
 
-#include "host/fault_point.h"
 #include "host/interface/platform.h"
 #include "host/platform/unicode.h"
 
@@ -15,8 +14,6 @@ namespace {
 
 using boost::posix_time::ptime;
 using fl::filesystem::file_status;
-using host::faultPoint;
-using host::Operation;
 
 /// The bytes that name a file to the system; nothing when no file can have the name.
 std::optional<std::string> nativePath(const std::u16string& path) {
@@ -74,12 +71,10 @@ file_status::file_type typeFrom(mode_t mode) noexcept {
 namespace fl::filesystem {
 
 bool exists(const std::u16string& path) {
-    faultPoint(Operation::exists);
     return statusRecord(path).has_value();
 }
 
 file_status status(const std::u16string& path) {
-    faultPoint(Operation::status);
     file_status result;
     const std::optional<struct stat> record = statusRecord(path);
     if (record) {
@@ -94,10 +89,6 @@ file_status status(const std::u16string& path) {
 }
 
 std::FILE* fopen(const std::u16string& path, const std::string& mode) {
-    if (host::faultDue(Operation::fopen)) {
-        errno = EIO;
-        return nullptr;
-    }
     const std::optional<std::string> native = nativePath(path);
     if (!native) {
         errno = ENOENT;

@@ -7,7 +7,6 @@
 #include <new>
 #include <utility>
 
-#include "host/fault_point.h"
 #include "host/interface/platform.h"
 #include "host/platform/converter.h"
 
@@ -57,13 +56,11 @@ UConverter& localeConverter() {
 namespace fl::i18n {
 
 std::u16string to_ustring(const std::string& text) {
-    host::faultPoint(host::Operation::to_ustring);
     return host::lenientUtf16(localeConverter(), text);
 }
 
 std::string detect_charset(const char* bytes, std::size_t count,
                            const std::string& unrecognizedName) {
-    host::faultPoint(host::Operation::detect_charset);
     if (count == 0) {
         return unrecognizedName;
     }
@@ -82,7 +79,6 @@ std::string detect_charset(const char* bytes, std::size_t count,
 
 std::u16string codecvt_string_to_ustring(const std::string& bytes, const std::string& charset,
                                          codecvt_mode mode, KvLocale /*locale*/) {
-    host::faultPoint(host::Operation::codecvt_string_to_ustring);
     const host::ConverterPtr converter = openOrFallback(charset);
     return mode == codecvt_mode::lenient ? host::lenientUtf16(*converter, bytes)
                                          : host::strictUtf16(*converter, bytes);

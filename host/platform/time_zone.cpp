@@ -2,7 +2,6 @@
 #include <ctime>
 #include <stdexcept>
 
-#include "host/fault_point.h"
 #include "host/interface/platform.h"
 
 namespace fl::i18n::time_zone {
@@ -14,7 +13,6 @@ constexpr const char* utcName = "UTC";
 }  // namespace
 
 timezone::timezone(const std::string& name) : name_(name) {
-    host::faultPoint(host::Operation::timezone);
     if (!name_.empty() && name_ != utcName) {
         throw std::invalid_argument("the time zone " + name_ + " is not known; there are UTC and " +
                                     "the local zone, which has the empty name");
@@ -22,7 +20,6 @@ timezone::timezone(const std::string& name) : name_(name) {
 }
 
 boost::posix_time::ptime from_utc(const boost::posix_time::ptime& utc, const timezone& zone) {
-    host::faultPoint(host::Operation::from_utc);
     if (utc.is_special() || zone.name() == utcName) {
         return utc;
     }

@@ -3,15 +3,12 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/fault_point.h"
 #include "host/interface/array.h"
 #include "host/platform/converter.h"
 #include "host/values/value_types.h"
 
 namespace {
 
-using host::faultPoint;
-using host::Operation;
 using host::Size;
 using host::Value;
 using host::ValueClass;
@@ -65,7 +62,6 @@ void destroyArray(zxArray* value) noexcept {
 namespace detail::noninlined::zx_array_api {
 
 double zxGetScalar(const zxArray* value) {
-    faultPoint(Operation::zxGetScalar);
     if (value == nullptr || value->elementStorage() == nullptr) {
         refuse("the value has no number");
     }
@@ -81,28 +77,23 @@ double zxGetScalar(const zxArray* value) {
 }
 
 void* zxGetElements(zxArray* value) {
-    faultPoint(Operation::zxGetElements);
     return required(value).elementStorage();
 }
 
 const void* zxGetElements(const zxArray* value) {
-    faultPoint(Operation::zxGetElements);
     return required(value).elementStorage();
 }
 
 std::size_t zxGetElementCount(const zxArray* value) {
-    faultPoint(Operation::zxGetElementCount);
     return required(value).elementCount();
 }
 
 zxArray* zxCreateDoubleScalar(double value) {
-    faultPoint(Operation::zxCreateDoubleScalar);
     return host::DoubleArray::makeScalar(value).release();
 }
 
 zxArray* zxCreateNumericArray(std::size_t ndim, const std::size_t* dims, zxClassID classId,
                               zxComplexity complexity) {
-    faultPoint(Operation::zxCreateNumericArray);
     if (complexity != zxComplexity::Real) {
         refuse("numeric arrays are real");
     }
@@ -121,7 +112,6 @@ zxArray* zxCreateNumericArray(std::size_t ndim, const std::size_t* dims, zxClass
 }
 
 zxArray* zxCreateString(const char* text) {
-    faultPoint(Operation::zxCreateString);
     if (text == nullptr) {
         refuse("there is no text");
     }
@@ -129,24 +119,20 @@ zxArray* zxCreateString(const char* text) {
 }
 
 zxArray* zxCreateCharArray(std::size_t ndim, const std::size_t* dims) {
-    faultPoint(Operation::zxCreateCharArray);
     return host::CharArray::make(sizeFrom(ndim, dims)).release();
 }
 
 zxArray* zxCreateCellArray(std::size_t ndim, const std::size_t* dims) {
-    faultPoint(Operation::zxCreateCellArray);
     return ValuePtr(new host::CellArray(sizeFrom(ndim, dims))).release();
 }
 
 void zxSetCell(zxArray* cell, std::size_t index, zxArray* value) {
-    faultPoint(Operation::zxSetCell);
     required<host::CellArray>(cell, ValueClass::Cell, "the value is not a cell array")
         .setCell(index, value);
 }
 
 zxArray* zxCreateStructArray(std::size_t ndim, const std::size_t* dims, int nfields,
                              const char** names) {
-    faultPoint(Operation::zxCreateStructArray);
     if (nfields < 0 || (nfields > 0 && names == nullptr)) {
         refuse("a struct array needs its field names");
     }
@@ -155,7 +141,6 @@ zxArray* zxCreateStructArray(std::size_t ndim, const std::size_t* dims, int nfie
 }
 
 void zxSetField(zxArray* array, std::size_t index, const char* name, zxArray* value) {
-    faultPoint(Operation::zxSetField);
     auto& target =
         required<host::StructArray>(array, ValueClass::Struct, "the value is not a struct array");
     if (name == nullptr) {
@@ -167,17 +152,14 @@ void zxSetField(zxArray* array, std::size_t index, const char* name, zxArray* va
 }  // namespace detail::noninlined::zx_array_api
 
 unique_zxArray create(const char16_t* text, std::size_t length) {
-    faultPoint(Operation::createFromUtf16);
     return host::makeCharRow({text, length});
 }
 
 unique_zxArray create(const char* text, std::size_t length) {
-    faultPoint(Operation::createFromNarrow);
     return charRowFromUtf8({text, length});
 }
 
 zxArray* to_korvel(unique_zxArray handle) {
-    faultPoint(Operation::to_korvel);
     return handle.release();
 }
 

@@ -1,13 +1,10 @@
 #include <stdexcept>
 
-#include "host/fault_point.h"
 #include "host/interface/text.h"
 #include "host/values/value_types.h"
 
 namespace {
 
-using host::faultPoint;
-using host::Operation;
 using host::Size;
 using host::ValueClass;
 
@@ -28,7 +25,6 @@ bool isCharRow(const zxArray* value, bool allowEmptyArray) {
 namespace Quillon::String {
 
 bool isScalarText(const zxArray* value, bool allowEmptyArray, bool allowCellText) {
-    faultPoint(Operation::isScalarText);
     if (holdsClass(value, ValueClass::String) || isCharRow(value, allowEmptyArray)) {
         return true;
     }
@@ -38,12 +34,10 @@ bool isScalarText(const zxArray* value, bool allowEmptyArray, bool allowCellText
 }
 
 bool isString(const zxArray* value) {
-    faultPoint(Operation::isString);
     return holdsClass(value, ValueClass::String);
 }
 
 std::optional<std::u16string_view> getString(const zxArray* value) {
-    faultPoint(Operation::getString);
     if (!holdsClass(value, ValueClass::String)) {
         throw std::invalid_argument("the value is not a string");
     }

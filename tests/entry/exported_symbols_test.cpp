@@ -116,6 +116,16 @@ TEST(DynamicSymbolTable, NamesNoHostFacilityOutsideTheHostsNamespaces) {
     }
 }
 
+TEST(DynamicSymbolTable, OfTheHostHasNothingThatFailsOnCommand) {
+    const DynamicSymbols host = symbolsOf(hostLibrary());
+    ASSERT_FALSE(host.defined.empty());
+    for (const std::string& function : functionsOf(host.defined)) {
+        EXPECT_EQ(function.find("Fault"), std::string::npos) << function;
+        EXPECT_EQ(function.find("OperationFailed"), std::string::npos) << function;
+        EXPECT_EQ(function.find("callsOf"), std::string::npos) << function;
+    }
+}
+
 TEST(DynamicSymbolTable, UsesTheTiffLibraryForElementWidthsOnly) {
     const DynamicSymbols module = symbolsOf(test::modulePath());
     Names used;

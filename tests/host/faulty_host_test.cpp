@@ -1,4 +1,4 @@
-#include "host/faults.h"
+#include "tests/support/faults.h"
 
 #include <gtest/gtest.h>
 
@@ -19,11 +19,11 @@
 #include "host/values/value.h"
 
 using namespace matrix::detail::noninlined::zx_array_api;
-using host::callsOf;
-using host::Operation;
-using host::OperationFailed;
-using host::ScopedFault;
 using host::ValuePtr;
+using test::callsOf;
+using test::Operation;
+using test::OperationFailed;
+using test::ScopedFault;
 
 namespace {
 
@@ -124,7 +124,7 @@ TEST(Faults, EachOperationFailsAtItsNthCallOnceAndLeavesNoValueBehind) {
         EXPECT_NO_THROW(call.make());
         EXPECT_EQ(host::livingValues(), before);
     }
-    EXPECT_EQ(covered.size(), host::operationCount);
+    EXPECT_EQ(covered.size(), test::operationCount);
 }
 
 TEST(Faults, AFailingOpenGivesNoStream) {

@@ -1,16 +1,19 @@
-#include "host/faults.h"
+#include "tests/support/faults.h"
 
 #include <array>
 #include <string>
 
-#include "host/fault_point.h"
-
-namespace host {
-
-[[gnu::tls_model("initial-exec")]] thread_local constinit std::array<CallCount, operationCount>
-    callCounts;
+namespace test {
 
 namespace {
+
+struct CallCount {
+    std::size_t calls = 0;
+    std::size_t failingCall = 0;  // 0: none
+};
+
+/// This thread's counts, in the order of Operation.
+thread_local constinit std::array<CallCount, operationCount> callCounts;
 
 constexpr std::array<const char*, operationCount> operationNames = {
     "zxGetScalar",
@@ -71,8 +74,9 @@ std::size_t callsOf(Operation operation) noexcept {
     return countOf(operation).calls;
 }
 
-void failOnCommand(Operation operation) {
-    throw OperationFailed(operation);
+bool faultDue(Operation operation) noexcept {
+    CallCount& count = countOf(operation);
+    return ++count.calls == count.failingCall;
 }
 
-}  // namespace host
+}  // namespace test

@@ -5,10 +5,12 @@
 
 #include "host/interface/export.h"
 
-// Failures on command, for tests: any operation that the host supplies can be made to fail at its
-// n-th call in this thread. destroyArray releases and cannot fail.
+// Failures on command: any operation that the stand-alone host supplies can be made to fail at its
+// n-th call in this thread. The library corvinex-faulty-host defines the operations once more, in
+// front of the host's own, counts the calls and hands them on; the host itself knows nothing of it.
+// destroyArray releases and cannot fail.
 
-namespace host {
+namespace test {
 
 enum class Operation {
     zxGetScalar,
@@ -71,4 +73,7 @@ class ZX_HOST_API ScopedFault {
 /// How often this thread has called an operation.
 ZX_HOST_API std::size_t callsOf(Operation operation) noexcept;
 
-}  // namespace host
+/// Counts one call of an operation in this thread; true when that call is to fail.
+[[nodiscard]] bool faultDue(Operation operation) noexcept;
+
+}  // namespace test
