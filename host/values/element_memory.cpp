@@ -24,8 +24,8 @@ void* provide(void* memory, std::size_t size) {
 // NOLINTBEGIN(cppcoreguidelines-no-malloc)
 
 void* ElementMemory::allocateZeroed(std::size_t size) {
-    if (size <= BlockPool::largestBlock) {
-        return std::memset(BlockPool::ofThisThread().allocate(size), 0, size);
+    if (size <= largestValueBlock) {
+        return std::memset(allocate(size), 0, size);
     }
     return provide(std::calloc(1, size), size);
 }
