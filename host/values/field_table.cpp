@@ -5,23 +5,59 @@
 #include <bit>
 #include <cstring>
 #include <functional>
+#include <mutex>
 #include <stdexcept>
+#include <utility>
 
 namespace host {
 
-std::shared_ptr<FieldTable> FieldTable::of(std::span<const char* const> names) {
-    // As many as one directory of a photo has below it, and some.
-    constexpr std::size_t remembered = 8;
-    thread_local std::array<std::shared_ptr<FieldTable>, remembered> tables;
-    thread_local std::size_t oldest = 0;
-    for (const auto& table : tables) {
-        if (table != nullptr && table->hasNames(names)) {
-            return table;
-        }
+namespace {
+
+/// The tables of the latest arrays.
+class LatestTables {
+  public:
+    /// A table that holds of names; null when there is none.
+    template <typename Predicate>
+    [[nodiscard]] std::shared_ptr<FieldTable> find(Predicate holds) {
+        const std::lock_guard lock(mutex_);
+        const auto* const found = std::find_if(tables_.begin(), tables_.end(), holds);
+        return found == tables_.end() ? nullptr : *found;
     }
-    auto table = std::make_shared<FieldTable>(names);
-    tables[oldest] = table;
-    oldest = (oldest + 1) % remembered;
+
+    void add(std::shared_ptr<FieldTable> table) {
+        const std::lock_guard lock(mutex_);
+        tables_[oldest_].swap(table);
+        oldest_ = (oldest_ + 1) % tables_.size();
+    }
+
+  private:
+    // As many as one directory of a photo has below it, and some.
+    std::array<std::shared_ptr<FieldTable>, 8> tables_;
+    std::size_t oldest_ = 0;
+    std::mutex mutex_;
+};
+
+/// Never destroyed: an array may be made while the process ends.
+union LastingTables {
+    constexpr LastingTables() noexcept : tables() {}
+    ~LastingTables() {}  // NOLINT(modernize-use-equals-default): that one would be deleted
+    LastingTables(const LastingTables&) = delete;
+    LastingTables& operator=(const LastingTables&) = delete;
+    LatestTables tables;
+};
+
+constinit LastingTables latest;
+
+}  // namespace
+
+std::shared_ptr<FieldTable> FieldTable::of(std::span<const char* const> names) {
+    std::shared_ptr<FieldTable> table = latest.tables.find([names](const auto& candidate) {
+        return candidate != nullptr && candidate->hasNames(names);
+    });
+    if (table == nullptr) {
+        table = std::make_shared<FieldTable>(names);
+        latest.tables.add(table);
+    }
     return table;
 }
 

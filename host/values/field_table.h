@@ -13,12 +13,12 @@
 namespace host {
 
 /// The field names of struct arrays, in order, found by name in constant time. One table serves all
-/// elements of an array and all arrays of its thread that have the same names; it learns the order
-/// in which their fields are set.
+/// elements of an array and later arrays that have the same names, of any thread; it learns the
+/// order in which their fields are set.
 class FieldTable {
   public:
-    /// The table of these names, shared with earlier arrays of this thread that have the same: the
-    /// sub-directories of a file mostly do. Raises as the constructor does.
+    /// The table of these names, shared with earlier arrays that have the same: the sub-directories
+    /// of a file mostly do. Raises as the constructor does.
     [[nodiscard]] static std::shared_ptr<FieldTable> of(std::span<const char* const> names);
 
     /// Raises std::invalid_argument for a null name and for a name that stands twice.
