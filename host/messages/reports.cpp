@@ -8,7 +8,7 @@ namespace host {
 
 namespace {
 
-thread_local const WarningSink* currentSink = nullptr;
+thread_local constinit const WarningSink* currentSink = nullptr;
 
 }  // namespace
 

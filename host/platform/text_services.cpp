@@ -1,87 +1,45 @@
 #include <langinfo.h>
-#include <unicode/ucsdet.h>
 
-#include <algorithm>
-#include <limits>
-#include <memory>
-#include <new>
-#include <utility>
+#include <string_view>
 
 #include "host/interface/platform.h"
-#include "host/platform/converter.h"
+#include "host/platform/character_sets.h"
+#include "host/platform/unicode.h"
+
+namespace fl::i18n {
 
 namespace {
 
-struct CloseDetector {
-    void operator()(UCharsetDetector* detector) const noexcept { ucsdet_close(detector); }
-};
-using DetectorPtr = std::unique_ptr<UCharsetDetector, CloseDetector>;
-
-/// This thread's detector. It is kept because the library does not tell, and does not survive, a
-/// lack of memory while it makes one: the memory is asked for beforehand, once.
-UCharsetDetector& charsetDetector() {
-    thread_local DetectorPtr detector;
-    if (detector == nullptr) {
-        constexpr std::size_t moreThanItTakes = std::size_t{64} << 10;
-        ::operator delete(::operator new(moreThanItTakes));
-        UErrorCode status = U_ZERO_ERROR;
-        detector.reset(ucsdet_open(&status));
-        if (detector == nullptr) {
-            throw std::bad_alloc();
-        }
-    }
-    return *detector;
-}
-
-// What every byte sequence can be read as.
-constexpr const char* fallbackCharset = "ISO-8859-1";
-
-host::ConverterPtr openOrFallback(const std::string& charset) {
-    host::ConverterPtr converter = host::openConverter(charset);
-    return converter != nullptr ? std::move(converter) : host::openConverter(fallbackCharset);
-}
-
-/// A converter for the character set of the locale that is current now.
-UConverter& localeConverter() {
-    thread_local std::pair<std::string, host::ConverterPtr> current;
-    const char* const codeset = nl_langinfo(CODESET);
-    if (current.second == nullptr || current.first != codeset) {
-        current = {codeset, openOrFallback(codeset)};
-    }
-    return *current.second;
+/// The bytes of a text that may have zeros behind it to its full length.
+std::string_view withoutClosingZeros(std::string_view bytes) noexcept {
+    const std::size_t last = bytes.find_last_not_of('\0');
+    return bytes.substr(0, last == std::string_view::npos ? 0 : last + 1);
 }
 
 }  // namespace
 
-namespace fl::i18n {
-
 std::u16string to_ustring(const std::string& text) {
-    return host::lenientUtf16(localeConverter(), text);
+    return host::utf16From(::nl_langinfo(CODESET), text, host::BadSequences::Replaced);
 }
 
 std::string detect_charset(const char* bytes, std::size_t count,
                            const std::string& unrecognizedName) {
-    if (count == 0) {
+    const std::string_view text = withoutClosingZeros({bytes, count});
+    if (text.empty()) {
         return unrecognizedName;
     }
-    UCharsetDetector* const detector = &charsetDetector();
-    UErrorCode status = U_ZERO_ERROR;
-    // The detector counts in 32 bits; what lies beyond cannot change much.
-    constexpr std::size_t most = std::numeric_limits<std::int32_t>::max();
-    ucsdet_setText(detector, bytes, static_cast<std::int32_t>(std::min(count, most)), &status);
-    const UCharsetMatch* const match = ucsdet_detect(detector, &status);
-    const char* const name = match == nullptr ? nullptr : ucsdet_getName(match, &status);
-    if (status == U_MEMORY_ALLOCATION_ERROR) {
-        throw std::bad_alloc();
+    if (host::isUtf8(text)) {
+        return "UTF-8";
     }
-    return U_FAILURE(status) || name == nullptr ? unrecognizedName : name;
+    const std::string charset = host::likelyCharset(text);
+    return charset.empty() ? unrecognizedName : charset;
 }
 
 std::u16string codecvt_string_to_ustring(const std::string& bytes, const std::string& charset,
                                          codecvt_mode mode, KvLocale /*locale*/) {
-    const host::ConverterPtr converter = openOrFallback(charset);
-    return mode == codecvt_mode::lenient ? host::lenientUtf16(*converter, bytes)
-                                         : host::strictUtf16(*converter, bytes);
+    return host::utf16From(
+        charset, bytes,
+        mode == codecvt_mode::lenient ? host::BadSequences::Replaced : host::BadSequences::Refused);
 }
 
 }  // namespace fl::i18n

@@ -4,7 +4,8 @@
 #include <string>
 
 #include "host/interface/array.h"
-#include "host/platform/converter.h"
+#include "host/platform/ascii.h"
+#include "host/platform/unicode.h"
 #include "host/values/value_types.h"
 
 namespace {
@@ -48,7 +49,7 @@ ValuePtr charRowFromUtf8(std::string_view text) {
         return row;
     }
     row.reset();
-    return host::makeCharRow(host::lenientUtf16(host::utf8Converter(), text));
+    return host::makeCharRow(host::lenientUtf16FromUtf8(text));
 }
 
 }  // namespace
