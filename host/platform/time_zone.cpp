@@ -1,5 +1,9 @@
+#include <atomic>
 #include <boost/date_time/posix_time/posix_time_types.hpp>
+#include <cerrno>
+#include <cstdlib>
 #include <ctime>
+#include <new>
 #include <stdexcept>
 
 #include "host/interface/platform.h"
@@ -9,6 +13,25 @@ namespace fl::i18n::time_zone {
 namespace {
 
 constexpr const char* utcName = "UTC";
+
+// Whether the C library once read the zone that TZ names without memory: it then takes UTC instead,
+// and does not read again while TZ stays as it is.
+constinit std::atomic<bool> isZoneUnread = false;
+
+/// Has the C library look at TZ anew, which may have changed. False when there was not the memory.
+[[nodiscard]] bool readLocalZone() noexcept {
+    errno = 0;
+    ::tzset();
+    const bool isRead = errno != ENOMEM;
+    // Without TZ the system's zone is looked at each time.
+    if (!isRead && std::getenv("TZ") != nullptr) {
+        isZoneUnread = true;
+    }
+    return isRead && !isZoneUnread;
+}
+
+// A zone takes its memory where it is first read: while the host is loaded there is some.
+[[maybe_unused]] const bool isReadAtLoad = readLocalZone();
 
 }  // namespace
 
@@ -30,6 +53,9 @@ boost::posix_time::ptime from_utc(const boost::posix_time::ptime& utc, const tim
     const std::int64_t microseconds = (total % perSecond + perSecond) % perSecond;
     const std::time_t seconds = (total - microseconds) / perSecond;
     std::tm local{};
+    if (!readLocalZone()) {
+        throw std::bad_alloc();
+    }
     if (::localtime_r(&seconds, &local) == nullptr) {
         throw std::out_of_range("the local time of " + std::to_string(seconds) +
                                 " s after 1970 cannot be told");
