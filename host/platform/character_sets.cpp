@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <span>
@@ -46,9 +47,11 @@ void U_CALLCONV replaceBytes(const void*, UConverterToUnicodeArgs* arguments, co
     }
 }
 
-bool startsWithAscii(const UConverter& converter) {
-    const UConverterType type = ucnv_getType(&converter);
-    return type == UCNV_UTF8 || type == UCNV_US_ASCII || type == UCNV_LATIN_1;
+/// Whether a set is one of those that most locales and files have, which begin with ASCII.
+bool beginsWithAscii(std::string_view charset) noexcept {
+    constexpr std::string_view names[] = {"UTF-8", "ANSI_X3.4-1968", "US-ASCII", "ISO-8859-1",
+                                          "windows-1252"};
+    return std::find(std::begin(names), std::end(names), charset) != std::end(names);
 }
 
 void raiseOnFailure(UErrorCode status) {
@@ -146,6 +149,9 @@ DetectorPtr openDetector() {
 
 std::u16string utf16From(const std::string& charset, std::string_view bytes,
                          BadSequences badSequences) {
+    if (isAscii(bytes) && beginsWithAscii(charset)) {
+        return {bytes.begin(), bytes.end()};
+    }
     if (charset == "UTF-8") {
         return utf16FromUtf8(bytes, badSequences);
     }
@@ -153,9 +159,6 @@ std::u16string utf16From(const std::string& charset, std::string_view bytes,
     const ConverterPtr converter = openOrFallback(charset);
     if (converter == nullptr) {
         throw std::runtime_error("ICU has no converter for ISO-8859-1");
-    }
-    if (isAscii(bytes) && startsWithAscii(*converter)) {
-        return {bytes.begin(), bytes.end()};
     }
     UErrorCode status = U_ZERO_ERROR;
     ucnv_setToUCallBack(

@@ -86,7 +86,8 @@ class BlockLists {
     Slab* slabs_ = nullptr;
 };
 
-/// Threads are spread over some lists, so that they seldom wait for each other.
+/// Threads are spread over some lists, so that they seldom wait for each other. Where there is one
+/// thread alone, it needs neither its place nor a lock.
 class ValueMemory final : public std::pmr::memory_resource {
   private:
     struct alignas(64) Share {
@@ -94,44 +95,34 @@ class ValueMemory final : public std::pmr::memory_resource {
         BlockLists lists;
     };
 
-    /// The lists that this thread uses, locked where there are other threads at all.
-    class Use {
-      public:
-        explicit Use(Share& share) noexcept
-            : share_(share), isLocked_(__libc_single_threaded == 0) {
-            if (isLocked_) {
-                share_.mutex.lock();
-            }
-        }
-        ~Use() {
-            if (isLocked_) {
-                share_.mutex.unlock();
-            }
-        }
-        Use(const Use&) = delete;
-        Use& operator=(const Use&) = delete;
-        BlockLists* operator->() const noexcept { return &share_.lists; }
-
-      private:
-        Share& share_;
-        bool isLocked_;
-    };
-
     static bool isSmall(std::size_t size, std::size_t alignment) noexcept {
         return size <= largestValueBlock && alignment <= BlockLists::alignment;
     }
 
     void* do_allocate(std::size_t size, std::size_t alignment) override {
-        return isSmall(size, alignment) ? Use(ofThisThread())->take(size)
-                                        : ::operator new (size, std::align_val_t{alignment});
+        if (!isSmall(size, alignment)) {
+            return std::pmr::new_delete_resource()->allocate(size, alignment);
+        }
+        if (__libc_single_threaded != 0) {
+            return shares_[0].lists.take(size);
+        }
+        Share& share = ofThisThread();
+        const std::lock_guard lock(share.mutex);
+        return share.lists.take(size);
     }
 
     void do_deallocate(void* memory, std::size_t size, std::size_t alignment) override {
-        if (isSmall(size, alignment)) {
-            Use(ofThisThread())->giveBack(memory, size);
-        } else {
+        if (!isSmall(size, alignment)) {
             std::pmr::new_delete_resource()->deallocate(memory, size, alignment);
+            return;
         }
+        if (__libc_single_threaded != 0) {
+            shares_[0].lists.giveBack(memory, size);
+            return;
+        }
+        Share& share = ofThisThread();
+        const std::lock_guard lock(share.mutex);
+        share.lists.giveBack(memory, size);
     }
 
     [[nodiscard]] bool do_is_equal(const memory_resource& other) const noexcept override {

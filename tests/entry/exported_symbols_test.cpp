@@ -126,6 +126,13 @@ TEST(DynamicSymbolTable, OfTheHostHasNothingThatFailsOnCommand) {
     }
 }
 
+// The C library ends the process where it has no memory to note one.
+TEST(DynamicSymbolTable, OfTheHostRegistersNoDestructorOfAThread) {
+    for (const std::string& symbol : symbolsOf(hostLibrary()).undefined) {
+        EXPECT_EQ(symbol.find("thread_atexit"), std::string::npos) << symbol;
+    }
+}
+
 TEST(DynamicSymbolTable, UsesTheTiffLibraryForElementWidthsOnly) {
     const DynamicSymbols module = symbolsOf(test::modulePath());
     Names used;
