@@ -12,7 +12,7 @@ namespace {
 
 struct Message {
     std::string_view id;
-    std::string_view text;  // for the holes see fillHoles
+    std::string_view text;  // for its placeholders see fillPlaceholders
 };
 
 constexpr Message catalog[] = {
@@ -105,7 +105,7 @@ std::string messageText(const Report& report) {
         std::find_if(std::begin(catalog), std::end(catalog),
                      [&report](const Message& message) { return message.id == report.id; });
     if (entry != std::end(catalog)) {
-        return fillHoles(entry->text, report.arguments);
+        return fillPlaceholders(entry->text, report.arguments);
     }
     std::string text = report.id;
     const char* separator = ": ";

@@ -15,16 +15,16 @@ namespace {
 
 using Argument = resource_core::BaseMsgID::Argument;
 
-struct Hole {
+struct Placeholder {
     std::size_t place;
     std::string_view form;
 };
 
-/// The hole that the text between two braces describes.
-std::optional<Hole> holeFrom(std::string_view inside) {
-    Hole hole{0, {}};
+/// The placeholder that the text between two braces describes.
+std::optional<Placeholder> placeholderFrom(std::string_view inside) {
+    Placeholder placeholder{0, {}};
     const char* const end = inside.data() + inside.size();
-    const auto [rest, error] = std::from_chars(inside.data(), end, hole.place);
+    const auto [rest, error] = std::from_chars(inside.data(), end, placeholder.place);
     if (error != std::errc()) {
         return std::nullopt;
     }
@@ -32,8 +32,8 @@ std::optional<Hole> holeFrom(std::string_view inside) {
     if (!inside.empty() && inside.front() != ':') {
         return std::nullopt;
     }
-    hole.form = inside.substr(inside.empty() ? 0 : 1);
-    return hole;
+    placeholder.form = inside.substr(inside.empty() ? 0 : 1);
+    return placeholder;
 }
 
 /// The name of a tag of main and EXIF directories, or null. Numbers of GPS and interoperability
@@ -78,18 +78,19 @@ std::string plainText(const Argument& argument) {
     return argument.text ? displayText(*argument.text) : std::to_string(argument.number);
 }
 
-std::string fillHoles(std::string_view pattern, std::span<const Argument> arguments) {
+std::string fillPlaceholders(std::string_view pattern, std::span<const Argument> arguments) {
     std::string text;
     while (!pattern.empty()) {
         const std::size_t open = std::min(pattern.find('{'), pattern.size());
         text += pattern.substr(0, open);
         pattern.remove_prefix(open);
         const std::size_t close = pattern.find('}');
-        const std::optional<Hole> hole =
-            close < pattern.size() ? holeFrom(pattern.substr(1, close - 1)) : std::nullopt;
-        if (hole) {
-            text += hole->place < arguments.size() ? formedText(arguments[hole->place], hole->form)
-                                                   : "(not given)";
+        const std::optional<Placeholder> placeholder =
+            close < pattern.size() ? placeholderFrom(pattern.substr(1, close - 1)) : std::nullopt;
+        if (placeholder) {
+            text += placeholder->place < arguments.size()
+                        ? formedText(arguments[placeholder->place], placeholder->form)
+                        : "(not given)";
             pattern.remove_prefix(close + 1);
         } else {
             text += pattern.substr(0, 1);

@@ -108,30 +108,26 @@ ConverterPtr openOrFallback(const std::string& charset) {
     return converter != nullptr ? std::move(converter) : openConverter("ISO-8859-1");
 }
 
-std::u16string utf16FromUtf8(std::string_view bytes, BadSequences badSequences) {
+std::u16string utf16OfUtf8(std::string_view bytes, BadSequences badSequences) {
     if (badSequences == BadSequences::Replaced) {
         return lenientUtf16FromUtf8(bytes);
     }
-    std::optional<std::u16string> text = host::utf16FromUtf8(bytes);
+    std::optional<std::u16string> text = utf16FromUtf8(bytes);
     if (!text) {
         throw std::range_error("the text is not valid UTF-8");
     }
     return std::move(*text);
 }
 
-bool startsWith(std::string_view bytes, std::string_view mark) noexcept {
-    return bytes.substr(0, mark.size()) == mark;
-}
-
-/// Whether a set can be that of a text: the detector takes many short texts for UTF-16 and UTF-32,
-/// in which no text of a file is without a byte-order mark.
+/// Whether a text can be in a set. The detector takes many short texts for UTF-16 or UTF-32, and
+/// these are believed only where a byte-order mark stands first.
 bool isCredible(std::string_view charset, std::string_view bytes) noexcept {
     using namespace std::string_view_literals;
-    if (startsWith(charset, "UTF-16")) {
-        return startsWith(bytes, "\xFE\xFF") || startsWith(bytes, "\xFF\xFE");
+    if (charset.starts_with("UTF-16")) {
+        return bytes.starts_with("\xFE\xFF") || bytes.starts_with("\xFF\xFE");
     }
-    if (startsWith(charset, "UTF-32")) {
-        return startsWith(bytes, "\0\0\xFE\xFF"sv) || startsWith(bytes, "\xFF\xFE\0\0"sv);
+    if (charset.starts_with("UTF-32")) {
+        return bytes.starts_with("\0\0\xFE\xFF"sv) || bytes.starts_with("\xFF\xFE\0\0"sv);
     }
     return true;
 }
@@ -153,7 +149,7 @@ std::u16string utf16From(const std::string& charset, std::string_view bytes,
         return {bytes.begin(), bytes.end()};
     }
     if (charset == "UTF-8") {
-        return utf16FromUtf8(bytes, badSequences);
+        return utf16OfUtf8(bytes, badSequences);
     }
     const IcuMemory memory;
     const ConverterPtr converter = openOrFallback(charset);

@@ -13,7 +13,8 @@
 // never includes this.
 //
 // A view is valid while its value lives. Asking a value for what its class does not have raises
-// std::logic_error. Values belong to the thread that made them, which counts them.
+// std::logic_error. A value may be destroyed by another thread than the one that made it; each
+// thread counts what it has made and destroyed.
 
 namespace host {
 

@@ -91,7 +91,7 @@ class Value : public zxArray {
     [[nodiscard]] bool isRow() const noexcept { return shape_ == Shape::Row; }
 
   private:
-    // Reached without a call.
+    // In the initial-exec model its place is there as soon as the thread is, without any memory.
     [[gnu::tls_model("initial-exec")]] static thread_local constinit std::size_t living_;
 
     ValueClass class_;
