@@ -5,7 +5,7 @@
 #include <ostream>
 #include <string>
 
-#include "host/module.h"
+#include "host/loading/module.h"
 #include "tool/arguments.h"
 #include "tool/exit_status.h"
 

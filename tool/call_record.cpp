@@ -13,8 +13,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host/unicode.h"
-#include "host/value.h"
+#include "host/platform/unicode.h"
+#include "host/values/value.h"
 #include "tool/output_buffer.h"
 #include "tool/text_display.h"
 

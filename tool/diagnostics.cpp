@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/message_catalog.h"
+#include "host/messages/message_catalog.h"
 #include "tool/text_display.h"
 
 namespace tool {

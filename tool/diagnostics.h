@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/module.h"
+#include "host/loading/module.h"
 
 namespace tool {
 

@@ -11,7 +11,7 @@
 #include <system_error>
 #include <utility>
 
-#include "host/unicode.h"
+#include "host/platform/unicode.h"
 #include "tool/memory_file.h"
 #include "tool/text_display.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/module.h"
+#include "host/loading/module.h"
 #include "tool/arguments.h"
 #include "tool/diagnostics.h"
 #include "tool/exit_status.h"

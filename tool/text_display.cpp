@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "host/unicode.h"
+#include "host/platform/unicode.h"
 
 namespace tool {
 namespace {

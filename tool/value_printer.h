@@ -3,7 +3,7 @@
 #include <ostream>
 #include <string_view>
 
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tool/main_chain.h"
 
 namespace tool {

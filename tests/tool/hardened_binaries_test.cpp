@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tests/support/elf_image.h"
 #include "tests/support/module_call.h"
 
