@@ -122,6 +122,7 @@ constexpr const char* notUtf8 =
 constexpr const char* pastSegment =
     "The value ends past the EXIF segment, which the other reader refuses; the module reads on in "
     "the file.";
+
 constexpr Difference differences[] = {
     {"Pillow/hopper_lzma.tif", "Image.ImageDescription", notUtf8},
     {"Pillow/jfif_unit_cm.jpg", "Image.ImageDescription", pastSegment},
