@@ -1,0 +1,35 @@
+#pragma once
+
+#include <dlfcn.h>
+
+#include <stdexcept>
+#include <string_view>
+
+// One operation of the host misbehaves: this program's own definitions stand before those of the
+// host's library, and pass on what the fault does not touch.
+
+namespace test {
+
+/// The fault that the program was asked for.
+inline std::string_view chosenFault;
+
+inline bool isFault(std::string_view name) {
+    return chosenFault == name;
+}
+
+/// The host's operation behind this program's own definition of the same.
+template <class Function>
+Function* hosts(Function* own) {
+    Dl_info information{};
+    void* next = nullptr;
+    if (::dladdr(reinterpret_cast<void*>(own), &information) != 0 &&
+        information.dli_sname != nullptr) {
+        next = ::dlsym(RTLD_NEXT, information.dli_sname);
+    }
+    if (next == nullptr) {
+        throw std::logic_error("the host does not define the operation");
+    }
+    return reinterpret_cast<Function*>(next);
+}
+
+}  // namespace test
