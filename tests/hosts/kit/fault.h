@@ -18,18 +18,21 @@ inline bool isFault(std::string_view name) {
 }
 
 /// The host's operation behind this program's own definition of the same.
-template <class Function>
-Function* hosts(Function* own) {
-    Dl_info information{};
-    void* next = nullptr;
-    if (::dladdr(reinterpret_cast<void*>(own), &information) != 0 &&
-        information.dli_sname != nullptr) {
-        next = ::dlsym(RTLD_NEXT, information.dli_sname);
-    }
-    if (next == nullptr) {
-        throw std::logic_error("the host does not define the operation");
-    }
-    return reinterpret_cast<Function*>(next);
+template <auto* own>
+decltype(own) hosts() {
+    static const decltype(own) next = [] {
+        Dl_info information{};
+        void* symbol = nullptr;
+        if (::dladdr(reinterpret_cast<void*>(own), &information) != 0 &&
+            information.dli_sname != nullptr) {
+            symbol = ::dlsym(RTLD_NEXT, information.dli_sname);
+        }
+        if (symbol == nullptr) {
+            throw std::logic_error("the host does not define the operation");
+        }
+        return reinterpret_cast<decltype(own)>(symbol);
+    }();
+    return next;
 }
 
 }  // namespace test

@@ -46,28 +46,28 @@ namespace matrix {
 
 void destroyArray(zxArray* value) noexcept {
     if (!isFault("destroy leaks")) {
-        hosts(destroyArray)(value);
+        hosts<destroyArray>()(value);
     }
 }
 
 namespace detail::noninlined::zx_array_api {
 
 double zxGetScalar(const zxArray* value) {
-    const double number = hosts(zxGetScalar)(value);
+    const double number = hosts<zxGetScalar>()(value);
     return isFault("scalar is an integer") ? static_cast<double>(static_cast<long>(number))
                                            : number;
 }
 
 zxArray* zxCreateDoubleScalar(double value) {
     const bool isFloat = isFault("numbers are floats");
-    return hosts(zxCreateDoubleScalar)(isFloat ? static_cast<float>(value) : value);
+    return hosts<zxCreateDoubleScalar>()(isFloat ? static_cast<float>(value) : value);
 }
 
 zxArray* zxCreateNumericArray(std::size_t ndim, const std::size_t* dims, zxClassID classId,
                               zxComplexity complexity) {
-    const auto next = hosts(zxCreateNumericArray);
+    const auto next = hosts<zxCreateNumericArray>();
     if (isFault("no dimensions are 1 x 1") && ndim == 0) {
-        return hosts(zxCreateDoubleScalar)(0);
+        return hosts<zxCreateDoubleScalar>()(0);
     }
     if (isFault("dimensions are swapped") && ndim == 2 && dims[0] > 1 && dims[1] > 1) {
         const std::array<std::size_t, 2> swapped{dims[1], dims[0]};
@@ -86,18 +86,18 @@ zxArray* zxCreateString(const char* text) {
         const std::u16string units = widened(text);
         return create(units.data(), units.size()).release();
     }
-    return hosts(zxCreateString)(text);
+    return hosts<zxCreateString>()(text);
 }
 
 zxArray* zxCreateCharArray(std::size_t ndim, const std::size_t* dims) {
     const std::array<std::size_t, 2> row{1, 0};
     const bool isChanged = isFault("empty texts are rows") && dims[0] == 0;
-    return hosts(zxCreateCharArray)(ndim, isChanged ? row.data() : dims);
+    return hosts<zxCreateCharArray>()(ndim, isChanged ? row.data() : dims);
 }
 
 void zxSetCell(zxArray* cell, std::size_t index, zxArray* value) {
     try {
-        hosts(zxSetCell)(cell, index, value);
+        hosts<zxSetCell>()(cell, index, value);
     } catch (...) {
         if (isFault("a failing cell store takes the value")) {
             destroyArray(value);
@@ -114,11 +114,11 @@ zxArray* zxCreateStructArray(std::size_t ndim, const std::size_t* dims, int nfie
             return std::string_view(left) < right;
         });
     }
-    zxArray* const array = hosts(zxCreateStructArray)(ndim, dims, nfields, list.data());
+    zxArray* const array = hosts<zxCreateStructArray>()(ndim, dims, nfields, list.data());
     if (isFault("fields start as numbers")) {
         for (std::size_t i = 0; i < zxGetElementCount(array); ++i) {
             for (const char* const name : list) {
-                hosts(zxSetField)(array, i, name, zxCreateDoubleScalar(0));
+                hosts<zxSetField>()(array, i, name, zxCreateDoubleScalar(0));
             }
         }
     }
@@ -136,7 +136,7 @@ void zxSetField(zxArray* array, std::size_t index, const char* name, zxArray* va
         return;
     }
     try {
-        hosts(zxSetField)(array, index, name, value);
+        hosts<zxSetField>()(array, index, name, value);
     } catch (...) {
         if (isFault("a failing field store takes the value")) {
             destroyArray(value);
@@ -157,7 +157,7 @@ unique_zxArray create(const char16_t* text, std::size_t length) {
         units[i] = isLone({text, length}, i) ? u'\uFFFD' : text[i];
     }
     using Create = unique_zxArray(const char16_t*, std::size_t);
-    return hosts(static_cast<Create*>(create))(units.data(), length);
+    return hosts<static_cast<Create*>(create)>()(units.data(), length);
 }
 
 unique_zxArray create(const char* text, std::size_t length) {
@@ -165,13 +165,13 @@ unique_zxArray create(const char* text, std::size_t length) {
         length = ::strnlen(text, length);
     }
     using Create = unique_zxArray(const char*, std::size_t);
-    return hosts(static_cast<Create*>(create))(text, length);
+    return hosts<static_cast<Create*>(create)>()(text, length);
 }
 
 zxArray* to_korvel(unique_zxArray handle) {
     // The handle destroys what it was not told to release.
     return isFault("the handle keeps the value") ? handle.get()
-                                                 : hosts(to_korvel)(std::move(handle));
+                                                 : hosts<to_korvel>()(std::move(handle));
 }
 
 }  // namespace matrix
@@ -182,11 +182,11 @@ bool isScalarText(const zxArray* value, bool allowEmptyArray, bool allowCellText
     if (isFault("strings are no text") && isString(value)) {
         return false;
     }
-    return isFault("all is text") || hosts(isScalarText)(value, allowEmptyArray, allowCellText);
+    return isFault("all is text") || hosts<isScalarText>()(value, allowEmptyArray, allowCellText);
 }
 
 std::optional<std::u16string_view> getString(const zxArray* value) {
-    const auto text = hosts(getString)(value);
+    const auto text = hosts<getString>()(value);
     return isFault("missing strings are empty") && !text ? std::u16string_view() : text;
 }
 

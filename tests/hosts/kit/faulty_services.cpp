@@ -47,7 +47,7 @@ void zxWarningMsgId(const BaseMsgID& message) {
     }
     try {
         const bool isBare = isFault("warnings lose their arguments");
-        hosts(zxWarningMsgId)(isBare ? BaseMsgID(message.id()) : message);
+        hosts<zxWarningMsgId>()(isBare ? BaseMsgID(message.id()) : message);
     } catch (...) {
         if (!isFault("warnings swallow exceptions")) {
             throw;
@@ -59,10 +59,10 @@ namespace matrix::detail {
 
 void do_legacy_zx_error(const foundation::core::except::IUserException& error) {
     if (isFault("errors lose their arguments")) {
-        hosts(do_legacy_zx_error)(BareError(error.message().id()));
+        hosts<do_legacy_zx_error>()(BareError(error.message().id()));
     }
     if (!isFault("errors return")) {
-        hosts(do_legacy_zx_error)(error);
+        hosts<do_legacy_zx_error>()(error);
     }
 }
 
@@ -72,11 +72,11 @@ namespace fl::filesystem {
 
 bool exists(const std::u16string& path) {
     // A name that ends at its first zero.
-    return hosts(exists)(isFault("names end at a zero") ? std::u16string(path.c_str()) : path);
+    return hosts<exists>()(isFault("names end at a zero") ? std::u16string(path.c_str()) : path);
 }
 
 file_status status(const std::u16string& path) {
-    file_status result = hosts(status)(path);
+    file_status result = hosts<status>()(path);
     if (isFault("a missing file is raised") && result.type == file_status::file_not_found) {
         throw std::runtime_error("there is no such file");
     }
@@ -91,7 +91,7 @@ file_status status(const std::u16string& path) {
 }
 
 std::FILE* fopen(const std::u16string& path, const std::string& mode) {
-    std::FILE* const stream = hosts(filesystem::fopen)(path, mode);
+    std::FILE* const stream = hosts<filesystem::fopen>()(path, mode);
     if (isFault("streams start at the end") && stream != nullptr) {
         std::fseek(stream, 0, SEEK_END);
     }
@@ -104,11 +104,11 @@ namespace fl::i18n {
 
 boost::posix_time::ptime time_zone::from_utc(const boost::posix_time::ptime& utc,
                                              const timezone& zone) {
-    return isFault("local time is UTC") ? utc : hosts(from_utc)(utc, zone);
+    return isFault("local time is UTC") ? utc : hosts<from_utc>()(utc, zone);
 }
 
 std::u16string to_ustring(const std::string& text) {
-    std::u16string units = hosts(to_ustring)(text);
+    std::u16string units = hosts<to_ustring>()(text);
     if (isFault("invalid bytes are dropped")) {
         std::erase(units, u'\uFFFD');
     }
@@ -117,15 +117,15 @@ std::u16string to_ustring(const std::string& text) {
 
 std::string detect_charset(const char* bytes, std::size_t count,
                            const std::string& unrecognizedName) {
-    const std::string name = hosts(detect_charset)(bytes, count, unrecognizedName);
+    const std::string name = hosts<detect_charset>()(bytes, count, unrecognizedName);
     return isFault("unrecognized has a name") && name == unrecognizedName ? "unknown" : name;
 }
 
 std::u16string codecvt_string_to_ustring(const std::string& bytes, const std::string& charset,
                                          codecvt_mode mode, KvLocale locale) {
     const bool isStrict = isFault("conversion is strict");
-    return hosts(codecvt_string_to_ustring)(bytes, charset, isStrict ? codecvt_mode::strict : mode,
-                                            locale);
+    return hosts<codecvt_string_to_ustring>()(bytes, charset,
+                                              isStrict ? codecvt_mode::strict : mode, locale);
 }
 
 }  // namespace fl::i18n
