@@ -86,7 +86,7 @@ bool getScalarGivesTheFirstByte(Context& /*context*/) {
 }
 
 bool newArraysAreZero(Context& /*context*/) {
-    for (const std::size_t columns : {2, 4, 15, 1000, 100000}) {
+    for (const std::size_t columns : {2U, 4U, 15U, 1000U, 100000U}) {
         // Memory that was written to before shows whether it is cleared.
         for (int i = 0; i < 3; ++i) {
             const Owner used = makeDoubles(1, columns);

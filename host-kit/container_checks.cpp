@@ -90,7 +90,7 @@ bool fieldsStandInOrder(Context& context) {
 
 bool newFieldsAreUnset(Context& context) {
     const Owner array = makeStructs(2, 1, {"a", "b"});
-    for (const std::size_t element : {0, 1}) {
+    for (const std::size_t element : {0U, 1U}) {
         for (const char* const name : {"a", "b"}) {
             if (!isUnset(context.host, context.host.fieldAt(*array, element, name))) {
                 return false;
