@@ -52,24 +52,20 @@ bool destroyTakesNull(Context& context) {
 }
 
 bool scalarHoldsItsNumber(Context& context) {
-    for (const double number : {0.0, -1.5, 18446744073709551615.0, 1e308, 5e-324}) {
-        if (!isNumber(context.host, makeNumber(number).get(), number)) {
-            return false;
-        }
-    }
-    return true;
+    const std::array numbers{0.0, -1.5, 18446744073709551615.0, 1e308, 5e-324};
+    return std::ranges::all_of(numbers, [&](double number) {
+        return isNumber(context.host, makeNumber(number).get(), number);
+    });
 }
 
 bool scalarKeepsSpecialNumbers(Context& context) {
-    for (const double number : {-0.0, std::numeric_limits<double>::infinity(),
-                                std::numeric_limits<double>::quiet_NaN()}) {
+    const std::array numbers{-0.0, std::numeric_limits<double>::infinity(),
+                             std::numeric_limits<double>::quiet_NaN()};
+    return std::ranges::all_of(numbers, [&](double number) {
         const Owner value = makeNumber(number);
-        if (std::bit_cast<std::uint64_t>(context.host.numberAt(*value, 0, 0)) !=
-            std::bit_cast<std::uint64_t>(number)) {
-            return false;
-        }
-    }
-    return true;
+        return std::bit_cast<std::uint64_t>(context.host.numberAt(*value, 0, 0)) ==
+               std::bit_cast<std::uint64_t>(number);
+    });
 }
 
 bool getScalarGivesTheFirstDouble(Context& /*context*/) {
@@ -112,25 +108,21 @@ bool classesAreKept(Context& context) {
 }
 
 bool sizesAreKept(Context& context) {
-    for (const Size size : {Size{1, 4}, Size{4, 1}, Size{3, 2}, Size{256, 3}}) {
+    const std::array sizes{Size{1, 4}, Size{4, 1}, Size{3, 2}, Size{256, 3}};
+    return std::ranges::all_of(sizes, [&](Size size) {
         const Owner value = makeDoubles(size.rows, size.columns);
-        if (!is(context.host, value.get(), ValueClass::Double, size)) {
-            return false;
-        }
-    }
-    return true;
+        return is(context.host, value.get(), ValueClass::Double, size);
+    });
 }
 
 bool zeroSizesAreKept(Context& context) {
-    for (const Size size : {Size{1, 0}, Size{0, 1}, Size{0, 3}, Size{0, 0}}) {
+    const std::array sizes{Size{1, 0}, Size{0, 1}, Size{0, 3}, Size{0, 0}};
+    return std::ranges::all_of(sizes, [&](Size size) {
         const Owner doubles = makeDoubles(size.rows, size.columns);
         const Owner bytes = makeNumeric(size.rows, size.columns, zxClassID::Uint8);
-        if (!is(context.host, doubles.get(), ValueClass::Double, size) ||
-            !is(context.host, bytes.get(), ValueClass::Uint8, size)) {
-            return false;
-        }
-    }
-    return true;
+        return is(context.host, doubles.get(), ValueClass::Double, size) &&
+               is(context.host, bytes.get(), ValueClass::Uint8, size);
+    });
 }
 
 bool elementsGoByColumns(Context& context) {
@@ -193,10 +185,8 @@ bool storedElementsStay(Context& context) {
     zxArray* const value = makeDoubles(1, 5).release();
     const std::span<double> elements = doublesOf(*value);
     api::zxSetField(array.get(), 0, "a", value);
-    std::vector<Owner> others;
-    for (int i = 0; i < 1000; ++i) {
-        others.push_back(makeDoubles(1, 5));
-    }
+    std::vector<Owner> others(1000);
+    std::ranges::generate(others, [] { return makeDoubles(1, 5); });
     elements[4] = 6.5;
     const zxArray* const stored = context.host.fieldAt(*array, 0, "a");
     return is(context.host, stored, ValueClass::Double, {1, 5}) &&

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
@@ -201,10 +202,8 @@ bool manyFieldsAreFound(Context& context) {
     for (std::size_t i = 0; i < count; ++i) {
         names.push_back("Field" + std::to_string(i));
     }
-    std::vector<const char*> list;
-    for (const std::string& name : names) {
-        list.push_back(name.c_str());
-    }
+    std::vector<const char*> list(count);
+    std::ranges::transform(names, list.begin(), &std::string::c_str);
     const Owner array = makeStructs(1, 1, list);
     for (std::size_t i = 0; i < count; ++i) {
         setField(array, 0, list[i], makeNumber(static_cast<double>(i)));

@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <array>
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 #include <cstdio>
@@ -26,11 +27,11 @@ using fl::filesystem::file_status;
 using namespace std::string_view_literals;
 
 struct CloseFile {
-    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+    void operator()(std::FILE* file) const noexcept { static_cast<void>(std::fclose(file)); }
 };
 using Stream = std::unique_ptr<std::FILE, CloseFile>;
 
-Stream open(const std::u16string& path, const char* mode) {
+Stream openFile(const std::u16string& path, const char* mode) {
     return Stream(fl::filesystem::fopen(path, mode));
 }
 
@@ -124,25 +125,24 @@ bool statusTellsUtc(Context& context) {
 bool fopenReads(Context& context) {
     constexpr std::string_view bytes = "II*\0\r\n\x1A\xFF\n"sv;
     const std::u16string file = writeFile(context, oddName, bytes);
-    for (const char* const mode : {"r", "rb"}) {
-        const Stream stream = open(file, mode);
-        if (stream == nullptr || std::ftell(stream.get()) != 0 || contentOf(stream) != bytes) {
-            return false;
-        }
-    }
-    return true;
+    const std::array modes{"r", "rb"};
+    return std::ranges::all_of(modes, [&](const char* mode) {
+        const Stream stream = openFile(file, mode);
+        return stream != nullptr && std::ftell(stream.get()) == 0 && contentOf(stream) == bytes;
+    });
 }
 
 bool fopenSeeks(Context& context) {
     const std::u16string file = writeFile(context, u"seek.tif", "0123456789");
-    const Stream stream = open(file, "rb");
+    const Stream stream = openFile(file, "rb");
     return stream != nullptr && std::fseek(stream.get(), 7, SEEK_SET) == 0 &&
            contentOf(stream) == "789" && std::ftell(stream.get()) == 10;
 }
 
 bool fopenGivesNull(Context& context) {
-    return open(nameIn(context, u"missing.tif"), "r") == nullptr &&
-           open(nameIn(context, u"missing.tif"), "rb") == nullptr && open(u"", "rb") == nullptr;
+    return openFile(nameIn(context, u"missing.tif"), "r") == nullptr &&
+           openFile(nameIn(context, u"missing.tif"), "rb") == nullptr &&
+           openFile(u"", "rb") == nullptr;
 }
 
 ptime localTime(const ptime& utc) {
@@ -184,7 +184,7 @@ constexpr Check checks[] = {
      statusOfNothing},
     {"status-utc", "status", "The time of modification must be UTC.", statusTellsUtc},
     {"fopen-reads", "fopen",
-     "Modes \"r\" and \"rb\" must open a file at its start and give its bytes unchanged.",
+     R"(Modes "r" and "rb" must open a file at its start and give its bytes unchanged.)",
      fopenReads},
     {"fopen-seeks", "fopen", "The stream must seek and tell its position.", fopenSeeks},
     {"fopen-missing", "fopen", "It must give null, and not raise, where there is no file.",

@@ -11,12 +11,12 @@ namespace {
 
 using namespace std::string_literals;
 
-std::u16string lenient(const std::string& bytes, const std::string& charset) {
-    return fl::i18n::codecvt_string_to_ustring(bytes, charset, fl::i18n::codecvt_mode::lenient,
-                                               fl::i18n::KvLocale::system);
+std::u16string lenient(std::string_view bytes, const std::string& charset) {
+    return fl::i18n::codecvt_string_to_ustring(
+        std::string(bytes), charset, fl::i18n::codecvt_mode::lenient, fl::i18n::KvLocale::system);
 }
 
-std::string detected(const std::string& bytes) {
+std::string detected(std::string_view bytes) {
     return fl::i18n::detect_charset(bytes.data(), bytes.size(), "<unknown>");
 }
 
@@ -35,12 +35,12 @@ bool narrowInvalidIsReplaced(Context& /*context*/) {
 }
 
 // Long enough that a statistical detector is sure.
-const std::string utf8Text =
+constexpr std::string_view utf8Text =
     "Gr\xC3\xB6\xC3\x9F"
     "e und \xC3\x9C"
     "berma\xC3\x9F, na\xC3\xAFve caf\xC3\xA9, "
     "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E \xE4\xB8\xAD\xE6\x96\x87";
-const std::u16string utf16Text =
+constexpr std::u16string_view utf16Text =
     u"Gr\u00F6\u00DFe und \u00DCberma\u00DF, na\u00EFve caf\u00E9, \u65E5\u672C\u8A9E "
     u"\u4E2D\u6587";
 
@@ -59,7 +59,7 @@ bool nothingIsUnrecognized(Context& /*context*/) {
 }
 
 bool countIsRespected(Context& /*context*/) {
-    const std::string text = utf8Text + std::string(400, '\xFF');
+    const std::string text = std::string(utf8Text) + std::string(400, '\xFF');
     return lenient(utf8Text, fl::i18n::detect_charset(text.data(), utf8Text.size(), "<unknown>")) ==
            utf16Text;
 }

@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
         std::cerr << "usage: other-host MODULE FILE [HEADER-OFFSET [SKIP [LIMIT]]]\n";
         return 2;
     }
-    std::setlocale(LC_ALL, "");
+    static_cast<void>(std::setlocale(LC_ALL, ""));
     void* const module = ::dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
     void* const entry = module == nullptr ? nullptr : ::dlsym(module, "zekFunction");
     if (entry == nullptr) {

@@ -71,13 +71,13 @@ std::vector<Case> cases() {
         list.push_back({sample.name + "_skip", sample.bytes, sample.headerPosition, 1, 1});
         list.push_back({sample.name + "_wrong_header", sample.bytes, sample.headerPosition + 1});
         constexpr std::size_t mostDirectories = 5;
-        for (const std::size_t tenths : {2, 5, 9}) {
+        for (const std::size_t tenths : {2U, 5U, 9U}) {
             test::Bytes cut = sample.bytes;
             cut.resize(cut.size() * tenths / 10);
             list.push_back({sample.name + "_cut_" + std::to_string(tenths), cut,
                             sample.headerPosition, 0, mostDirectories});
         }
-        for (const std::size_t step : {37, 101}) {
+        for (const std::size_t step : {37U, 101U}) {
             test::Bytes changed = sample.bytes;
             // Behind the header, which stays as it is.
             for (std::size_t at = sample.headerPosition + step; at < changed.size(); at += step) {

@@ -169,9 +169,11 @@ unique_zxArray create(const char* text, std::size_t length) {
 }
 
 zxArray* to_korvel(unique_zxArray handle) {
-    // The handle destroys what it was not told to release.
-    return isFault("the handle keeps the value") ? handle.get()
-                                                 : hosts<to_korvel>()(std::move(handle));
+    zxArray* const value = hosts<to_korvel>()(std::move(handle));
+    if (isFault("the handle keeps the value")) {
+        destroyArray(value);
+    }
+    return value;
 }
 
 }  // namespace matrix
