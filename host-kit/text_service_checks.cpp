@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <array>
 #include <string>
 
 #include "host-kit/check.h"
@@ -53,6 +55,13 @@ bool plainTextIsDetected(Context& /*context*/) {
     return lenient(text, detected(text)) == std::u16string(text.begin(), text.end());
 }
 
+bool shortTextIsDetected(Context& /*context*/) {
+    const std::array texts{"NIKON\0"s, "Canon EOS 5D\0"s, "x\0"s, "0420106153\0"s};
+    return std::ranges::all_of(texts, [](const std::string& text) {
+        return lenient(text, detected(text)) == std::u16string(text.begin(), text.end());
+    });
+}
+
 bool nothingIsUnrecognized(Context& /*context*/) {
     return fl::i18n::detect_charset("", 0, "<unknown>") == "<unknown>" &&
            fl::i18n::detect_charset("", 0, "another name") == "another name";
@@ -92,6 +101,8 @@ constexpr Check checks[] = {
     {"detect-plain", "detect_charset",
      "An ASCII text must get a name under which codecvt_string_to_ustring reads it rightly.",
      plainTextIsDetected},
+    {"detect-short", "detect_charset",
+     "A short ASCII text with its closing zero must not be taken for UTF-16.", shortTextIsDetected},
     {"detect-nothing", "detect_charset",
      "No bytes must give the name for what is not recognised, as the caller wrote it.",
      nothingIsUnrecognized},

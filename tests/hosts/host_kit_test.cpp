@@ -141,6 +141,8 @@ const std::vector<Fault> faults = {
     {"unrecognized has a name",
      "detect_charset: No bytes must give the name for what is not recognised, as the caller wrote "
      "it."},
+    {"zeros tell UTF-16",
+     "detect_charset: A short ASCII text with its closing zero must not be taken for UTF-16."},
     {"conversion is strict",
      "codecvt_string_to_ustring: In lenient mode bad sequences must become U+FFFD, and it must "
      "not raise."},

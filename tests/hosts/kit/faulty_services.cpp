@@ -117,6 +117,9 @@ std::u16string to_ustring(const std::string& text) {
 
 std::string detect_charset(const char* bytes, std::size_t count,
                            const std::string& unrecognizedName) {
+    if (isFault("zeros tell UTF-16") && count > 0 && bytes[count - 1] == '\0') {
+        return "UTF-16LE";
+    }
     const std::string name = hosts<detect_charset>()(bytes, count, unrecognizedName);
     return isFault("unrecognized has a name") && name == unrecognizedName ? "unknown" : name;
 }
