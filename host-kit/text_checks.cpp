@@ -92,8 +92,12 @@ bool handlesDestroy(Context& context) {
 
 bool toKorvelHandsOver(Context& context) {
     const std::size_t before = context.host.livingValues();
-    const Owner value(matrix::to_korvel(fromUnits(u"text")));
-    return context.host.livingValues() == before + 1 && isText(context.host, value.get(), u"text");
+    Owner value(matrix::to_korvel(fromUnits(u"text")));
+    if (context.host.livingValues() != before + 1) {
+        static_cast<void>(value.release());  // destroyed already, or one of two
+        return false;
+    }
+    return isText(context.host, value.get(), u"text");
 }
 
 bool isScalar(const Owner& value) {
