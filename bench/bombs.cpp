@@ -18,7 +18,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/module.h"
+#include "host/loading/module.h"
 #include "tests/bombs/bomb_files.h"
 
 namespace {

@@ -12,8 +12,8 @@
 #include "bench/arguments.h"
 #include "bench/cpu_clock.h"
 #include "bench/result_count.h"
-#include "host/module.h"
-#include "host/unicode.h"
+#include "host/loading/module.h"
+#include "host/platform/unicode.h"
 #include "tool/jpeg_exif.h"
 #include "tool/positioned_file.h"
 

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "host/value.h"
+#include "host/values/value.h"
 
 namespace bench {
 namespace {

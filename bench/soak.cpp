@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
-#include "host/module.h"
-#include "host/value.h"
+#include "host/loading/module.h"
+#include "host/values/value.h"
 
 namespace {
 

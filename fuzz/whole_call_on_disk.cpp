@@ -4,8 +4,8 @@
 #include "fuzz/file_on_disk.h"
 #include "fuzz/target.h"
 #include "fuzz/value_walk.h"
-#include "host/module.h"
-#include "host/value.h"
+#include "host/loading/module.h"
+#include "host/values/value.h"
 
 // One call of the loaded module on a real file: the inputs of the whole-call targets as a host
 // program would meet them, without a bound on what is read.
