@@ -56,7 +56,8 @@ bool plainTextIsDetected(Context& /*context*/) {
 }
 
 bool shortTextIsDetected(Context& /*context*/) {
-    const std::array texts{"NIKON\0"s, "Canon EOS 5D\0"s, "x\0"s, "0420106153\0"s};
+    const std::array texts{"NIKON\0"s, "Canon EOS 5D\0"s, "x\0"s,
+                           "Fax"s,     "50 mm\0"s,        "2020:01:02 03:04:05\0"s};
     return std::ranges::all_of(texts, [](const std::string& text) {
         return lenient(text, detected(text)) == std::u16string(text.begin(), text.end());
     });

@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/reports.h"
-#include "host/value.h"
+#include "host/messages/reports.h"
+#include "host/values/value.h"
 
 namespace {
 
