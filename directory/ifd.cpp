@@ -23,7 +23,13 @@ constexpr std::uint64_t maximumApp1Length = 65536;
 
 }  // namespace
 
-IFD::IFD(TagFile* file, IFDtype_t_ kind) : tagFile(file), ifdType(kind) {}
+IFD::IFD(TagFile* file, IFDtype_t_ kind)
+    : arena(file->beginDirectory()),
+      tags(arena.get()),
+      unknownTags(arena.get()),
+      tagFile(file),
+      ifdType(kind),
+      bitsPerSample(arena.get()) {}
 
 IFD::IFD(const IFD& other)
     : tags(other.tags),
@@ -41,7 +47,8 @@ IFD::IFD(const IFD& other)
       samplesPerPixel(other.samplesPerPixel) {}
 
 IFD::IFD(IFD&& other) noexcept
-    : tags(std::move(other.tags)),
+    : arena(std::move(other.arena)),
+      tags(std::move(other.tags)),
       unknownTags(std::move(other.unknownTags)),
       numberOfEntries(other.numberOfEntries),
       tagFile(other.tagFile),
@@ -59,10 +66,10 @@ void IFD::process() {
     ifdOffset = tagFile->getStream().tell();
     const PointerGuard::OpenDirectory open(tagFile->getPointerGuard(), ifdOffset);
     readEntryCount();
-    readEntries();
+    std::vector<unsigned char> entries = readEntries();
     tagFile->getPointerGuard().countDirectory(entriesLength);
-    processIfdTags();
-    tagFile->giveBackEntryBuffer(std::move(entryBuffer));
+    processIfdTags(std::span(entries).first(entriesLength));
+    tagFile->giveBackEntryBuffer(std::move(entries));
 }
 
 void IFD::readEntryCount() {
@@ -90,7 +97,9 @@ void IFD::refuse(const resource_core::BaseMsgID& warning) const {
     warn(warning);
 }
 
-void IFD::readEntries() {
+/// The entries, and behind them what was read of the next-directory offset.
+std::vector<unsigned char> IFD::readEntries() {
+    std::vector<unsigned char> buffer;
     FileStream& stream = tagFile->getStream();
     // A block that the file cannot hold is never allocated.
     const std::uint64_t position = saturatingAdd(ifdOffset, tagFile->getEntryCountSize());
@@ -98,12 +107,12 @@ void IFD::readEntries() {
     if (isRead) {
         // Sets of other kinds follow no chain.
         const std::uint64_t offsetSize = ifdType == IFDtype_t_::Main ? tagFile->getOffsetSize() : 0;
-        entryBuffer = tagFile->takeEntryBuffer();
-        entryBuffer.resize(entriesLength + offsetSize);
-        const std::size_t length = stream.read(entryBuffer.data(), 1, entryBuffer.size());
+        buffer = tagFile->takeEntryBuffer();
+        buffer.resize(entriesLength + offsetSize);
+        const std::size_t length = stream.read(buffer.data(), 1, buffer.size());
         isRead = length >= entriesLength;
-        if (offsetSize != 0 && length == entryBuffer.size()) {
-            nextOffset = tagFile->readNextIfdOffset(std::span(entryBuffer).last(offsetSize));
+        if (offsetSize != 0 && length == buffer.size()) {
+            nextOffset = tagFile->readNextIfdOffset(std::span(buffer).last(offsetSize));
         }
     }
     if (!isRead) {
@@ -111,13 +120,13 @@ void IFD::readEntries() {
         raiseFatal(
             quorra::corvinex::badIFDread(asciiToUtf16("IFD #" + std::to_string(size() + 1))));
     }
+    return buffer;
 }
 
 // Entries are decoded from the buffer, never from the stream: making a tag may move the stream
 // anywhere.
-void IFD::processIfdTags() {
+void IFD::processIfdTags(std::span<const unsigned char> entries) {
     const std::uint64_t entrySize = tagFile->getEntrySize();
-    const std::span<const unsigned char> entries(entryBuffer);
     for (std::uint64_t i = 0; i < numberOfEntries; ++i) {
         try {
             processEntry(entries.subspan(i * entrySize, entrySize), i);

@@ -3,6 +3,8 @@
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <memory_resource>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -12,24 +14,24 @@
 #include "directory/ifd_type.h"
 #include "entry/host_value.h"
 #include "host/interface/message.h"
-#include "tag/number_list.h"
+#include "tag/directory_arena.h"
 #include "tag/tag_value.h"
-#include "tag/value_memory.h"
 
 namespace corvinex {
 
 class TagFile;
 class TiffTag;
 
-using TagList = std::vector<TagValue, ValueAllocator<TagValue>>;
+using TagList = std::pmr::vector<TagValue>;
 
 /// One image file directory: its tags in entry order, the defaults of baseline tags that a main
 /// directory of a TIFF or BigTIFF file lacks, and the image facts that derived fields need.
 ///
 /// Defaults are made when they are output. Most directories have a dozen, all the same.
 ///
-/// A copy has no entry buffer: that serves the reading alone. A move leaves the target in the same
-/// state as a copy.
+/// What it keeps lies in the arena that it holds a share of, until it is packaged. A copy has
+/// memory of its own, from the default resource, and the length of the entries and the next offset
+/// serve the reading alone: neither a copy nor a move has them.
 class IFD {
   public:
     /// An empty directory. Reads nothing.
@@ -73,17 +75,18 @@ class IFD {
     void ifd2struct(zxArray& output, std::size_t index);
 
   private:
-    void processIfdTags();
+    void processIfdTags(std::span<const unsigned char> entries);
     void processEntry(std::span<const unsigned char> entry, std::uint64_t index);
     void readEntryCount();
     void refuse(const resource_core::BaseMsgID& warning) const;
-    void readEntries();
+    [[nodiscard]] std::vector<unsigned char> readEntries();
     void flagDefaultValues(const TiffTag& tag);
     void processRequiredFields();
     void fileTag(TagList& list, TiffTag&& tag, std::uint64_t index) const;
     void setDefaultFields(zxArray& output, std::size_t index) const;
     [[nodiscard]] HostArray getDefaultZxArray(std::size_t i, const TagValue& standardDefault) const;
 
+    std::shared_ptr<DirectoryArena> arena;  // outlives what lies in it
     TagList tags;
     TagList unknownTags;
     std::uint64_t numberOfEntries = 0;
@@ -96,8 +99,7 @@ class IFD {
     std::bitset<326> tagsSeen;
     std::uint32_t defaultTags = 0;
     std::int32_t photometric = -1;
-    NumberList bitsPerSample;
-    std::vector<unsigned char> entryBuffer;
+    std::pmr::vector<double> bitsPerSample;
     std::optional<std::uint64_t> nextOffset;
     std::uint64_t samplesPerPixel = 1;
 };

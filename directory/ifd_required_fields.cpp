@@ -114,8 +114,8 @@ void IFD::flagDefaultValues(const TiffTag& tag) {
     }
     switch (id) {
         case tag_number::BitsPerSample:
-            bitsPerSample = NumberList(tag.countNumericValues());
-            tag.copyNumbersTo(bitsPerSample.elements());
+            bitsPerSample.resize(tag.countNumericValues());
+            tag.copyNumbersTo(bitsPerSample);
             tagsSeen.set(id);
             return;
         case tag_number::PhotometricInterpretation:
@@ -137,8 +137,7 @@ void IFD::flagDefaultValues(const TiffTag& tag) {
 void IFD::processRequiredFields() {
     defaultTags = findMissing(tagsSeen, std::make_index_sequence<requiredTagCount>());
     if (!tagsSeen.test(tag_number::BitsPerSample)) {
-        bitsPerSample = NumberList(samplesPerPixel);
-        std::ranges::fill(bitsPerSample.elements(), 1.0);
+        bitsPerSample.assign(samplesPerPixel, 1.0);
     }
 }
 
@@ -152,7 +151,7 @@ HostArray IFD::getDefaultZxArray(std::size_t i, const TagValue& standardDefault)
         case Maker::SampleCount:
             return TiffTag(int{required.tag}, ifdType, samplesPerPixel).getPlainZxArray();
         case Maker::FromBitsPerSample:
-            return TiffTag(required.tag, ifdType, bitsPerSample.elements()).getPlainZxArray();
+            return TiffTag(required.tag, ifdType, bitsPerSample).getPlainZxArray();
         default:
             return standardDefault.getPlainZxArray();
     }
@@ -179,8 +178,7 @@ void IFD::setColorType(zxArray& output, std::size_t index) const {
 }
 
 void IFD::setBitDepth(zxArray& output, std::size_t index) const {
-    const std::span<const double> depths = bitsPerSample.elements();
-    const double depth = std::accumulate(depths.begin(), depths.end(), 0.0);
+    const double depth = std::accumulate(bitsPerSample.begin(), bitsPerSample.end(), 0.0);
     setField(output, index, "BitDepth", makeNumber(depth));
 }
 

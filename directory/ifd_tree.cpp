@@ -11,7 +11,8 @@
 
 namespace corvinex {
 
-IFDTree::IFDTree(TagFile* file, IFDtype_t_ kind) : tagFile(file), ifdType(kind) {
+IFDTree::IFDTree(TagFile* file, IFDtype_t_ kind)
+    : tagFile(file), ifdType(kind), ifds(&file->getSetMemory()), tagNames(&file->getSetMemory()) {
     processIfdSet();
 }
 
@@ -30,16 +31,6 @@ IFDTree& IFDTree::operator=(const IFDTree& other) {
         defaultTagsSeen = other.defaultTagsSeen;
         hasUnknownTags = other.hasUnknownTags;
     }
-    return *this;
-}
-
-IFDTree& IFDTree::operator=(IFDTree&& other) noexcept {
-    tagFile = other.tagFile;
-    ifdType = other.ifdType;
-    hasUnknownTags = other.hasUnknownTags;
-    ifds.swap(other.ifds);
-    tagNames.swap(other.tagNames);
-    defaultTagsSeen = std::exchange(other.defaultTagsSeen, defaultTagsSeen);
     return *this;
 }
 

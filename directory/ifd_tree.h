@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory_resource>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,12 +32,11 @@ class IFDTree {
     IFDTree(IFDTree&&) = default;
     /// Clears first: assigning a set to itself leaves it with no directories and no names.
     IFDTree& operator=(const IFDTree& other);
-    IFDTree& operator=(IFDTree&& other) noexcept;
     ~IFDTree() = default;
 
     /// Number of directories.
     [[nodiscard]] std::size_t size() const noexcept { return ifds.size(); }
-    [[nodiscard]] const std::vector<IFD>& getIfds() const noexcept { return ifds; }
+    [[nodiscard]] const std::pmr::vector<IFD>& getIfds() const noexcept { return ifds; }
 
     /// N x 1 struct array with one element per directory, or a 0 x 0 double for a set without any.
     /// Called once: a Colormap's values are scaled in place. Raises the fatal strftimeFailure.
@@ -62,9 +62,9 @@ class IFDTree {
 
     TagFile* tagFile = nullptr;
     IFDtype_t_ ifdType = IFDtype_t_::Main;
-    std::vector<IFD> ifds;
-    std::vector<NumberAndName> tagNames;  // ascending by number, each number once
-    std::uint32_t defaultTagsSeen = 0;    // in any directory, bits as in IFD::getDefaultTags
+    std::pmr::vector<IFD> ifds;
+    std::pmr::vector<NumberAndName> tagNames;  // ascending by number, each number once
+    std::uint32_t defaultTagsSeen = 0;         // in any directory, bits as in IFD::getDefaultTags
     bool hasUnknownTags = false;
 };
 

@@ -29,6 +29,12 @@ HostArray makeSignature(const TagFile& file) {
     return makeNumberRow(numbers);
 }
 
+/// Gives back the elements of a list and their memory.
+void release(auto& list) {
+    list.clear();
+    list.shrink_to_fit();
+}
+
 const char* getByteOrderText(const TagFile& file) {
     const auto& signature = file.getHeaderSignature();
     return signature[0] == 'M' && signature[1] == 'M' ? "big-endian" : "little-endian";
@@ -116,22 +122,24 @@ bool IFDTree::tagAlreadyOnDefaultList(std::string_view name) const {
     return !tagFile->isJpegFile() && isDefaultFieldName(tagFile->getFileFormat(), name);
 }
 
-// What has been packaged is given back at once: the memory serves the host values that follow.
+// What has been packaged is given back at once: the memory serves the host values that follow. The
+// arena goes with the last directory in it, so nothing of this one is left there.
 void IFD::ifd2struct(zxArray& output, std::size_t index) {
-    for (TagValue& tag : std::exchange(tags, {})) {
+    for (TagValue& tag : tags) {
         setField(output, index, tag.getFieldName(), tag.getZxArray());
     }
+    release(tags);
     setDefaultFields(output, index);
-    bitsPerSample = NumberList();
-    if (unknownTags.empty()) {
-        return;
+    if (!unknownTags.empty()) {
+        HostArray records = makeStructColumn(unknownTags.size(), unknownTagFields);
+        for (std::size_t i = 0; i < unknownTags.size(); ++i) {
+            unknownTags[i].setUnknownTagZx(*records, i);
+        }
+        setField(output, index, unknownTagsField, std::move(records));
     }
-    HostArray records = makeStructColumn(unknownTags.size(), unknownTagFields);
-    for (std::size_t i = 0; i < unknownTags.size(); ++i) {
-        unknownTags[i].setUnknownTagZx(*records, i);
-    }
-    setField(output, index, unknownTagsField, std::move(records));
-    TagList().swap(unknownTags);
+    release(unknownTags);
+    release(bitsPerSample);
+    arena.reset();
 }
 
 }  // namespace corvinex

@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <memory_resource>
 #include <span>
 #include <utility>
 
-#include "tag/owned_array.h"
+#include "tag/unset_allocator.h"
 
 namespace corvinex {
 
@@ -14,19 +15,20 @@ namespace corvinex {
 /// them, need no memory of their own.
 class RawValue {
   public:
-    /// What fits inside. Longer values are no pieces of a chunk, which would keep them too long.
-    static constexpr std::size_t shortLength = OwnedArray<unsigned char>::longestPiece;
+    /// What fits inside.
+    static constexpr std::size_t shortLength = 64;
 
     /// Room for size bytes, which are unspecified. Whoever asks has checked that the file holds as
-    /// many.
+    /// many. Raises std::bad_alloc.
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
-    explicit RawValue(std::size_t size) : size_(size), outside_(size > shortLength ? size : 0) {}
+    RawValue(std::size_t size, std::pmr::memory_resource& memory)
+        : size_(size), outside_(size > shortLength ? size : 0, &memory) {}
 
     [[nodiscard]] std::span<unsigned char> bytes() noexcept {
-        return isOutside() ? outside_.elements() : std::span(inside_).first(size_);
+        return isOutside() ? std::span(outside_) : std::span(inside_).first(size_);
     }
     [[nodiscard]] std::span<const unsigned char> bytes() const noexcept {
-        return isOutside() ? outside_.elements() : std::span(inside_).first(size_);
+        return isOutside() ? std::span(outside_) : std::span(inside_).first(size_);
     }
     /// Takes the value field of an entry, 4 or 8 bytes, of which the value may be a part.
     void setField(std::span<const unsigned char> field) noexcept {
@@ -39,12 +41,12 @@ class RawValue {
     }
     /// Whether the bytes have memory of their own, which can then be taken.
     [[nodiscard]] bool isOutside() const noexcept { return size_ > shortLength; }
-    [[nodiscard]] OwnedArray<unsigned char> takeOutside() noexcept { return std::move(outside_); }
+    [[nodiscard]] ValueVector<unsigned char> takeOutside() noexcept { return std::move(outside_); }
 
   private:
     std::size_t size_;
     std::array<unsigned char, shortLength> inside_;  // unset, as its size tells
-    OwnedArray<unsigned char> outside_;
+    ValueVector<unsigned char> outside_;
 };
 
 }  // namespace corvinex

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <memory_resource>
 #include <span>
 #include <string>
 #include <string_view>
@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "entry/host_value.h"
-#include "tag/owned_array.h"
+#include "tag/unset_allocator.h"
 
 namespace corvinex {
 
@@ -20,24 +20,27 @@ class IFDTree;
 /// The directory sets that a pointer tag leads to, copied with their owner.
 class SubDirectories {
   public:
-    SubDirectories();
+    explicit SubDirectories(std::pmr::memory_resource& memory);
     SubDirectories(const SubDirectories& other);
     SubDirectories(SubDirectories&& other) noexcept;
     SubDirectories& operator=(const SubDirectories&) = delete;
     SubDirectories& operator=(SubDirectories&&) = delete;
     ~SubDirectories();
 
-    [[nodiscard]] std::vector<IFDTree>& sets() noexcept { return *sets_; }
-    [[nodiscard]] const std::vector<IFDTree>& sets() const noexcept { return *sets_; }
+    [[nodiscard]] std::pmr::vector<IFDTree>& sets() noexcept { return sets_; }
+    [[nodiscard]] const std::pmr::vector<IFDTree>& sets() const noexcept { return sets_; }
 
   private:
-    std::unique_ptr<std::vector<IFDTree>> sets_;
+    std::pmr::vector<IFDTree> sets_;
 };
 
 /// What a directory keeps of a tag: its number and name, its value, and the way to the value of its
 /// output field. A result holds a great many, so they are small: a value of one number needs no
 /// memory of its own, a large one stays in the type that the file has it in, and names and words
 /// are those of the constant tables.
+///
+/// What a tag was read with lies in the memory of its file and lives no longer than that. A copy
+/// has memory of its own, from the default resource.
 class TagValue {
   public:
     TagValue(const TagValue&) = default;
@@ -80,14 +83,14 @@ class TagValue {
     [[nodiscard]] static HostArray trim_nulls(std::string_view text);
 
   protected:
-    using Numbers = OwnedArray<double>;
-    using Bytes = OwnedArray<unsigned char>;
+    using Numbers = ValueVector<double>;
+    using Bytes = ValueVector<unsigned char>;
     struct Text {
-        OwnedArray<char> characters;
+        ValueVector<unsigned char> characters;
     };
     /// Many numbers in host byte order, of the tag's type.
     struct PackedNumbers {
-        OwnedArray<unsigned char> bytes;
+        ValueVector<unsigned char> bytes;
     };
     /// Nothing, one number, several numbers in two forms, a text, the bytes of ImageSourceData,
     /// directory sets.

@@ -89,11 +89,11 @@ HostArray TagValue::getZxArraySampleFormat() const {
 }
 
 HostArray TagValue::getZxArrayImageSourceData() const {
-    return makeByteRow(std::get<Bytes>(value).elements());
+    return makeByteRow(std::get<Bytes>(value));
 }
 
 HostArray TagValue::getZxArraySubIfds() {
-    std::vector<IFDTree>& sets = std::get<SubDirectories>(value).sets();
+    auto& sets = std::get<SubDirectories>(value).sets();
     HostArray cells = makeCellRow(sets.size());
     for (std::size_t i = 0; i < sets.size(); ++i) {
         setCell(*cells, i, sets[i].repackageIfds());

@@ -171,8 +171,8 @@ void TiffTag::setTagDataOffset(std::span<const unsigned char> entry) {
 
     if (byteCount <= tagFile->getOffsetSize()) {
         valueOffset = 0;
-        rawData.emplace(byteCount).setField(
-            entry.subspan(tagFile->getValueFieldPosition(), tagFile->getOffsetSize()));
+        rawData.emplace(byteCount, getMemoryFor(byteCount))
+            .setField(entry.subspan(tagFile->getValueFieldPosition(), tagFile->getOffsetSize()));
     } else {
         valueOffset = tagFile->readTagDataOffset(entry);
         readTagData(byteCount, elementSize, elementCount);
@@ -194,8 +194,8 @@ void TiffTag::readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
             warnings::tagDataPastEOF(tagId, byteCount));
         dropEntry();
     }
-    if (tagFile->getStream().read(rawData.emplace(byteCount).bytes().data(), elementSize,
-                                  elementCount) != elementCount) {
+    RawValue& raw = rawData.emplace(byteCount, getMemoryFor(byteCount));
+    if (tagFile->getStream().read(raw.bytes().data(), elementSize, elementCount) != elementCount) {
         const std::string label = name == nullptr ? std::to_string(tagId) : name;
         tagFile->warnOncePerFile("unableToReadTiffTag" + label,
                                  warnings::unableToReadTiffTag(label, position));
@@ -215,6 +215,11 @@ void TiffTag::validateTag() {
         rule->isMultiple
             ? warnings::expectedTagDataFormatMultiple(getName(), actualType, rule->allowedNames)
             : warnings::expectedTagDataFormat(getName(), rule->allowedNames, actualType));
+}
+
+std::pmr::memory_resource& TiffTag::getMemoryFor(std::size_t byteCount) const noexcept {
+    return tagFile == nullptr ? *std::pmr::get_default_resource()
+                              : tagFile->getValueMemory(byteCount);
 }
 
 std::span<const unsigned char> TiffTag::getRawData() const noexcept {

@@ -55,6 +55,8 @@ class TiffTag : public TagValue {
     void checkComponentCount();
     void setTagDataOffset(std::span<const unsigned char> entry);
     [[nodiscard]] std::span<const unsigned char> getRawData() const noexcept;
+    /// Where a value of this many bytes goes.
+    [[nodiscard]] std::pmr::memory_resource& getMemoryFor(std::size_t byteCount) const noexcept;
     void readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
                      std::uint64_t elementCount);
     void validateTag();

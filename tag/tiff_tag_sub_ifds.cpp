@@ -50,7 +50,7 @@ std::string_view getEnclosingDirectoryWord(IFDtype_t_ kind) noexcept {
 // offsets of 8-byte types included.
 void TiffTag::processSubIfds() {
     if (!std::holds_alternative<SubDirectories>(value)) {
-        value.emplace<SubDirectories>();
+        value.emplace<SubDirectories>(tagFile->getArena());
     }
     FileStream& stream = tagFile->getStream();
     const std::uint64_t previousPosition = stream.tell();

@@ -32,9 +32,9 @@ double divide(double numerator, double denominator) noexcept {
 void TiffTag::processNormalTagData() {
     const std::span<const unsigned char> bytes = getRawData();
     if (tagId == tag_number::ImageSourceData) {
-        Bytes kept(componentCount);
-        std::copy_n(bytes.begin(), kept.size(), kept.elements().begin());
-        value = std::move(kept);
+        // One byte a component, whatever the type.
+        const auto kept = bytes.first(componentCount);
+        value.emplace<Bytes>(kept.begin(), kept.end(), &getMemoryFor(kept.size()));
         return;
     }
     switch (dataType) {
@@ -85,17 +85,23 @@ void TiffTag::processTiffTagNumbers() {
         value = PackedNumbers{rawData->takeOutside()};
         rawData.reset();
     } else {
-        Numbers numbers(componentCount);
-        convertNumbers(dataType, getRawData(), numbers.elements());
+        Numbers numbers(componentCount, &getMemoryFor(componentCount * sizeof(double)));
+        convertNumbers(dataType, getRawData(), numbers);
         value = std::move(numbers);
     }
 }
 
 void TiffTag::processTiffTagAscii() {
     const std::string_view before = getRawText();
+    if (before.empty() && rawData->isOutside()) {
+        value = Text{rawData->takeOutside()};
+        rawData.reset();
+        return;
+    }
     const std::span<const unsigned char> bytes = getRawData();
-    Text text{OwnedArray<char>(before.size() + bytes.size())};
-    const auto end = std::copy(before.begin(), before.end(), text.characters.elements().begin());
+    const std::size_t length = before.size() + bytes.size();
+    Text text{Bytes(length, &getMemoryFor(length))};
+    const auto end = std::copy(before.begin(), before.end(), text.characters.begin());
     std::copy(bytes.begin(), bytes.end(), end);
     value = std::move(text);
 }
@@ -141,8 +147,9 @@ std::span<double> TiffTag::appendNumbers(std::uint64_t count) {
     if (count == 0) {
         return {};
     }
-    Numbers numbers(before + count);
-    copyNumbersTo(numbers.elements().first(before));
+    const std::size_t length = before + count;
+    Numbers numbers(length, &getMemoryFor(length * sizeof(double)));
+    copyNumbersTo(std::span(numbers).first(before));
     value = std::move(numbers);
     return unpackNumbers().subspan(before);
 }

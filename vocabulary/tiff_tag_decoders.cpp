@@ -205,11 +205,12 @@ void TiffTag::processGrayResponseUnit() {
 // value bytes go first, so that a large packet is not held three times.
 void TiffTag::processXMP() {
     rawData.reset();
-    Text packet{OwnedArray<char>(countNumericValues())};
+    const std::size_t length = countNumericValues();
+    Text packet{Bytes(length, &getMemoryFor(length))};
     std::size_t i = 0;
-    for (char& character : packet.characters.elements()) {
+    for (unsigned char& character : packet.characters) {
         const auto code = static_cast<std::uint32_t>(truncateTo<std::int32_t>(getNumber(i)));
-        character = static_cast<char>(static_cast<unsigned char>(code & 0xFF));
+        character = static_cast<unsigned char>(code & 0xFF);
         ++i;
     }
     value = std::move(packet);
