@@ -38,8 +38,9 @@ std::vector<std::size_t> shuffledIndices(std::size_t count) {
 
 bool hasName(std::uint16_t tag) {
     const auto named = corvinex::primaryTagTable();
-    return std::any_of(named.begin(), named.end(),
-                       [tag](const corvinex::TagName& row) { return row.number == tag; });
+    return std::any_of(named.begin(), named.end(), [tag](const corvinex::TagRow& row) {
+        return row.number == tag && row.name != nullptr;
+    });
 }
 
 /// A value of one of all widths, one in eight outside of its entry.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -52,9 +51,9 @@ class IFD {
     [[nodiscard]] std::size_t size() const noexcept;
     /// The named tags that the file holds.
     [[nodiscard]] const TagList& getTags() const noexcept { return tags; }
-    /// The baseline tags with a default: bit i stands for the tag that is the i-th to be added.
+    /// The baseline tags that the file lacks: bit i stands for the i-th tag with a default.
     [[nodiscard]] std::uint32_t getDefaultTags() const noexcept { return defaultTags; }
-    /// Number and name of the baseline tag that stands i-th.
+    /// Number and name of the i-th tag with a default, by ascending number.
     [[nodiscard]] static std::pair<std::uint16_t, std::string_view> getBaselineTag(std::size_t i);
     [[nodiscard]] bool hasUnknownTags() const noexcept { return !unknownTags.empty(); }
     /// Absolute position of the entry-count field.
@@ -96,7 +95,7 @@ class IFD {
     std::uint64_t entriesLength = 0;
     double width = 0;
     double height = 0;
-    std::bitset<326> tagsSeen;
+    std::uint32_t tagsSeen = 0;  // of those with a default, their bits
     std::uint32_t defaultTags = 0;
     std::int32_t photometric = -1;
     std::pmr::vector<double> bitsPerSample;

@@ -1,7 +1,5 @@
-#include <algorithm>
 #include <array>
 #include <bit>
-#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <numeric>
@@ -14,6 +12,7 @@
 #include "entry/numeric_conversion.h"
 #include "tag/tag_numbers.h"
 #include "tag/tiff_tag.h"
+#include "vocabulary/tag_table.h"
 #include "vocabulary/word_tables.h"
 
 // The baseline tags that every main directory of a TIFF answers, and the fields derived from them.
@@ -22,136 +21,68 @@ namespace corvinex {
 
 namespace {
 
-constexpr std::uint16_t firstBaselineTag = 254;
-constexpr std::uint16_t lastBaselineTag = 325;
+constexpr std::uint32_t allDefaults = (std::uint32_t{1} << defaultTagCount) - 1;
 
-// Tags whose presence alone is noted.
-constexpr std::array<std::uint16_t, 20> notedTags{254, 259, 263, 266, 273, 274, 278, 279, 280, 281,
-                                                  282, 283, 284, 290, 296, 320, 322, 323, 324, 325};
-
-// By number, from the first baseline tag on.
-constexpr auto noted = [] {
-    std::array<bool, lastBaselineTag - firstBaselineTag + 1> result{};
-    for (const std::uint16_t tag : notedTags) {
-        result.at(tag - firstBaselineTag) = true;
-    }
-    return result;
-}();
-
-constexpr bool isNoted(std::uint16_t baselineTag) {
-    return noted.at(baselineTag - firstBaselineTag);
-}
-
-/// How the default of a missing tag is made.
-enum class Maker { Standard, SampleCount, FromBitsPerSample };
-
-struct RequiredTag {
-    std::uint16_t tag;
-    Maker maker;
-};
-
-// In the order in which missing tags are added, which is that of their numbers.
-constexpr std::size_t requiredTagCount = 22;
-constexpr std::array<RequiredTag, requiredTagCount> requiredTags{{
-    {254, Maker::Standard},           // NewSubfileType
-    {258, Maker::SampleCount},        // BitsPerSample
-    {259, Maker::Standard},           // Compression
-    {263, Maker::Standard},           // Threshholding
-    {266, Maker::Standard},           // FillOrder
-    {273, Maker::Standard},           // StripOffsets
-    {274, Maker::Standard},           // Orientation
-    {277, Maker::Standard},           // SamplesPerPixel
-    {278, Maker::Standard},           // RowsPerStrip
-    {279, Maker::Standard},           // StripByteCounts
-    {280, Maker::FromBitsPerSample},  // MinSampleValue
-    {281, Maker::FromBitsPerSample},  // MaxSampleValue
-    {282, Maker::Standard},           // XResolution
-    {283, Maker::Standard},           // YResolution
-    {284, Maker::Standard},           // PlanarConfiguration
-    {290, Maker::Standard},           // GrayResponseUnit
-    {296, Maker::Standard},           // ResolutionUnit
-    {320, Maker::Standard},           // ColorMap
-    {322, Maker::Standard},           // TileWidth
-    {323, Maker::Standard},           // TileLength
-    {324, Maker::Standard},           // TileOffsets
-    {325, Maker::Standard},           // TileByteCounts
-}};
-
-static_assert(std::is_sorted(requiredTags.begin(), requiredTags.end(),
-                             [](const RequiredTag& a, const RequiredTag& b) {
-                                 return a.tag < b.tag;
-                             }));
-
-/// Bit i stands for the tag that is the i-th to be added. Unrolled, as every page asks.
-template <std::size_t... i>
-std::uint32_t findMissing(const std::bitset<lastBaselineTag + 1>& seen,
-                          std::index_sequence<i...> /*places*/) {
-    return ((seen[requiredTags[i].tag] ? 0 : std::uint32_t{1} << i) | ...);
-}
-
-TiffTag makeStandardDefault(const RequiredTag& required) {
-    return required.maker == Maker::Standard ? TiffTag(required.tag, IFDtype_t_::Main)
-                                             : TiffTag(int{required.tag}, IFDtype_t_::Main, 0);
+TiffTag makeStandardDefault(const TagRow& row) {
+    const DefaultKind kind = row.standsIn.kind;
+    return kind == DefaultKind::Value || kind == DefaultKind::NoValue
+               ? TiffTag(row.number, IFDtype_t_::Main)
+               : TiffTag(int{row.number}, IFDtype_t_::Main, 0);
 }
 
 template <std::size_t... i>
-std::array<TiffTag, requiredTagCount> makeStandardDefaults(std::index_sequence<i...>) {
-    return {makeStandardDefault(requiredTags[i])...};
+std::array<TiffTag, defaultTagCount> makeStandardDefaults(std::index_sequence<i...> /*places*/) {
+    return {makeStandardDefault(*getDefaultTagRows()[i])...};
 }
 
 /// The defaults that are the same for every directory. The others have their places, unused.
-const std::array<TiffTag, requiredTagCount>& getStandardDefaults() {
-    static const auto defaults = makeStandardDefaults(std::make_index_sequence<requiredTagCount>());
+const std::array<TiffTag, defaultTagCount>& getStandardDefaults() {
+    static const auto defaults = makeStandardDefaults(std::make_index_sequence<defaultTagCount>());
     return defaults;
 }
 
 }  // namespace
 
 void IFD::flagDefaultValues(const TiffTag& tag) {
-    const std::uint16_t id = tag.getId();
-    if (id < firstBaselineTag || id > lastBaselineTag) {
-        return;
-    }
-    switch (id) {
+    tagsSeen |= tag.getRow().defaultBit;
+    switch (tag.getId()) {
         case tag_number::BitsPerSample:
             bitsPerSample.resize(tag.countNumericValues());
             tag.copyNumbersTo(bitsPerSample);
-            tagsSeen.set(id);
             return;
         case tag_number::PhotometricInterpretation:
             photometric = truncateTo<std::int32_t>(tag.getNumericValue(0));
             return;
         case tag_number::SamplesPerPixel:
             // The number of values, not the value: a file with SamplesPerPixel 3 and no
-            // BitsPerSample gets one default depth. Callers rely on it.
+            // BitsPerSample gets one default depth. It is kept on purpose; callers who sum up
+            // depths would notice a change.
             samplesPerPixel = tag.countNumericValues();
-            tagsSeen.set(id);
             return;
         default:
-            if (isNoted(id)) {
-                tagsSeen.set(id);
-            }
+            return;
     }
 }
 
 void IFD::processRequiredFields() {
-    defaultTags = findMissing(tagsSeen, std::make_index_sequence<requiredTagCount>());
-    if (!tagsSeen.test(tag_number::BitsPerSample)) {
+    defaultTags = allDefaults & ~tagsSeen;
+    if ((tagsSeen & findTag(tag_number::BitsPerSample).defaultBit) == 0) {
         bitsPerSample.assign(samplesPerPixel, 1.0);
     }
 }
 
 std::pair<std::uint16_t, std::string_view> IFD::getBaselineTag(std::size_t i) {
-    return {requiredTags.at(i).tag, getStandardDefaults().at(i).getName()};
+    const TagRow& row = *getDefaultTagRows()[i];
+    return {row.number, row.name};
 }
 
 HostArray IFD::getDefaultZxArray(std::size_t i, const TagValue& standardDefault) const {
-    const RequiredTag& required = requiredTags[i];
-    switch (required.maker) {
-        case Maker::SampleCount:
-            return TiffTag(int{required.tag}, ifdType, samplesPerPixel).getPlainZxArray();
-        case Maker::FromBitsPerSample:
-            return TiffTag(required.tag, ifdType, bitsPerSample).getPlainZxArray();
+    const TagRow& row = *getDefaultTagRows()[i];
+    switch (row.standsIn.kind) {
+        case DefaultKind::SampleCount:
+            return TiffTag(int{row.number}, ifdType, samplesPerPixel).getPlainZxArray();
+        case DefaultKind::BitsPerSample:
+            return TiffTag(row.number, ifdType, bitsPerSample).getPlainZxArray();
         default:
             return standardDefault.getPlainZxArray();
     }

@@ -58,7 +58,7 @@ class IFDTree {
     std::size_t addTagName(std::size_t expectedPlace, const NumberAndName& tag);
     [[nodiscard]] std::vector<const char*> getFieldNames() const;
     void setDefaultZxFields(zxArray& output) const;
-    [[nodiscard]] bool tagAlreadyOnDefaultList(std::string_view name) const;
+    [[nodiscard]] bool tagAlreadyOnDefaultList(std::uint16_t number) const;
 
     TagFile* tagFile = nullptr;
     IFDtype_t_ ifdType = IFDtype_t_::Main;

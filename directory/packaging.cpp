@@ -8,6 +8,7 @@
 #include "file/file_information.h"
 #include "file/tag_file.h"
 #include "host/interface/platform.h"
+#include "vocabulary/tag_table.h"
 
 // From directory sets to host struct arrays.
 
@@ -75,8 +76,8 @@ std::vector<const char*> IFDTree::getFieldNames() const {
         const auto defaults = tagFile->getDefaultFields();
         names.assign(defaults.begin(), defaults.end());
     }
-    const auto add = [&](const char* name) {
-        if (!isMain || !tagAlreadyOnDefaultList(name)) {
+    const auto add = [&](std::uint16_t number, const char* name) {
+        if (!isMain || !tagAlreadyOnDefaultList(number)) {
             names.push_back(name);
         }
     };
@@ -86,14 +87,14 @@ std::vector<const char*> IFDTree::getFieldNames() const {
         const auto [number, name] =
             IFD::getBaselineTag(static_cast<std::size_t>(std::countr_zero(left)));
         for (; tag != tagNames.end() && tag->number < number; ++tag) {
-            add(tag->name);
+            add(tag->number, tag->name);
         }
         if (tag == tagNames.end() || tag->number != number) {
-            add(name.data());
+            add(number, name.data());
         }
     }
     for (; tag != tagNames.end(); ++tag) {
-        add(tag->name);
+        add(tag->number, tag->name);
     }
     if (hasUnknownTags) {
         names.push_back(unknownTagsField);
@@ -118,8 +119,8 @@ void IFDTree::setDefaultZxFields(zxArray& output) const {
     }
 }
 
-bool IFDTree::tagAlreadyOnDefaultList(std::string_view name) const {
-    return !tagFile->isJpegFile() && isDefaultFieldName(tagFile->getFileFormat(), name);
+bool IFDTree::tagAlreadyOnDefaultList(std::uint16_t number) const {
+    return !tagFile->isJpegFile() && findTag(number).baselinePlace != 0;
 }
 
 // What has been packaged is given back at once: the memory serves the host values that follow. The

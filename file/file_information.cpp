@@ -1,110 +1,46 @@
 #include "file/file_information.h"
 
+#include <algorithm>
 #include <array>
 #include <boost/date_time/posix_time/posix_time.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
+#include <iterator>
 
 #include "entry/fatal_errors.h"
 #include "host/interface/platform.h"
+#include "vocabulary/tag_table.h"
 
 namespace corvinex {
 
 namespace {
 
-constexpr std::array defaultFieldNames{
-    // Every kind.
-    "Filename",
-    "FileModDate",
-    "FileSize",
-    "Format",
-    "FormatVersion",
-    "Width",
-    "Height",
-    "BitDepth",
-    "ColorType",
-    "FormatSignature",
-    // TIFF and BigTIFF only.
-    "ByteOrder",
-    "NewSubFileType",
-    "BitsPerSample",
-    "Compression",
-    "PhotometricInterpretation",
-    "StripOffsets",
-    "SamplesPerPixel",
-    "RowsPerStrip",
-    "StripByteCounts",
-    "XResolution",
-    "YResolution",
-    "ResolutionUnit",
-    "Colormap",
-    "PlanarConfiguration",
-    "TileWidth",
-    "TileLength",
-    "TileOffsets",
-    "TileByteCounts",
-    "Orientation",
-    "FillOrder",
-    "GrayResponseUnit",
-    "MaxSampleValue",
-    "MinSampleValue",
-    "Thresholding",
-    "Offset",
-};
+// Of files of every kind. Those of TIFF and BigTIFF files have "ByteOrder", the baseline tags and
+// "Offset" behind them.
+constexpr std::array commonFields{"Filename",      "FileModDate",    "FileSize", "Format",
+                                  "FormatVersion", "Width",          "Height",   "BitDepth",
+                                  "ColorType",     "FormatSignature"};
+constexpr std::size_t commonFieldCount = commonFields.size();
 
-constexpr std::size_t commonFieldCount = 10;
-
-// Where a name is looked for: every set of directories asks for each of its tags.
-constexpr std::size_t bucketCount = 128;
-
-constexpr std::size_t bucketOf(std::string_view name) noexcept {
-    const std::size_t first = static_cast<unsigned char>(name.front());
-    const std::size_t last = static_cast<unsigned char>(name.back());
-    return (name.size() * 13 + first * 5 + last) % bucketCount;
+auto makeDefaultFieldNames() noexcept {
+    std::array<const char*, commonFieldCount + 1 + baselineFieldCount + 1> names{};
+    auto place = std::copy(commonFields.begin(), commonFields.end(), names.begin());
+    *place = "ByteOrder";
+    const auto baseline = getBaselineFieldNames();
+    place = std::copy(baseline.begin(), baseline.end(), std::next(place));
+    *place = "Offset";
+    return names;
 }
-
-// A place plus 1, or 0 for empty; a name stands in its bucket or behind it.
-using Buckets = std::array<std::uint8_t, bucketCount>;
-
-constexpr Buckets fillBuckets() {
-    Buckets buckets{};
-    std::uint8_t behind = 1;
-    for (const std::string_view name : defaultFieldNames) {
-        std::size_t bucket = bucketOf(name);
-        while (buckets.at(bucket) != 0) {
-            bucket = (bucket + 1) % bucketCount;
-        }
-        buckets.at(bucket) = behind;
-        ++behind;
-    }
-    return buckets;
-}
-
-constexpr Buckets fieldBuckets = fillBuckets();
 
 constexpr std::array formatTexts{"jpg", "tif", "tif"};
 
 }  // namespace
 
 std::span<const char* const> getDefaultFieldNames(FileFormat format) noexcept {
-    const std::span<const char* const> all(defaultFieldNames);
+    static const auto names = makeDefaultFieldNames();
+    const std::span<const char* const> all(names);
     return format == FileFormat::JPEG ? all.first(commonFieldCount) : all;
-}
-
-bool isDefaultFieldName(FileFormat format, std::string_view name) noexcept {
-    if (name.empty()) {
-        return false;
-    }
-    std::size_t bucket = bucketOf(name);
-    while (fieldBuckets[bucket] != 0) {
-        const std::size_t place = fieldBuckets[bucket] - 1U;
-        if (name == defaultFieldNames[place]) {
-            return place < getDefaultFieldNames(format).size();
-        }
-        bucket = (bucket + 1) % bucketCount;
-    }
-    return false;
 }
 
 const char* getFormatText(FileFormat format) noexcept {

@@ -12,6 +12,7 @@
 
 #include "entry/host_value.h"
 #include "tag/unset_allocator.h"
+#include "vocabulary/word_tables.h"
 
 namespace corvinex {
 
@@ -107,11 +108,11 @@ class TagValue {
 
     // The tag that is read fills them in.
     // NOLINTBEGIN(misc-non-private-member-variables-in-classes)
-    [[no_unique_address]] Value value;  // the two numbers behind it lie in its padding
+    [[no_unique_address]] Value value;  // the three numbers behind it lie in its padding
     std::uint16_t tagId = 0;
     std::uint16_t dataType = 0;
-    const char* decodedWord = nullptr;  // of a word table, or null
-    const char* name = nullptr;         // of a dictionary, or null for an unknown tag
+    words::Place decodedWord = words::noWord;  // in the word table of the tag
+    const char* name = nullptr;                // of a dictionary, or null for an unknown tag
     std::uint64_t valueOffset = 0;
     // NOLINTEND(misc-non-private-member-variables-in-classes)
 

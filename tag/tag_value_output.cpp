@@ -9,6 +9,7 @@
 #include "host/interface/platform.h"
 #include "tag/tag_numbers.h"
 #include "tag/tag_value.h"
+#include "vocabulary/tag_table.h"
 #include "vocabulary/word_tables.h"
 
 // From a tag's value to the host array of its field.
@@ -35,8 +36,8 @@ HostArray TagValue::getZxArray() {
 }
 
 HostArray TagValue::getPlainZxArray() const {
-    if (decodedWord != nullptr) {
-        return makeWord(decodedWord);
+    if (decodedWord != words::noWord) {
+        return makeWord(words::getWord(findTag(tagId).words, decodedWord));
     }
     return std::holds_alternative<double>(value) ? getNumberRow() : getTextOrNumberRow();
 }

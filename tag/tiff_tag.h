@@ -1,15 +1,16 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory_resource>
 #include <optional>
 #include <span>
 
 #include "directory/ifd_type.h"
 #include "tag/raw_value.h"
-#include "tag/tag_rules.h"
 #include "tag/tag_value.h"
-#include "vocabulary/word_tables.h"
+#include "vocabulary/tag_table.h"
 
 namespace corvinex {
 
@@ -47,9 +48,11 @@ class TiffTag : public TagValue {
     /// rationals, texts and directory sets.
     void processGenericTag();
 
+    /// What is known of the tag's number in main directories.
+    [[nodiscard]] const TagRow& getRow() const noexcept { return *tagRow; }
+
   private:
     // Entry parsing and validation.
-    [[nodiscard]] static std::span<const TagDecoder> getDecoders() noexcept;
     void setTagName() noexcept;
     void checkDataType();
     void checkComponentCount();
@@ -82,7 +85,7 @@ class TiffTag : public TagValue {
 
     // Decoders of enumerated and special values, in the order of their tags.
     void processSpecificTag();
-    void decodeWord(words::Table table);
+    void decodeWord();
     void processCompression();
     void processPhotometricInterpretation();
     void processImageDescription();
@@ -113,11 +116,11 @@ class TiffTag : public TagValue {
     void processSubjectDistanceRange();
     void processDepthFar();
 
-    static const TagRulesTable allRules;
+    static const std::array<void (TiffTag::*)(), decoderCount> decoders;
 
     TagFile* tagFile = nullptr;
     std::uint64_t componentCount = 0;
-    const TagRules* rules = nullptr;  // of the tag's number, from setTagName on
+    const TagRow* tagRow = nullptr;  // of the tag's number, from setTagName on
     IFDtype_t_ ifdType = IFDtype_t_::Main;
     bool isConstructed = false;
     bool lastRationalIsOneOverZero = false;

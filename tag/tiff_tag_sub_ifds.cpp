@@ -11,7 +11,6 @@
 #include "file/byte_order.h"
 #include "file/checked_arithmetic.h"
 #include "file/tag_file.h"
-#include "tag/tag_numbers.h"
 #include "tag/tiff_tag.h"
 
 // The four tags that point to further directories.
@@ -87,12 +86,12 @@ void TiffTag::checkThatProposedNewSubIfdIsLegal(std::uint64_t position) {
 }
 
 IFDtype_t_ TiffTag::getSubIfdType() const noexcept {
-    switch (tagId) {
-        case tag_number::ExifIFD:
+    switch (tagRow->pointer) {
+        case Pointer::ToExif:
             return IFDtype_t_::EXIF;
-        case tag_number::GPSInfo:
+        case Pointer::ToGps:
             return IFDtype_t_::GPS;
-        case tag_number::InteroperabilityIFD:
+        case Pointer::ToInteroperability:
             return IFDtype_t_::Interoperability;
         default:
             return IFDtype_t_::Main;
