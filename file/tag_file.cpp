@@ -105,10 +105,6 @@ void TagFile::readThroughTagFile() {
     }
 }
 
-HostArray TagFile::repackageIfds() {
-    return !ifdTree || ifdTree->size() == 0 ? makeEmptyNumbers() : ifdTree->repackageIfds();
-}
-
 void TagFile::beginArena() {
     arena = std::make_shared<DirectoryArena>(nextArenaLength);
     nextArenaLength = std::min(arenaGrowth * nextArenaLength, longestArenaLength);

@@ -1,6 +1,6 @@
 #include <array>
 #include <bit>
-#include <utility>
+#include <vector>
 
 #include "directory/ifd.h"
 #include "directory/ifd_tree.h"
@@ -10,14 +10,11 @@
 #include "host/interface/platform.h"
 #include "vocabulary/tag_table.h"
 
-// From directory sets to host struct arrays.
+// From a directory set to its host struct array.
 
 namespace corvinex {
 
 namespace {
-
-constexpr const char* unknownTagsField = "UnknownTags";
-constexpr std::array unknownTagFields{"ID", "Offset", "Value"};
 
 HostArray makeSignature(const TagFile& file) {
     if (file.isJpegFile()) {
@@ -28,12 +25,6 @@ HostArray makeSignature(const TagFile& file) {
         static_cast<double>(signature[0]), static_cast<double>(signature[1]),
         static_cast<double>(signature[2]), static_cast<double>(signature[3])};
     return makeNumberRow(numbers);
-}
-
-/// Gives back the elements of a list and their memory.
-void release(auto& list) {
-    list.clear();
-    list.shrink_to_fit();
 }
 
 const char* getByteOrderText(const TagFile& file) {
@@ -97,7 +88,7 @@ std::vector<const char*> IFDTree::getFieldNames() const {
         add(tag->number, tag->name);
     }
     if (hasUnknownTags) {
-        names.push_back(unknownTagsField);
+        names.push_back("UnknownTags");
     }
     return names;
 }
@@ -121,26 +112,6 @@ void IFDTree::setDefaultZxFields(zxArray& output) const {
 
 bool IFDTree::tagAlreadyOnDefaultList(std::uint16_t number) const {
     return !tagFile->isJpegFile() && findTag(number).baselinePlace != 0;
-}
-
-// What has been packaged is given back at once: the memory serves the host values that follow. The
-// arena goes with the last directory in it, so nothing of this one is left there.
-void IFD::ifd2struct(zxArray& output, std::size_t index) {
-    for (TagValue& tag : tags) {
-        setField(output, index, tag.getFieldName(), tag.getZxArray());
-    }
-    release(tags);
-    setDefaultFields(output, index);
-    if (!unknownTags.empty()) {
-        HostArray records = makeStructColumn(unknownTags.size(), unknownTagFields);
-        for (std::size_t i = 0; i < unknownTags.size(); ++i) {
-            unknownTags[i].setUnknownTagZx(*records, i);
-        }
-        setField(output, index, unknownTagsField, std::move(records));
-    }
-    release(unknownTags);
-    release(bitsPerSample);
-    arena.reset();
 }
 
 }  // namespace corvinex
