@@ -2,28 +2,33 @@
 
 #include <sys/mman.h>
 
-#include <new>
+#include <memory>
 
 namespace corvinex {
 
+namespace {
+
+/// The shortest block whose pages are provided at once.
+constexpr std::size_t longLength = std::size_t{60} << 10;
+
+/// Where the system cannot do so nothing changes.
+void providePages(void* memory, std::size_t length) noexcept {
+    constexpr std::size_t pageLength = 4096;
+    if (length >= longLength && std::align(pageLength, pageLength, memory, length) != nullptr) {
+        static_cast<void>(::madvise(memory, length / pageLength * pageLength, MADV_POPULATE_WRITE));
+    }
+}
+
+}  // namespace
+
 void* PageMemory::do_allocate(std::size_t bytes, std::size_t alignment) {
-    if (bytes < longLength) {
-        return std::pmr::new_delete_resource()->allocate(bytes, alignment);
-    }
-    void* const memory = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE,
-                                MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE, -1, 0);
-    if (memory == MAP_FAILED) {
-        throw std::bad_alloc();
-    }
+    void* const memory = std::pmr::new_delete_resource()->allocate(bytes, alignment);
+    providePages(memory, bytes);
     return memory;
 }
 
 void PageMemory::do_deallocate(void* memory, std::size_t bytes, std::size_t alignment) {
-    if (bytes < longLength) {
-        std::pmr::new_delete_resource()->deallocate(memory, bytes, alignment);
-    } else {
-        static_cast<void>(::munmap(memory, bytes));
-    }
+    std::pmr::new_delete_resource()->deallocate(memory, bytes, alignment);
 }
 
 bool PageMemory::do_is_equal(const memory_resource& other) const noexcept {

@@ -87,7 +87,8 @@ class TagValue {
     using Numbers = ValueVector<double>;
     using Bytes = ValueVector<unsigned char>;
     struct Text {
-        ValueVector<unsigned char> characters;
+        explicit Text(Bytes text) noexcept : characters(std::move(text)) {}
+        Bytes characters;
     };
     /// Many numbers in host byte order, of the tag's type.
     struct PackedNumbers {

@@ -139,8 +139,8 @@ void TiffTag::setTagDataOffset(std::span<const unsigned char> entry) {
 
     if (byteCount <= tagFile->getOffsetSize()) {
         valueOffset = 0;
-        rawData.emplace(byteCount, getMemoryFor(byteCount))
-            .setField(entry.subspan(tagFile->getValueFieldPosition(), tagFile->getOffsetSize()));
+        rawData.emplace(byteCount,
+                        entry.subspan(tagFile->getValueFieldPosition(), tagFile->getOffsetSize()));
     } else {
         valueOffset = tagFile->readTagDataOffset(entry);
         readTagData(byteCount, elementSize, elementCount);

@@ -85,20 +85,23 @@ void TiffTag::processTiffTagNumbers() {
         value = PackedNumbers{rawData->takeOutside()};
         rawData.reset();
     } else {
-        Numbers numbers(componentCount, &getMemoryFor(componentCount * sizeof(double)));
-        convertNumbers(dataType, getRawData(), numbers);
-        value = std::move(numbers);
+        auto& memory = getMemoryFor(componentCount * sizeof(double));
+        convertNumbers(dataType, getRawData(), value.emplace<Numbers>(componentCount, &memory));
     }
 }
 
 void TiffTag::processTiffTagAscii() {
     const std::string_view before = getRawText();
     if (before.empty() && rawData->isOutside()) {
-        value = Text{rawData->takeOutside()};
+        value.emplace<Text>(rawData->takeOutside());
         rawData.reset();
         return;
     }
     const std::span<const unsigned char> bytes = getRawData();
+    if (before.empty()) {
+        value.emplace<Text>(Bytes(bytes.begin(), bytes.end(), &getMemoryFor(bytes.size())));
+        return;
+    }
     const std::size_t length = before.size() + bytes.size();
     Text text{Bytes(length, &getMemoryFor(length))};
     const auto end = std::copy(before.begin(), before.end(), text.characters.begin());
@@ -148,7 +151,11 @@ std::span<double> TiffTag::appendNumbers(std::uint64_t count) {
         return {};
     }
     const std::size_t length = before + count;
-    Numbers numbers(length, &getMemoryFor(length * sizeof(double)));
+    auto& memory = getMemoryFor(length * sizeof(double));
+    if (before == 0) {
+        return value.emplace<Numbers>(length, &memory);
+    }
+    Numbers numbers(length, &memory);
     copyNumbersTo(std::span(numbers).first(before));
     value = std::move(numbers);
     return unpackNumbers().subspan(before);
