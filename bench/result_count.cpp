@@ -10,8 +10,8 @@
 namespace bench {
 namespace {
 
-/// Fields that no entry of the benchmark's inputs stands for: facts of the file and of the image,
-/// and the defaults of baseline tags that these inputs do not hold.
+/// Fields for which the benchmark's inputs have no entry: facts of the file and of the image, and
+/// the defaults of baseline tags that these inputs do not hold.
 constexpr std::array<std::string_view, 17> fieldsWithoutEntry{
     "Filename",         "FileModDate",     "FileSize",       "Format",
     "FormatVersion",    "FormatSignature", "BitDepth",       "ColorType",
@@ -32,7 +32,7 @@ bool isOneOf(const std::array<std::string_view, Count>& names, const std::string
 
 void ResultCount::add(const zxArray& directories) {
     const auto names = host::fieldNamesOf(directories);
-    const std::size_t count = directories.elementCount();
+    const std::size_t count = host::elementCountOf(directories);
     totals_.directories += count;
     for (std::size_t element = 0; element < count; ++element) {
         addFields(directories, element, names);
@@ -52,7 +52,7 @@ void ResultCount::addFields(const zxArray& directories, std::size_t element,
             addField(names[field], *value);
         }
     }
-    // A JPEG's main directories have the fields, too, without entries behind them.
+    // A JPEG's main directories have the fields "Width" and "Height", too, but no entries for them.
     const bool isMain = !names.empty() && names.front() == "Filename";
     const bool isTiff = std::find(names.begin(), names.end(), "ByteOrder") != names.end();
     totals_.values -= isMain && !isTiff ? 2 : 0;
@@ -62,12 +62,12 @@ void ResultCount::addField(const std::string& name, const zxArray& value) {
     if (isOneOf(directoryFields, name)) {
         add(value);
     } else if (name == "SubIFDs") {
-        for (std::size_t i = 0; i < value.elementCount(); ++i) {
+        for (std::size_t i = 0; i < host::elementCountOf(value); ++i) {
             add(*host::cellAt(value, i));
         }
     } else if (name == "UnknownTags") {
-        totals_.values += value.elementCount();
-        for (std::size_t i = 0; i < value.elementCount(); ++i) {
+        totals_.values += host::elementCountOf(value);
+        for (std::size_t i = 0; i < host::elementCountOf(value); ++i) {
             addBytes(*host::fieldAt(value, i, "Value"));
         }
     } else {
@@ -79,13 +79,13 @@ void ResultCount::addField(const std::string& name, const zxArray& value) {
 void ResultCount::addBytes(const zxArray& value) {
     switch (host::classOf(value)) {
         case host::ValueClass::Double:
-            elementBytes_ += value.elementCount() * sizeof(double);
+            elementBytes_ += host::elementCountOf(value) * sizeof(double);
             return;
         case host::ValueClass::Char:
-            elementBytes_ += value.elementCount() * sizeof(char16_t);
+            elementBytes_ += host::elementCountOf(value) * sizeof(char16_t);
             return;
         case host::ValueClass::Uint8:
-            elementBytes_ += value.elementCount();
+            elementBytes_ += host::elementCountOf(value);
             return;
         default:
             return;

@@ -65,6 +65,8 @@ class IFD {
     /// side by side. Meaningful as the length is.
     [[nodiscard]] std::optional<std::uint64_t> getNextOffset() const noexcept { return nextOffset; }
 
+    // Towards the host. These are defined in ifd_output.cpp, which reading does without.
+
     /// Write the derived fields of one element of a main set's struct array: "Width" and "Height",
     /// "ColorType" and "BitDepth".
     void setWidthAndHeight(zxArray& output, std::size_t index) const;

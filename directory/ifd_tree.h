@@ -30,13 +30,17 @@ class IFDTree {
     IFDTree(TagFile* file, IFDtype_t_ kind);
     IFDTree(const IFDTree&) = default;
     IFDTree(IFDTree&&) = default;
-    /// Clears first: assigning a set to itself leaves it with no directories and no names.
+    /// Clears first: assigning a set to itself leaves it with no directories and no names. That is
+    /// documented and kept on purpose, though it looks like a slip; the module itself never does
+    /// it.
     IFDTree& operator=(const IFDTree& other);
     ~IFDTree() = default;
 
     /// Number of directories.
     [[nodiscard]] std::size_t size() const noexcept { return ifds.size(); }
     [[nodiscard]] const std::pmr::vector<IFD>& getIfds() const noexcept { return ifds; }
+
+    // Towards the host. This is defined in ifd_tree_output.cpp, which reading does without.
 
     /// N x 1 struct array with one element per directory, or a 0 x 0 double for a set without any.
     /// Called once: a Colormap's values are scaled in place. Raises the fatal strftimeFailure.

@@ -17,16 +17,6 @@ namespace corvinex {
 /// UTF-16 of a text that is plain ASCII (tag names, type names, numbers).
 std::u16string asciiToUtf16(std::string_view text);
 
-/// The arguments of a message. Each is moved to its place: a list in braces would copy them, which
-/// can fail, and the standard library's variant does not survive a copy that fails.
-template <class... Values>
-std::vector<resource_core::BaseMsgID::Argument> makeArguments(Values... values) {
-    std::vector<resource_core::BaseMsgID::Argument> arguments;
-    arguments.reserve(sizeof...(values));
-    (arguments.emplace_back(std::move(values)), ...);
-    return arguments;
-}
-
 class FatalError : public foundation::core::except::IUserException, public std::exception {
   public:
     [[nodiscard]] const resource_core::BaseMsgID& message() const noexcept override {
@@ -75,8 +65,7 @@ struct tiffHeaderReadFailure : FatalError {
 struct badEndianness : FatalError {
     badEndianness(std::uint8_t firstByte, std::uint8_t secondByte, std::u16string filename)
         : FatalError("quorra:corvinex:badEndianness",
-                     ::corvinex::makeArguments(std::uint64_t{firstByte}, std::uint64_t{secondByte},
-                                               std::move(filename))) {}
+                     {std::uint64_t{firstByte}, std::uint64_t{secondByte}, std::move(filename)}) {}
 };
 
 /// The first directory lies beyond the end of the file. Both in bytes from its start.
@@ -98,8 +87,7 @@ struct unableToReadTagData : FatalError {
 /// A directory's entries cannot be read in full.
 struct badIFDread : FatalError {
     explicit badIFDread(std::u16string directory)
-        : FatalError("quorra:corvinex:badIFDread",
-                     ::corvinex::makeArguments(std::move(directory))) {}
+        : FatalError("quorra:corvinex:badIFDread", {std::move(directory)}) {}
 };
 
 /// The modification date cannot be formatted.
@@ -112,8 +100,7 @@ struct badTagDataCount : FatalError {
     badTagDataCount(std::uint16_t tag, std::string_view name, std::uint64_t found,
                     std::uint64_t required)
         : FatalError("quorra:corvinex:badTagDataCount",
-                     ::corvinex::makeArguments(std::uint64_t{tag}, ::corvinex::asciiToUtf16(name),
-                                               found, required)) {}
+                     {std::uint64_t{tag}, ::corvinex::asciiToUtf16(name), found, required}) {}
 };
 
 /// A field type outside the known ones reached value conversion or naming.

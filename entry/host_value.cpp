@@ -34,7 +34,8 @@ std::u16string_view getText(const zxArray& value) {
     if (!Quillon::String::isScalarText(&value, false, false)) {
         raiseFatal(KORVEL::string::MustBeStringScalarOrCharacterVector());
     }
-    return {static_cast<const char16_t*>(value.elementStorage()), value.elementCount()};
+    return {static_cast<const char16_t*>(api::zxGetElements(&value)),
+            api::zxGetElementCount(&value)};
 }
 
 }  // namespace
@@ -58,7 +59,7 @@ HostArray makeUnsetNumbers(std::size_t rows, std::size_t columns) {
 }
 
 std::span<double> getNumbers(zxArray& array) {
-    return {static_cast<double*>(array.elementStorage()), array.elementCount()};
+    return {static_cast<double*>(api::zxGetElements(&array)), api::zxGetElementCount(&array)};
 }
 
 HostArray makeNumberRow(std::span<const double> values) {
@@ -67,7 +68,8 @@ HostArray makeNumberRow(std::span<const double> values) {
 
 HostArray makeByteRow(std::span<const unsigned char> bytes) {
     HostArray array = makeNumericArray({1, bytes.size()}, zxClassID::Uint8);
-    std::copy(bytes.begin(), bytes.end(), static_cast<unsigned char*>(array->elementStorage()));
+    std::copy(bytes.begin(), bytes.end(),
+              static_cast<unsigned char*>(api::zxGetElements(array.get())));
     return array;
 }
 
@@ -76,11 +78,11 @@ HostArray makeWord(const char* word) {
 }
 
 HostArray makeText(std::u16string_view text) {
-    return matrix::create(text.data(), text.size());
+    return HostArray(matrix::to_korvel(matrix::create(text.data(), text.size())));
 }
 
 HostArray makeUtf8Text(std::string_view text) {
-    return matrix::create(text.data(), text.size());
+    return HostArray(matrix::to_korvel(matrix::create(text.data(), text.size())));
 }
 
 HostArray makeEmptyText() {

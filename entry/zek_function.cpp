@@ -1,6 +1,5 @@
 #include <boost/numeric/conversion/converter_policies.hpp>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -17,20 +16,20 @@ namespace {
 constexpr unsigned int hostRelease = 1;
 constexpr unsigned int arrayInterfaceVersion = 0x08000000;
 
-using corvinex::HostArray;
-
-/// One request: reads the file, packages the result and closes the file on every road. Nothing when
-/// a number did not fit its type on the way.
-std::optional<HostArray> readTags(std::u16string filename, double headerOffset, double ifdsToSkip,
-                                  double maxIfdsPerSet) {
+/// One request: reads the file and stores the packaged result in output while the file is still
+/// open; the file is closed before this returns or raises. False when a number did not fit its type
+/// on the way.
+bool readTags(std::u16string filename, double headerOffset, double ifdsToSkip, double maxIfdsPerSet,
+              zxArray*& output) {
     corvinex::TagFile file(std::move(filename), corvinex::truncateTo<std::uint64_t>(headerOffset),
                            corvinex::truncateTo<std::uint64_t>(ifdsToSkip),
                            corvinex::truncateTo<std::uint64_t>(maxIfdsPerSet));
     try {
         file.readThroughTagFile();
-        return file.repackageIfds();
+        output = file.repackageIfds().release();
+        return true;
     } catch (const boost::numeric::bad_numeric_cast&) {
-        return std::nullopt;
+        return false;
     }
 }
 
@@ -43,12 +42,9 @@ void zekFunction(int /*outputCount*/, zxArray* outputs[], int /*inputCount*/,
     const double headerOffset = corvinex::getNumberArgument(*inputs[1]);
     const double ifdsToSkip = corvinex::getNumberArgument(*inputs[2]);
     const double maxIfdsPerSet = corvinex::getNumberArgument(*inputs[3]);
-    std::optional<HostArray> output =
-        readTags(std::move(filename), headerOffset, ifdsToSkip, maxIfdsPerSet);
-    if (!output) {
+    if (!readTags(std::move(filename), headerOffset, ifdsToSkip, maxIfdsPerSet, outputs[0])) {
         corvinex::raiseFatal(quorra::corvinex::argumentOutOfBounds());
     }
-    outputs[0] = matrix::to_korvel(std::move(*output));
 }
 
 void zekfilerequiredapiversion(unsigned int* builtByRelease, unsigned int* targetApiVersion) {

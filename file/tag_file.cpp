@@ -62,6 +62,10 @@ TagFile::TagFile(std::u16string name, unsigned long long header, unsigned long s
     beginArena();
 }
 
+TagFile::~TagFile() {
+    stream = FileStream();
+}
+
 void TagFile::detectFormat() {
     if (isJpeg(filename)) {
         fileFormat = FileFormat::JPEG;

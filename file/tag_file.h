@@ -36,11 +36,15 @@ class TagFile {
             unsigned long limit);
     TagFile(const TagFile&) = delete;
     TagFile& operator=(const TagFile&) = delete;
+    /// Closes the stream before the directories are released.
+    ~TagFile();
 
     /// Reads the header, skips directories and reads the main chain. Raises tiffHeaderReadFailure,
     /// badEndianness, badTiffIfdOffset, badTiffHeaderIfdOffset, unableToReadTagData, and what the
     /// directories raise.
     void readThroughTagFile();
+
+    // Towards the host. This is defined in tag_file_output.cpp, which reading does without.
 
     /// The result: the main set's struct array, or a 0 x 0 double when no directory was kept.
     [[nodiscard]] HostArray repackageIfds();
@@ -143,6 +147,8 @@ class TagFile {
     std::shared_ptr<DirectoryArena> arena;  // outlives the tags that are read
     std::optional<IFDTree> ifdTree;
     std::uint64_t valueFieldPosition = 0;
+    // Documented members. The first tells a debugger which mark the file has; swapBytes is taken
+    // from the other two, which would change with a machine of another byte order.
     std::uint32_t fileByteOrder = 0;
     bool machineIsBigEndian = false;
     bool machineIsLittleEndian = true;

@@ -26,6 +26,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
                                                     input->headerOffset, input->skip, input->limit);
         fuzz::require(result.failure.has_value() == (result.output == nullptr),
                       "an output beside an error, or neither");
+        fuzz::require(!result.failure || !result.failure->isOutOfMemory, "memory does not suffice");
         static_cast<void>(fuzz::digestOf(result.output.get()));
     }
     fuzz::require(host::livingValues() == 0, "a value was not destroyed");

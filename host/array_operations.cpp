@@ -28,6 +28,14 @@ Size sizeFrom(std::size_t ndim, const std::size_t* dims) {
     return {dims[0], dims[1]};
 }
 
+template <typename Array>
+Array& required(Array* value) {
+    if (value == nullptr) {
+        refuse("there is no value");
+    }
+    return *value;
+}
+
 /// The value as the class that an operation works on.
 template <typename Class>
 Class& required(zxArray* value, ValueClass wanted, const char* otherwise) {
@@ -70,6 +78,21 @@ double zxGetScalar(const zxArray* value) {
         default:
             return *static_cast<const double*>(first);
     }
+}
+
+void* zxGetElements(zxArray* value) {
+    faultPoint(Operation::zxGetElements);
+    return required(value).elementStorage();
+}
+
+const void* zxGetElements(const zxArray* value) {
+    faultPoint(Operation::zxGetElements);
+    return required(value).elementStorage();
+}
+
+std::size_t zxGetElementCount(const zxArray* value) {
+    faultPoint(Operation::zxGetElementCount);
+    return required(value).elementCount();
 }
 
 zxArray* zxCreateDoubleScalar(double value) {

@@ -14,6 +14,8 @@ namespace {
 
 constexpr std::array<const char*, operationCount> operationNames = {
     "zxGetScalar",
+    "zxGetElements",
+    "zxGetElementCount",
     "zxCreateDoubleScalar",
     "zxCreateNumericArray",
     "zxCreateString",

@@ -12,6 +12,8 @@ namespace host {
 
 enum class Operation {
     zxGetScalar,
+    zxGetElements,
+    zxGetElementCount,
     zxCreateDoubleScalar,
     zxCreateNumericArray,
     zxCreateString,
@@ -38,7 +40,7 @@ enum class Operation {
     codecvt_string_to_ustring,
 };
 
-inline constexpr std::size_t operationCount = 25;
+inline constexpr std::size_t operationCount = 27;
 
 /// What a failing operation raises. Two fail otherwise: fopen returns null, and do_legacy_zx_error
 /// returns to the module.

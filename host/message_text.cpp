@@ -5,7 +5,6 @@
 #include <charconv>
 #include <cstdint>
 #include <optional>
-#include <variant>
 
 #include "host/unicode.h"
 #include "vocabulary/tag_table.h"
@@ -64,26 +63,19 @@ std::string byteText(std::uint64_t number) {
 }
 
 std::string formedText(const Argument& argument, std::string_view form) {
-    if (const auto* const number = std::get_if<std::uint64_t>(&argument)) {
-        if (form == "tag") {
-            return tagText(*number);
-        }
-        if (form == "byte") {
-            return byteText(*number);
-        }
-    } else if (form == "name" && std::get<std::u16string>(argument).empty()) {
-        return "(unnamed)";
+    if (argument.text) {
+        return form == "name" && argument.text->empty() ? "(unnamed)" : plainText(argument);
     }
-    return plainText(argument);
+    if (form == "tag") {
+        return tagText(argument.number);
+    }
+    return form == "byte" ? byteText(argument.number) : plainText(argument);
 }
 
 }  // namespace
 
 std::string plainText(const Argument& argument) {
-    if (const auto* const number = std::get_if<std::uint64_t>(&argument)) {
-        return std::to_string(*number);
-    }
-    return displayText(std::get<std::u16string>(argument));
+    return argument.text ? displayText(*argument.text) : std::to_string(argument.number);
 }
 
 std::string fillHoles(std::string_view pattern, std::span<const Argument> arguments) {

@@ -21,12 +21,6 @@ struct ZX_HOST_API Report {
     Report(std::string itsId, Arguments itsArguments) noexcept
         : id(std::move(itsId)), arguments(std::move(itsArguments)) {}
     explicit Report(const resource_core::BaseMsgID& message);
-    /// The arguments are copied with care: the standard library's variant does not survive a copy
-    /// for which there is no memory.
-    Report(const Report& other);
-    Report(Report&&) noexcept = default;
-    Report& operator=(Report other) noexcept;
-    ~Report() = default;
     friend bool operator==(const Report&, const Report&) = default;
 
     std::string id;

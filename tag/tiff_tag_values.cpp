@@ -127,7 +127,8 @@ void TiffTag::processTiffTagRational() {
     }
 }
 
-// Unlike its unsigned twin it exempts no tag and has no say in what DepthFar takes for infinity.
+// Unlike its unsigned twin it exempts no tag from the warning, and DepthFar takes none of its
+// values for infinity.
 void TiffTag::processTiffTagSRational() {
     std::uint64_t position = 0;
     for (double& number : appendNumbers(componentCount)) {
@@ -141,7 +142,8 @@ void TiffTag::processTiffTagSRational() {
     }
 }
 
-/// Room for numbers behind those that are there.
+/// Makes room for numbers behind those that are there. There are none unless the value is made
+/// again.
 std::span<double> TiffTag::appendNumbers(std::uint64_t count) {
     const std::size_t before = countNumericValues();
     if (before == 0 && count == 1) {

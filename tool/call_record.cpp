@@ -134,10 +134,10 @@ class RecordWriter {
         key("arguments");
         json_.StartArray();
         for (const auto& argument : report.arguments) {
-            if (const auto* number = std::get_if<std::uint64_t>(&argument)) {
-                json_.Uint64(*number);
+            if (argument.text) {
+                text(*argument.text);
             } else {
-                text(std::get<std::u16string>(argument));
+                json_.Uint64(argument.number);
             }
         }
         json_.EndArray();

@@ -183,7 +183,8 @@ void TiffTag::processSubjectDistanceRange() {
     decodeWord();
 }
 
-// Trailing zeros of a text go at output, and a tag without a text has nothing to shorten.
+// It would shorten a text by its last zero, but no text comes here: a text is its own decoding, and
+// its trailing zeros go at output. The member is documented, and so it stays.
 void TiffTag::processImageDescription() {}
 
 void TiffTag::processGrayResponseUnit() {
@@ -196,8 +197,8 @@ void TiffTag::processGrayResponseUnit() {
     }
 }
 
-// The packet's bytes as they are become the value: nobody asks for their numbers any more. The
-// value bytes go first, so that a large packet is not held three times.
+// The packet's bytes become the value as they are, because nothing uses their numbers. The value
+// bytes are given back first, so that a large packet is not held three times.
 void TiffTag::processXMP() {
     rawData.reset();
     const std::size_t length = countNumericValues();
@@ -211,12 +212,12 @@ void TiffTag::processXMP() {
     value = std::move(packet);
 }
 
-// Where the profile lies, instead of its bytes.
+// The value is where the profile lies, instead of its bytes.
 void TiffTag::processICCProfile() {
     value = static_cast<double>(valueOffset);
 }
 
-// DNG: 1/0 is infinitely far.
+// DNG takes 1/0 for an infinite distance.
 void TiffTag::processDepthFar() {
     if (lastRationalIsOneOverZero) {
         value = std::numeric_limits<double>::infinity();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 
 #include "host/interface/export.h"
@@ -13,40 +12,9 @@
 // take ownership; a value that is not stored is destroyed by its maker. When a store raises, the
 // value still belongs to the caller. Every operation may raise the host's own exception.
 
-/// A host value. The module sees the element storage of numeric and character values directly and
-/// nothing else; hosts derive their value types from this class. The elements stand behind the
-/// value in its own memory, so that a result, which has values by the million, spends nothing on
-/// saying where.
-class ZX_HOST_API zxArray {
-  public:
-    zxArray(const zxArray&) = delete;
-    zxArray& operator=(const zxArray&) = delete;
-
-    /// First element of a double, uint8 or char (UTF-16 code unit) value, column-major; null for
-    /// every other class and where there are no elements.
-    [[nodiscard]] void* elementStorage() noexcept {
-        return distance_ == 0 ? nullptr : reinterpret_cast<std::byte*>(this) + distance_;
-    }
-    [[nodiscard]] const void* elementStorage() const noexcept {
-        return distance_ == 0 ? nullptr : reinterpret_cast<const std::byte*>(this) + distance_;
-    }
-    /// Number of elements, rows times columns.
-    [[nodiscard]] std::size_t elementCount() const noexcept { return count_; }
-
-  protected:
-    zxArray() noexcept = default;
-    ~zxArray() = default;
-    /// The distance of the first element from the value in bytes, or 0 for no storage.
-    void setElements(std::uint32_t distance, std::size_t count) noexcept {
-        distance_ = distance;
-        count_ = count;
-    }
-
-  private:
-    std::size_t count_ = 0;
-    // Last, so that what a host adds fits behind it.
-    std::uint32_t distance_ = 0;
-};
+/// A host value. The module never sees what it is made of: each host defines the class, or a class
+/// behind it, in its own way, and the module passes pointers to the operations below.
+class zxArray;
 
 /// The numeric classes that the module creates.
 enum class zxClassID : int { Double = 6, Uint8 = 9 };
@@ -69,6 +37,13 @@ namespace noninlined::zx_array_api {
 
 /// The first element of a numeric value.
 ZX_HOST_API double zxGetScalar(const zxArray* value);
+/// The first element of a double, uint8 or char (UTF-16 code unit) value, to be read or written;
+/// the others follow it, column by column. Null for every other class and where there are no
+/// elements. The pointer is valid while the value lives, also after the value has been stored.
+ZX_HOST_API void* zxGetElements(zxArray* value);
+ZX_HOST_API const void* zxGetElements(const zxArray* value);
+/// Number of elements, rows times columns.
+ZX_HOST_API std::size_t zxGetElementCount(const zxArray* value);
 /// A new 1 x 1 double.
 ZX_HOST_API zxArray* zxCreateDoubleScalar(double value);
 /// A new array of zeros, 2 dimensions; with 0 dimensions and no list an empty 0 x 0 double.

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include "host/interface/export.h"
@@ -16,7 +16,18 @@ namespace resource_core {
 /// ordered arguments for the holes of its text, each an unsigned number or a text.
 class BaseMsgID {
   public:
-    using Argument = std::variant<std::uint64_t, std::u16string>;
+    /// A number, or a text where there is one.
+    struct Argument {
+        // Lists of arguments are written as plain numbers and texts.
+        // NOLINTBEGIN(google-explicit-constructor)
+        Argument(std::uint64_t itsNumber) noexcept : number(itsNumber) {}
+        Argument(std::u16string itsText) noexcept : text(std::move(itsText)) {}
+        // NOLINTEND(google-explicit-constructor)
+        friend bool operator==(const Argument&, const Argument&) = default;
+
+        std::uint64_t number = 0;
+        std::optional<std::u16string> text;
+    };
 
     explicit BaseMsgID(std::string id, std::vector<Argument> arguments = {})
         : id_(std::move(id)), arguments_(std::move(arguments)) {}

@@ -74,6 +74,8 @@ const Names hostOperations{
     "matrix::detail::noninlined::zx_array_api::zxCreateNumericArray",
     "matrix::detail::noninlined::zx_array_api::zxCreateString",
     "matrix::detail::noninlined::zx_array_api::zxCreateStructArray",
+    "matrix::detail::noninlined::zx_array_api::zxGetElementCount",
+    "matrix::detail::noninlined::zx_array_api::zxGetElements",
     "matrix::detail::noninlined::zx_array_api::zxGetScalar",
     "matrix::detail::noninlined::zx_array_api::zxSetCell",
     "matrix::detail::noninlined::zx_array_api::zxSetField",

@@ -13,6 +13,7 @@
 
 namespace {
 
+using namespace std::string_literals;
 namespace error = quorra::corvinex;
 using Arguments = std::vector<resource_core::BaseMsgID::Argument>;
 
@@ -63,8 +64,8 @@ TEST(FatalErrors, OfTheHostsTextLayer) {
 }
 
 TEST(FatalErrors, BadEndiannessHoldsBothBytesAndTheFileName) {
-    expectError(error::badEndianness(255, 216, u"a.jpg"), "quorra:corvinex:badEndianness",
-                {255U, 216U, u"a.jpg"});
+    expectError(error::badEndianness(255, 216, u"a.jpg"s), "quorra:corvinex:badEndianness",
+                {255U, 216U, u"a.jpg"s});
 }
 
 TEST(FatalErrors, BadTiffIfdOffsetHoldsThePositionAndTheFileSize) {
@@ -73,12 +74,12 @@ TEST(FatalErrors, BadTiffIfdOffsetHoldsThePositionAndTheFileSize) {
 }
 
 TEST(FatalErrors, BadIFDreadHoldsTheDirectory) {
-    expectError(error::badIFDread(u"IFD #1"), "quorra:corvinex:badIFDread", {u"IFD #1"});
+    expectError(error::badIFDread(u"IFD #1"s), "quorra:corvinex:badIFDread", {u"IFD #1"s});
 }
 
 TEST(FatalErrors, BadTagDataCountHoldsTheTagItsNameAndBothCounts) {
     expectError(error::badTagDataCount(256, "Width", greatest, 1),
-                "quorra:corvinex:badTagDataCount", {256U, u"Width", greatest, 1U});
+                "quorra:corvinex:badTagDataCount", {256U, u"Width"s, greatest, 1U});
 }
 
 TEST(FatalErrors, UnrecognizedTagFormatIdHoldsTheTypeCode) {

@@ -23,6 +23,7 @@ namespace {
 struct Services {
     Buffering buffering = Buffering::None;
     ScopedFileServices::Judge judge;
+    std::function<void()> onClose;
     std::size_t openStreams = 0;
     std::set<std::FILE*> ownStreams;  // of the host, on which the C library's calls may fail
 };
@@ -89,6 +90,9 @@ int seekCookie(void* pointer, off64_t* offset, int whence) {
 int closeCookie(void* cookie) {
     const std::unique_ptr<Cookie> owner(static_cast<Cookie*>(cookie));
     --services.openStreams;
+    if (services.onClose) {
+        services.onClose();
+    }
     return 0;
 }
 
@@ -130,13 +134,16 @@ void raiseWhenInterrupted(const FileEffect& effect) {
 
 }  // namespace
 
-ScopedFileServices::ScopedFileServices(Buffering buffering, Judge judge) {
+ScopedFileServices::ScopedFileServices(Buffering buffering, Judge judge,
+                                       std::function<void()> onClose) {
     services.buffering = buffering;
     services.judge = std::move(judge);
+    services.onClose = std::move(onClose);
 }
 
 ScopedFileServices::~ScopedFileServices() {
     services.judge = nullptr;
+    services.onClose = nullptr;
 }
 
 std::size_t ScopedFileServices::openStreams() noexcept {
@@ -166,6 +173,8 @@ file_status status(const std::u16string& path) {
     file_status result = own(path);
     if (effect.kind == test::FileEffect::Short) {
         --result.fileSize;
+    } else if (effect.kind == test::FileEffect::Told) {
+        result.fileSize = effect.limit;
     }
     return result;
 }

@@ -30,6 +30,7 @@ struct FileEffect {
         Fails,        ///< EIO; a file that is not there for Exists and Status
         Interrupted,  ///< EINTR; for Exists and Status the host raises
         Short,        ///< Read: at most limit bytes; Status: a size smaller by one byte
+        Told,         ///< Status: a size of limit bytes, whatever the file holds
     };
     Kind kind = Passes;
     std::size_t limit = 0;
@@ -39,12 +40,13 @@ struct FileEffect {
 /// it is the host's own, and the calls of the C library on it are what fails.
 enum class Buffering { None, Small, Full, Own };
 
-/// Asks judge about each file call while it lives.
+/// Asks judge about each file call while it lives, and tells of each stream that is closed; one of
+/// the host's own is closed untold.
 class ScopedFileServices {
   public:
     using Judge = std::function<FileEffect(const FileCall&)>;
 
-    ScopedFileServices(Buffering buffering, Judge judge);
+    ScopedFileServices(Buffering buffering, Judge judge, std::function<void()> onClose = nullptr);
     ~ScopedFileServices();
     ScopedFileServices(const ScopedFileServices&) = delete;
     ScopedFileServices& operator=(const ScopedFileServices&) = delete;

@@ -16,7 +16,7 @@ bool isSameNumber(double left, double right) {
 }
 
 bool areSameCells(const zxArray& left, const zxArray& right) {
-    for (std::size_t i = 0; i < left.elementCount(); ++i) {
+    for (std::size_t i = 0; i < host::elementCountOf(left); ++i) {
         if (!isSameValue(host::cellAt(left, i), host::cellAt(right, i))) {
             return false;
         }
@@ -29,7 +29,7 @@ bool areSameStructs(const zxArray& left, const zxArray& right) {
     if (!std::ranges::equal(names, host::fieldNamesOf(right))) {
         return false;
     }
-    for (std::size_t i = 0; i < left.elementCount(); ++i) {
+    for (std::size_t i = 0; i < host::elementCountOf(left); ++i) {
         for (std::size_t field = 0; field < names.size(); ++field) {
             if (!isSameValue(host::fieldAt(left, i, field), host::fieldAt(right, i, field))) {
                 return false;
@@ -79,7 +79,7 @@ bool isSameValue(const zxArray* left, const zxArray* right) {
 }
 
 std::size_t directoriesOf(const zxArray& result) {
-    return host::classOf(result) == host::ValueClass::Struct ? result.elementCount() : 0;
+    return host::classOf(result) == host::ValueClass::Struct ? host::elementCountOf(result) : 0;
 }
 
 bool isSameDirectory(const zxArray& left, const zxArray& right, std::size_t directory) {

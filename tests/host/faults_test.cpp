@@ -76,6 +76,8 @@ void toLocalTime() {
 /// Every operation but the two that fail by returning.
 const std::vector<Call> raisingCalls = {
     {Operation::zxGetScalar, [] { (void)zxGetScalar(host::makeNumber(1).get()); }},
+    {Operation::zxGetElements, [] { (void)zxGetElements(host::makeNumber(1).get()); }},
+    {Operation::zxGetElementCount, [] { (void)zxGetElementCount(host::makeNumber(1).get()); }},
     {Operation::zxCreateDoubleScalar, [] { const ValuePtr value(zxCreateDoubleScalar(1)); }},
     {Operation::zxCreateNumericArray, numericArray},
     {Operation::zxCreateString, [] { const ValuePtr value(zxCreateString("a")); }},
@@ -87,7 +89,7 @@ const std::vector<Call> raisingCalls = {
     {Operation::zxSetField, setField},
     {Operation::createFromUtf16, [] { (void)matrix::create(u"a", 1); }},
     {Operation::createFromNarrow, [] { (void)matrix::create("a", 1); }},
-    {Operation::to_korvel, [] { const ValuePtr v(matrix::to_korvel(host::makeNumber(1))); }},
+    {Operation::to_korvel, [] { const ValuePtr v(matrix::to_korvel(matrix::create("a", 1))); }},
     {Operation::isScalarText,
      [] { (void)Quillon::String::isScalarText(host::makeText(u"a").get(), false, false); }},
     {Operation::isString, [] { (void)Quillon::String::isString(host::makeText(u"a").get()); }},

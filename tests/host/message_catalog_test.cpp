@@ -63,15 +63,13 @@ const std::vector<Sample> samples = {
 
 /// How the text of a message must show an argument.
 std::string shownIn(const std::string& id, const resource_core::BaseMsgID::Argument& argument) {
-    const auto* const number = std::get_if<std::uint64_t>(&argument);
-    if (number == nullptr) {
-        const auto& text = std::get<std::u16string>(argument);
-        return host::displayText(text);
+    if (argument.text) {
+        return host::displayText(*argument.text);
     }
     if (id == "quorra:corvinex:badEndianness") {
-        return *number == 71 ? "0x47" : "0x48";
+        return argument.number == 71 ? "0x47" : "0x48";
     }
-    return std::to_string(*number);
+    return std::to_string(argument.number);
 }
 
 std::string pastEndOfFile(std::uint64_t tag) {

@@ -65,8 +65,8 @@ TEST_F(NumericArrays, AScalarIsOneByOneAndWritable) {
     const ValuePtr value(zxCreateDoubleScalar(2.5));
     EXPECT_EQ(host::classOf(*value), ValueClass::Double);
     EXPECT_EQ(host::sizeOf(*value), (Size{1, 1}));
-    EXPECT_EQ(value->elementCount(), 1U);
-    *static_cast<double*>(value->elementStorage()) = -7;
+    EXPECT_EQ(zxGetElementCount(value.get()), 1U);
+    *static_cast<double*>(zxGetElements(value.get())) = -7;
     EXPECT_EQ(host::doublesOf(*value)[0], -7);
     EXPECT_EQ(zxGetScalar(value.get()), -7);
 }
@@ -90,7 +90,7 @@ TEST_F(NumericArrays, StartAsZerosOfTheAskedSize) {
 
 TEST_F(NumericArrays, KeepWhatIsWrittenToTheirElements) {
     const ValuePtr value = numeric(2, 2);
-    auto* const elements = static_cast<double*>(value->elementStorage());
+    auto* const elements = static_cast<double*>(zxGetElements(value.get()));
     for (int i = 0; i < 4; ++i) {
         elements[i] = i;
     }
@@ -100,8 +100,8 @@ TEST_F(NumericArrays, KeepWhatIsWrittenToTheirElements) {
 
 TEST_F(NumericArrays, AnEmptyOneHasNoStorageAndKeepsItsDimensions) {
     const ValuePtr value = numeric(1, 0);
-    EXPECT_EQ(value->elementStorage(), nullptr);
-    EXPECT_EQ(value->elementCount(), 0U);
+    EXPECT_EQ(zxGetElements(value.get()), nullptr);
+    EXPECT_EQ(zxGetElementCount(value.get()), 0U);
     EXPECT_EQ(host::sizeOf(*value), (Size{1, 0}));
     EXPECT_EQ(host::sizeOf(*numeric(0, huge)), (Size{0, huge}));
 }
@@ -138,10 +138,10 @@ TEST_F(NumericArrays, SizesThatCannotBeCountedAreRefused) {
 
 TEST_F(NumericArrays, TheScalarOfAnyElementClassIsItsFirstElement) {
     const ValuePtr row = numeric(1, 3);
-    static_cast<double*>(row->elementStorage())[0] = 4.5;
+    static_cast<double*>(zxGetElements(row.get()))[0] = 4.5;
     EXPECT_EQ(zxGetScalar(row.get()), 4.5);
     const ValuePtr bytes = numeric(1, 1, zxClassID::Uint8);
-    *static_cast<unsigned char*>(bytes->elementStorage()) = 255;
+    *static_cast<unsigned char*>(zxGetElements(bytes.get())) = 255;
     EXPECT_EQ(zxGetScalar(bytes.get()), 255);
     EXPECT_EQ(zxGetScalar(host::makeText(u"A").get()), 65);
 }
@@ -203,7 +203,7 @@ TEST_F(StringScalars, ShowNoElements) {
          {host::makeStringScalar(u"ab"), host::makeStringScalar(std::nullopt)}) {
         EXPECT_EQ(host::classOf(*value), ValueClass::String);
         EXPECT_EQ(host::sizeOf(*value), (Size{1, 1}));
-        EXPECT_EQ(value->elementStorage(), nullptr);
+        EXPECT_EQ(zxGetElements(value.get()), nullptr);
     }
 }
 
@@ -295,7 +295,7 @@ TEST_F(StructArrays, AStoreThatRaisesLeavesTheValueToItsCaller) {
 
 TEST_F(StructArrays, MayHaveNoFieldsOrNoElements) {
     const ValuePtr bare = structArray(3, 1, {});
-    EXPECT_EQ(bare->elementCount(), 3U);
+    EXPECT_EQ(zxGetElementCount(bare.get()), 3U);
     EXPECT_THROW(zxSetField(bare.get(), 0, "a", nullptr), std::out_of_range);
     const ValuePtr empty = structArray(0, 1, {"a"});
     EXPECT_EQ(host::sizeOf(*empty), (Size{0, 1}));

@@ -14,10 +14,10 @@ void PrintTo(const Report& report, std::ostream* stream) {
     for (const auto& argument : report.arguments) {
         *stream << separator;
         separator = ", ";
-        if (const auto* number = std::get_if<std::uint64_t>(&argument)) {
-            *stream << *number;
+        if (argument.text) {
+            *stream << '"' << displayText(*argument.text) << '"';
         } else {
-            *stream << '"' << displayText(std::get<std::u16string>(argument)) << '"';
+            *stream << argument.number;
         }
     }
     *stream << ")";

@@ -17,7 +17,7 @@ inline host::ValuePtr doubles(std::size_t rows, std::size_t columns,
                               const std::vector<double>& values) {
     const std::size_t dims[] = {rows, columns};
     host::ValuePtr array(api::zxCreateNumericArray(2, dims, zxClassID::Double, zxComplexity::Real));
-    auto* const storage = static_cast<double*>(array->elementStorage());
+    auto* const storage = static_cast<double*>(api::zxGetElements(array.get()));
     for (std::size_t i = 0; i < values.size(); ++i) {
         storage[i] = values[i];
     }
@@ -35,7 +35,7 @@ inline host::ValuePtr counted(std::size_t count) {
 inline host::ValuePtr bytes(const std::vector<unsigned char>& values) {
     const std::size_t dims[] = {1, values.size()};
     host::ValuePtr array(api::zxCreateNumericArray(2, dims, zxClassID::Uint8, zxComplexity::Real));
-    auto* const storage = static_cast<unsigned char*>(array->elementStorage());
+    auto* const storage = static_cast<unsigned char*>(api::zxGetElements(array.get()));
     for (std::size_t i = 0; i < values.size(); ++i) {
         storage[i] = values[i];
     }

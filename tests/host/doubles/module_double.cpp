@@ -39,7 +39,7 @@ zxArray* numbers(const zxArray* inputs[]) {
     matrix::unique_zxArray row(
         zxCreateNumericArray(2, size, zxClassID::Double, zxComplexity::Real));
     for (std::size_t i = 0; i < 3; ++i) {
-        static_cast<double*>(row->elementStorage())[i] = zxGetScalar(inputs[i + 1]);
+        static_cast<double*>(zxGetElements(row.get()))[i] = zxGetScalar(inputs[i + 1]);
     }
     return row.release();
 }
@@ -71,8 +71,8 @@ void act(const std::u16string& name, zxArray* outputs[], const zxArray* inputs[]
 extern "C" {
 
 void zekFunction(int, zxArray* outputs[], int, const zxArray* inputs[]) {
-    const auto* const units = static_cast<const char16_t*>(inputs[0]->elementStorage());
-    act(std::u16string(units, inputs[0]->elementCount()), outputs, inputs);
+    const auto* const units = static_cast<const char16_t*>(zxGetElements(inputs[0]));
+    act(std::u16string(units, zxGetElementCount(inputs[0])), outputs, inputs);
 }
 
 void zekfilerequiredapiversion(unsigned int* builtByRelease, unsigned int* targetApiVersion) {
