@@ -20,7 +20,7 @@ constexpr std::size_t commonFieldCount = commonFields.size();
 
 auto makeDefaultFieldNames() noexcept {
     std::array<const char*, commonFieldCount + 1 + baselineFieldCount + 1> names{};
-    auto place = std::copy(commonFields.begin(), commonFields.end(), names.begin());
+    auto* place = std::copy(commonFields.begin(), commonFields.end(), names.begin());
     *place = "ByteOrder";
     const auto baseline = getBaselineFieldNames();
     place = std::copy(baseline.begin(), baseline.end(), std::next(place));

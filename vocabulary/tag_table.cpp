@@ -466,7 +466,8 @@ static_assert(everyDecoderIsUsedOnce());
 
 // What is derived from them.
 
-constexpr TagIndex<countIndexPages(primaryRows)> primaryIndex(primaryRows);
+using PrimaryIndex = TagIndex<countIndexPages(primaryRows)>;
+constexpr PrimaryIndex primaryIndex(primaryRows);
 
 constexpr TagRow unknownTag{};
 
@@ -510,7 +511,7 @@ std::span<const TagRow> interopTagTable() noexcept {
 
 const TagRow& findTag(std::uint16_t number) noexcept {
     const std::uint16_t place = primaryIndex.find(number);
-    return place == primaryIndex.none ? unknownTag : primaryTags[place];
+    return place == PrimaryIndex::none ? unknownTag : primaryTags[place];
 }
 
 const char* findGpsTagName(std::uint16_t number) noexcept {

@@ -66,6 +66,8 @@ inline constexpr std::size_t decoderCount = static_cast<std::size_t>(Decoder::De
 /// The kind of the directories that a tag points to.
 enum class Pointer : std::uint8_t { None, ToMain, ToExif, ToGps, ToInteroperability };
 
+// The members stand in the order of the columns.
+// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding)
 struct TagRow {
     std::uint16_t number = 0;
     /// Serves as a field name of the result, so its spelling is fixed ("Width" for 256,
