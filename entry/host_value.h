@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "entry/host_array.h"
 #include "host/interface/array.h"
 
 // The one place where the module makes and fills host values. Every value made here is owned by its
@@ -12,9 +13,6 @@
 // through as they are.
 
 namespace corvinex {
-
-/// Owning handle of a host value; null stands for "no value".
-using HostArray = matrix::unique_zxArray;
 
 /// 1 x 1 double.
 HostArray makeNumber(double value);

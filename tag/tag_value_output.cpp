@@ -9,6 +9,7 @@
 #include "host/interface/platform.h"
 #include "tag/tag_numbers.h"
 #include "tag/tag_value.h"
+#include "vocabulary/tag_table.h"
 #include "vocabulary/word_tables.h"
 
 // From a tag's value to the host array of its field.
@@ -35,8 +36,8 @@ HostArray TagValue::getZxArray() {
 }
 
 HostArray TagValue::getPlainZxArray() const {
-    if (decodedWord != nullptr) {
-        return makeWord(decodedWord);
+    if (decodedWord != words::noWord) {
+        return makeWord(words::getWord(findTag(tagId).words, decodedWord));
     }
     return std::holds_alternative<double>(value) ? getNumberRow() : getTextOrNumberRow();
 }
@@ -89,11 +90,11 @@ HostArray TagValue::getZxArraySampleFormat() const {
 }
 
 HostArray TagValue::getZxArrayImageSourceData() const {
-    return makeByteRow(std::get<Bytes>(value).elements());
+    return makeByteRow(std::get<Bytes>(value));
 }
 
 HostArray TagValue::getZxArraySubIfds() {
-    std::vector<IFDTree>& sets = std::get<SubDirectories>(value).sets();
+    auto& sets = std::get<SubDirectories>(value).sets();
     HostArray cells = makeCellRow(sets.size());
     for (std::size_t i = 0; i < sets.size(); ++i) {
         setCell(*cells, i, sets[i].repackageIfds());

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iterator>
 #include <limits>
@@ -7,7 +8,6 @@
 
 #include "entry/fatal_errors.h"
 #include "entry/numeric_conversion.h"
-#include "tag/tag_rules.h"
 #include "tag/tiff_tag.h"
 #include "vocabulary/word_tables.h"
 
@@ -29,46 +29,39 @@ constexpr Scale grayResponseScales[] = {
 
 }  // namespace
 
-std::span<const TagDecoder> TiffTag::getDecoders() noexcept {
-    // clang-format off
-    static constexpr TagDecoder decoders[] = {
-        {  259, &TiffTag::processCompression},
-        {  262, &TiffTag::processPhotometricInterpretation},
-        {  270, &TiffTag::processImageDescription},
-        {  284, &TiffTag::processPlanarConfiguration},
-        {  290, &TiffTag::processGrayResponseUnit},
-        {  296, &TiffTag::processResolutionUnit},
-        {  317, &TiffTag::processPredictor},
-        {  332, &TiffTag::processInkSet},
-        {  512, &TiffTag::processJPEGProc},
-        {  531, &TiffTag::processYCbCrPositioning},
-        {  700, &TiffTag::processXMP},
-        {34675, &TiffTag::processICCProfile},
-        {34850, &TiffTag::processExposureProgram},
-        {37383, &TiffTag::processMeteringMode},
-        {37384, &TiffTag::processLightSource},
-        {40961, &TiffTag::processColorSpace},
-        {41495, &TiffTag::processSensingMethod},
-        {41728, &TiffTag::processFileSource},
-        {41729, &TiffTag::processSceneType},
-        {41985, &TiffTag::processCustomRendered},
-        {41986, &TiffTag::processExposureMode},
-        {41987, &TiffTag::processWhiteBalance},
-        {41990, &TiffTag::processSceneCaptureType},
-        {41991, &TiffTag::processGainControl},
-        {41992, &TiffTag::processContrast},
-        {41993, &TiffTag::processSaturation},
-        {41994, &TiffTag::processSharpness},
-        {41996, &TiffTag::processSubjectDistanceRange},
-        {51179, &TiffTag::processDepthFar},
-    };
-    // clang-format on
-    return decoders;
-}
-
-// Built when the module is loaded, from constant tables alone.
-// NOLINTNEXTLINE(cert-err58-cpp)
-const TagRulesTable TiffTag::allRules(TiffTag::getDecoders());
+// In the order of their identifiers.
+const std::array<void (TiffTag::*)(), decoderCount> TiffTag::decoders{
+    nullptr,
+    &TiffTag::processCompression,
+    &TiffTag::processPhotometricInterpretation,
+    &TiffTag::processImageDescription,
+    &TiffTag::processPlanarConfiguration,
+    &TiffTag::processGrayResponseUnit,
+    &TiffTag::processResolutionUnit,
+    &TiffTag::processPredictor,
+    &TiffTag::processInkSet,
+    &TiffTag::processJPEGProc,
+    &TiffTag::processYCbCrPositioning,
+    &TiffTag::processXMP,
+    &TiffTag::processICCProfile,
+    &TiffTag::processExposureProgram,
+    &TiffTag::processMeteringMode,
+    &TiffTag::processLightSource,
+    &TiffTag::processColorSpace,
+    &TiffTag::processSensingMethod,
+    &TiffTag::processFileSource,
+    &TiffTag::processSceneType,
+    &TiffTag::processCustomRendered,
+    &TiffTag::processExposureMode,
+    &TiffTag::processWhiteBalance,
+    &TiffTag::processSceneCaptureType,
+    &TiffTag::processGainControl,
+    &TiffTag::processContrast,
+    &TiffTag::processSaturation,
+    &TiffTag::processSharpness,
+    &TiffTag::processSubjectDistanceRange,
+    &TiffTag::processDepthFar,
+};
 
 void TiffTag::processSpecificTag() {
     if (componentCount == 0 && !isConstructed) {
@@ -82,113 +75,116 @@ void TiffTag::processSpecificTag() {
     if (ifdType != IFDtype_t_::Main && ifdType != IFDtype_t_::EXIF) {
         raiseFatal(quorra::corvinex::unrecognizedIfdId(static_cast<std::uint32_t>(ifdType)));
     }
-    if (rules->decode != nullptr) {
-        (this->*rules->decode)();
+    if (tagRow->decoder != Decoder::None) {
+        (this->*decoders[static_cast<std::size_t>(tagRow->decoder)])();
     }
 }
 
 // Only the first value counts.
-void TiffTag::decodeWord(words::Table table) {
-    decodedWord = words::findWord(table, getNumericValue(0));
+void TiffTag::decodeWord() {
+    decodedWord = words::findPlace(tagRow->words, getNumericValue(0));
 }
 
+// The decoders of words differ by their tables alone, which stand in the rows of their tags.
+
 void TiffTag::processCompression() {
-    decodeWord(words::compression);
+    decodeWord();
 }
 
 void TiffTag::processPhotometricInterpretation() {
-    decodeWord(words::photometricInterpretation);
+    decodeWord();
 }
 
 void TiffTag::processPlanarConfiguration() {
-    decodeWord(words::planarConfiguration);
+    decodeWord();
 }
 
 void TiffTag::processResolutionUnit() {
-    decodeWord(words::resolutionUnit);
+    decodeWord();
 }
 
 void TiffTag::processPredictor() {
-    decodeWord(words::predictor);
+    decodeWord();
 }
 
 void TiffTag::processInkSet() {
-    decodeWord(words::inkSet);
+    decodeWord();
 }
 
 void TiffTag::processJPEGProc() {
-    decodeWord(words::jpegProc);
+    decodeWord();
 }
 
 void TiffTag::processYCbCrPositioning() {
-    decodeWord(words::yCbCrPositioning);
+    decodeWord();
 }
 
 void TiffTag::processExposureProgram() {
-    decodeWord(words::exposureProgram);
+    decodeWord();
 }
 
 void TiffTag::processMeteringMode() {
-    decodeWord(words::meteringMode);
+    decodeWord();
 }
 
 void TiffTag::processLightSource() {
-    decodeWord(words::lightSource);
+    decodeWord();
 }
 
 void TiffTag::processColorSpace() {
-    decodeWord(words::colorSpace);
+    decodeWord();
 }
 
 void TiffTag::processSensingMethod() {
-    decodeWord(words::sensingMethod);
+    decodeWord();
 }
 
 void TiffTag::processFileSource() {
-    decodeWord(words::fileSource);
+    decodeWord();
 }
 
 void TiffTag::processSceneType() {
-    decodeWord(words::sceneType);
+    decodeWord();
 }
 
 void TiffTag::processCustomRendered() {
-    decodeWord(words::customRendered);
+    decodeWord();
 }
 
 void TiffTag::processExposureMode() {
-    decodeWord(words::exposureMode);
+    decodeWord();
 }
 
 void TiffTag::processWhiteBalance() {
-    decodeWord(words::whiteBalance);
+    decodeWord();
 }
 
 void TiffTag::processSceneCaptureType() {
-    decodeWord(words::sceneCaptureType);
+    decodeWord();
 }
 
 void TiffTag::processGainControl() {
-    decodeWord(words::gainControl);
+    decodeWord();
 }
 
 void TiffTag::processContrast() {
-    decodeWord(words::contrast);
+    decodeWord();
 }
 
 void TiffTag::processSaturation() {
-    decodeWord(words::saturation);
+    decodeWord();
 }
 
 void TiffTag::processSharpness() {
-    decodeWord(words::sharpness);
+    decodeWord();
 }
 
 void TiffTag::processSubjectDistanceRange() {
-    decodeWord(words::subjectDistanceRange);
+    decodeWord();
 }
 
-// Trailing zeros of a text go at output, and a tag without a text has nothing to shorten.
+// It would shorten a text by its last zero, but no text comes here: a text is its own decoding, and
+// its trailing zeros go at output. The member is documented, and so it stays.
 void TiffTag::processImageDescription() {}
 
 void TiffTag::processGrayResponseUnit() {
@@ -201,26 +197,27 @@ void TiffTag::processGrayResponseUnit() {
     }
 }
 
-// The packet's bytes as they are become the value: nobody asks for their numbers any more. The
-// value bytes go first, so that a large packet is not held three times.
+// The packet's bytes become the value as they are, because nothing uses their numbers. The value
+// bytes are given back first, so that a large packet is not held three times.
 void TiffTag::processXMP() {
     rawData.reset();
-    Text packet{OwnedArray<char>(countNumericValues())};
+    const std::size_t length = countNumericValues();
+    Text packet{Bytes(length, &getMemoryFor(length))};
     std::size_t i = 0;
-    for (char& character : packet.characters.elements()) {
+    for (unsigned char& character : packet.characters) {
         const auto code = static_cast<std::uint32_t>(truncateTo<std::int32_t>(getNumber(i)));
-        character = static_cast<char>(static_cast<unsigned char>(code & 0xFF));
+        character = static_cast<unsigned char>(code & 0xFF);
         ++i;
     }
     value = std::move(packet);
 }
 
-// Where the profile lies, instead of its bytes.
+// The value is where the profile lies, instead of its bytes.
 void TiffTag::processICCProfile() {
     value = static_cast<double>(valueOffset);
 }
 
-// DNG: 1/0 is infinitely far.
+// DNG takes 1/0 for an infinite distance.
 void TiffTag::processDepthFar() {
     if (lastRationalIsOneOverZero) {
         value = std::numeric_limits<double>::infinity();

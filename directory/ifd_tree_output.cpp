@@ -1,6 +1,6 @@
 #include <array>
 #include <bit>
-#include <utility>
+#include <vector>
 
 #include "directory/ifd.h"
 #include "directory/ifd_tree.h"
@@ -8,15 +8,13 @@
 #include "file/file_information.h"
 #include "file/tag_file.h"
 #include "host/interface/platform.h"
+#include "vocabulary/tag_table.h"
 
-// From directory sets to host struct arrays.
+// From a directory set to its host struct array.
 
 namespace corvinex {
 
 namespace {
-
-constexpr const char* unknownTagsField = "UnknownTags";
-constexpr std::array unknownTagFields{"ID", "Offset", "Value"};
 
 HostArray makeSignature(const TagFile& file) {
     if (file.isJpegFile()) {
@@ -69,8 +67,8 @@ std::vector<const char*> IFDTree::getFieldNames() const {
         const auto defaults = tagFile->getDefaultFields();
         names.assign(defaults.begin(), defaults.end());
     }
-    const auto add = [&](const char* name) {
-        if (!isMain || !tagAlreadyOnDefaultList(name)) {
+    const auto add = [&](std::uint16_t number, const char* name) {
+        if (!isMain || !tagAlreadyOnDefaultList(number)) {
             names.push_back(name);
         }
     };
@@ -80,17 +78,17 @@ std::vector<const char*> IFDTree::getFieldNames() const {
         const auto [number, name] =
             IFD::getBaselineTag(static_cast<std::size_t>(std::countr_zero(left)));
         for (; tag != tagNames.end() && tag->number < number; ++tag) {
-            add(tag->name);
+            add(tag->number, tag->name);
         }
         if (tag == tagNames.end() || tag->number != number) {
-            add(name.data());
+            add(number, name.data());
         }
     }
     for (; tag != tagNames.end(); ++tag) {
-        add(tag->name);
+        add(tag->number, tag->name);
     }
     if (hasUnknownTags) {
-        names.push_back(unknownTagsField);
+        names.push_back("UnknownTags");
     }
     return names;
 }
@@ -112,26 +110,8 @@ void IFDTree::setDefaultZxFields(zxArray& output) const {
     }
 }
 
-bool IFDTree::tagAlreadyOnDefaultList(std::string_view name) const {
-    return !tagFile->isJpegFile() && isDefaultFieldName(tagFile->getFileFormat(), name);
-}
-
-// What has been packaged is given back at once: the memory serves the host values that follow.
-void IFD::ifd2struct(zxArray& output, std::size_t index) {
-    for (TagValue& tag : std::exchange(tags, {})) {
-        setField(output, index, tag.getFieldName(), tag.getZxArray());
-    }
-    setDefaultFields(output, index);
-    bitsPerSample = NumberList();
-    if (unknownTags.empty()) {
-        return;
-    }
-    HostArray records = makeStructColumn(unknownTags.size(), unknownTagFields);
-    for (std::size_t i = 0; i < unknownTags.size(); ++i) {
-        unknownTags[i].setUnknownTagZx(*records, i);
-    }
-    setField(output, index, unknownTagsField, std::move(records));
-    TagList().swap(unknownTags);
+bool IFDTree::tagAlreadyOnDefaultList(std::uint16_t number) const {
+    return !tagFile->isJpegFile() && findTag(number).baselinePlace != 0;
 }
 
 }  // namespace corvinex
