@@ -50,7 +50,7 @@ HostArray makeEmptyNumbers() {
 
 HostArray makeNumbers(std::span<const double> values, std::size_t rows, std::size_t columns) {
     HostArray array = makeUnsetNumbers(rows, columns);
-    std::copy_n(values.begin(), rows * columns, getNumbers(*array).begin());
+    std::copy_n(values.begin(), rows * columns, getNumbers(*array, rows * columns).begin());
     return array;
 }
 
@@ -58,8 +58,8 @@ HostArray makeUnsetNumbers(std::size_t rows, std::size_t columns) {
     return makeNumericArray({rows, columns}, zxClassID::Double);
 }
 
-std::span<double> getNumbers(zxArray& array) {
-    return {static_cast<double*>(api::zxGetElements(&array)), api::zxGetElementCount(&array)};
+std::span<double> getNumbers(zxArray& array, std::size_t count) {
+    return {static_cast<double*>(api::zxGetElements(&array)), count};
 }
 
 HostArray makeNumberRow(std::span<const double> values) {

@@ -22,8 +22,9 @@ HostArray makeEmptyNumbers();
 HostArray makeNumbers(std::span<const double> values, std::size_t rows, std::size_t columns);
 /// rows x columns double to be filled through getNumbers.
 HostArray makeUnsetNumbers(std::size_t rows, std::size_t columns);
-/// The elements of a numeric array made here, column by column.
-std::span<double> getNumbers(zxArray& array);
+/// The elements of a numeric array made here, of which the caller knows how many there are, column
+/// by column.
+std::span<double> getNumbers(zxArray& array, std::size_t count);
 /// 1 x n double.
 HostArray makeNumberRow(std::span<const double> values);
 /// 1 x n uint8.

@@ -53,12 +53,11 @@ HostArray TagValue::getTextOrNumberRow() const {
 // Straight into the host's array: large values are never held as numbers twice.
 HostArray TagValue::getNumberRow() const {
     if (const double* number = std::get_if<double>(&value)) {
-        HostArray element = makeUnsetNumbers(1, 1);
-        getNumbers(*element).front() = *number;
-        return element;
+        return makeNumber(*number);
     }
-    HostArray row = makeUnsetNumbers(1, countNumericValues());
-    copyNumbersTo(getNumbers(*row));
+    const std::size_t count = countNumericValues();
+    HostArray row = makeUnsetNumbers(1, count);
+    copyNumbersTo(getNumbers(*row, count));
     return row;
 }
 
