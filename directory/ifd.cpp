@@ -6,11 +6,11 @@
 #include <utility>
 
 #include "directory/pointer_guard.h"
-#include "entry/fatal_errors.h"
-#include "entry/internal_errors.h"
-#include "entry/warnings.h"
-#include "file/checked_arithmetic.h"
+#include "entry/reports/fatal_errors.h"
+#include "entry/reports/internal_errors.h"
+#include "entry/reports/warnings.h"
 #include "file/tag_file.h"
+#include "format/checked_arithmetic.h"
 #include "tag/tag_numbers.h"
 #include "tag/tiff_tag.h"
 

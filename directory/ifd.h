@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "directory/ifd_type.h"
-#include "entry/host_array.h"
+#include "entry/values/host_array.h"
 #include "host/interface/message.h"
 #include "tag/directory_arena.h"
 #include "tag/tag_value.h"

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "directory/ifd.h"
-#include "entry/host_value.h"
+#include "entry/values/host_value.h"
 #include "tag/tiff_tag.h"
 #include "vocabulary/tag_table.h"
 #include "vocabulary/word_tables.h"

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "directory/ifd.h"
-#include "entry/numeric_conversion.h"
+#include "format/numeric_conversion.h"
 #include "tag/tag_numbers.h"
 #include "tag/tiff_tag.h"
 #include "vocabulary/tag_table.h"

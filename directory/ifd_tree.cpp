@@ -4,10 +4,10 @@
 #include <bit>
 #include <utility>
 
-#include "entry/internal_errors.h"
-#include "entry/warnings.h"
-#include "file/checked_arithmetic.h"
+#include "entry/reports/internal_errors.h"
+#include "entry/reports/warnings.h"
 #include "file/tag_file.h"
+#include "format/checked_arithmetic.h"
 
 namespace corvinex {
 

@@ -10,7 +10,7 @@
 
 #include "directory/ifd.h"
 #include "directory/ifd_type.h"
-#include "entry/host_array.h"
+#include "entry/values/host_array.h"
 
 namespace corvinex {
 

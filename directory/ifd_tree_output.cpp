@@ -4,7 +4,7 @@
 
 #include "directory/ifd.h"
 #include "directory/ifd_tree.h"
-#include "entry/host_value.h"
+#include "entry/values/host_value.h"
 #include "file/file_information.h"
 #include "file/tag_file.h"
 #include "host/interface/platform.h"

@@ -3,9 +3,9 @@
 #include <string>
 #include <utility>
 
-#include "entry/fatal_errors.h"
-#include "entry/host_value.h"
-#include "entry/numeric_conversion.h"
+#include "entry/reports/fatal_errors.h"
+#include "entry/values/host_value.h"
+#include "format/numeric_conversion.h"
 #include "file/tag_file.h"
 #include "host/interface/plugin.h"
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <ctime>
 
-#include "entry/fatal_errors.h"
+#include "entry/reports/fatal_errors.h"
 #include "host/interface/platform.h"
 
 namespace corvinex {

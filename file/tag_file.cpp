@@ -4,12 +4,12 @@
 #include <bit>
 #include <utility>
 
-#include "entry/fatal_errors.h"
-#include "entry/internal_errors.h"
-#include "entry/warnings.h"
-#include "file/byte_order.h"
-#include "file/checked_arithmetic.h"
+#include "entry/reports/fatal_errors.h"
+#include "entry/reports/internal_errors.h"
+#include "entry/reports/warnings.h"
 #include "file/file_information.h"
+#include "format/byte_order.h"
+#include "format/checked_arithmetic.h"
 
 namespace corvinex {
 

@@ -14,7 +14,7 @@
 
 #include "directory/ifd_tree.h"
 #include "directory/pointer_guard.h"
-#include "entry/host_array.h"
+#include "entry/values/host_array.h"
 #include "file/file_format.h"
 #include "file/file_stream.h"
 #include "host/interface/message.h"

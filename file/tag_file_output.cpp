@@ -1,4 +1,4 @@
-#include "entry/host_value.h"
+#include "entry/values/host_value.h"
 #include "file/tag_file.h"
 
 // From a file that has been read to the host value of the request.

@@ -1,6 +1,6 @@
 #include "tag/tag_validation.h"
 
-#include "entry/fatal_errors.h"
+#include "entry/reports/fatal_errors.h"
 #include "vocabulary/tag_table.h"
 
 namespace corvinex {

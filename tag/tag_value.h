@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-#include "entry/host_array.h"
+#include "entry/values/host_array.h"
 #include "tag/unset_allocator.h"
 #include "vocabulary/word_tables.h"
 

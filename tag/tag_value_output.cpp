@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "directory/ifd_tree.h"
-#include "entry/host_value.h"
+#include "entry/values/host_value.h"
 #include "host/interface/platform.h"
 #include "tag/tag_numbers.h"
 #include "tag/tag_value.h"

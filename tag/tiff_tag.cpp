@@ -7,11 +7,11 @@
 #include <utility>
 
 #include "directory/ifd_tree.h"
-#include "entry/internal_errors.h"
-#include "entry/warnings.h"
-#include "file/byte_order.h"
-#include "file/checked_arithmetic.h"
+#include "entry/reports/internal_errors.h"
+#include "entry/reports/warnings.h"
 #include "file/tag_file.h"
+#include "format/byte_order.h"
+#include "format/checked_arithmetic.h"
 #include "tag/raw_value.h"
 #include "tag/tag_numbers.h"
 #include "tag/tag_validation.h"

@@ -6,11 +6,11 @@
 
 #include "directory/ifd_tree.h"
 #include "directory/pointer_guard.h"
-#include "entry/internal_errors.h"
-#include "entry/warnings.h"
-#include "file/byte_order.h"
-#include "file/checked_arithmetic.h"
+#include "entry/reports/internal_errors.h"
+#include "entry/reports/warnings.h"
 #include "file/tag_file.h"
+#include "format/byte_order.h"
+#include "format/checked_arithmetic.h"
 #include "tag/tiff_tag.h"
 
 // The four tags that point to further directories.

@@ -1,6 +1,6 @@
 #include "tag/tiff_type.h"
 
-#include "entry/fatal_errors.h"
+#include "entry/reports/fatal_errors.h"
 
 namespace corvinex {
 

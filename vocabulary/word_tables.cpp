@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "entry/numeric_conversion.h"
+#include "format/numeric_conversion.h"
 
 namespace corvinex::words {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "directory/ifd_tree.h"
-#include "entry/internal_errors.h"
+#include "entry/reports/internal_errors.h"
 #include "file/tag_file.h"
 #include "tests/directory/tiff_variants.h"
 #include "tests/support/temporary_file.h"

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "directory/ifd_tree.h"
-#include "entry/fatal_errors.h"
+#include "entry/reports/fatal_errors.h"
 #include "file/tag_file.h"
 #include "tests/reading/issued_warnings.h"
 

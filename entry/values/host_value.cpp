@@ -1,4 +1,4 @@
-#include "entry/host_value.h"
+#include "entry/values/host_value.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "entry/fatal_errors.h"
+#include "entry/reports/fatal_errors.h"
 #include "host/interface/text.h"
 
 namespace corvinex {

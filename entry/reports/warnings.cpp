@@ -1,6 +1,6 @@
-#include "entry/warnings.h"
+#include "entry/reports/warnings.h"
 
-#include "entry/fatal_errors.h"
+#include "entry/reports/fatal_errors.h"
 
 namespace corvinex {
 

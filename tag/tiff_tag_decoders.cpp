@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
-#include "entry/fatal_errors.h"
-#include "entry/numeric_conversion.h"
+#include "entry/reports/fatal_errors.h"
+#include "format/numeric_conversion.h"
 #include "tag/tiff_tag.h"
 #include "vocabulary/word_tables.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "entry/host_array.h"
+#include "entry/values/host_array.h"
 #include "host/interface/array.h"
 
 // The one place where the module makes and fills host values. Every value made here is owned by its
