@@ -5,8 +5,8 @@
 
 #include "entry/reports/fatal_errors.h"
 #include "entry/values/host_value.h"
-#include "format/numeric_conversion.h"
 #include "file/tag_file.h"
+#include "format/numeric_conversion.h"
 #include "host/interface/plugin.h"
 
 // The two functions that a host calls.

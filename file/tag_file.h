@@ -115,7 +115,10 @@ class TagFile {
     /// Where the latest directory keeps a value of this many bytes: an entry that is dropped, or a
     /// value that is replaced, leaves no more than a short one in the arena.
     [[nodiscard]] std::pmr::memory_resource& getValueMemory(std::size_t bytes) noexcept {
-        return bytes <= longestValueInArena ? *arena : arena->getSource();
+        if (bytes <= longestValueInArena) {
+            return *arena;
+        }
+        return arena->getSource();
     }
 
   private:
