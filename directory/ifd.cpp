@@ -163,23 +163,17 @@ void IFD::processEntry(std::span<const unsigned char> entry, std::uint64_t index
         case tag_number::ImageLength:
             height = tag.getNumericValue(0);
             return;
-        case tag_number::SubIFDs:
-        case tag_number::ExifIFD:
-        case tag_number::GPSInfo:
-        case tag_number::InteroperabilityIFD:
-            if (tag.subIfdSize() != 0) {
-                fileTag(tags, std::move(tag), index);
-            }
-            return;
         default:
-            fileTag(tag.isKnown() ? tags : unknownTags, std::move(tag), index);
+            if (tag.getRow().pointer == Pointer::None || tag.subIfdSize() != 0) {
+                addTag(tag.isKnown() ? tags : unknownTags, std::move(tag), index);
+            }
     }
 }
 
 // The list gets room for the entries to come, but for no more than an ordinary directory has,
 // because a result holds that room for every directory, however many of its entries are dropped. A
 // longer list grows fourfold, so that few tags move.
-void IFD::fileTag(TagList& list, TiffTag&& tag, std::uint64_t index) const {
+void IFD::addTag(TagList& list, TiffTag&& tag, std::uint64_t index) const {
     if (list.size() == list.capacity()) {
         constexpr std::uint64_t most = 64;
         const std::uint64_t growth = std::max<std::uint64_t>(3 * list.size(), most);

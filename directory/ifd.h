@@ -83,7 +83,7 @@ class IFD {
     [[nodiscard]] std::vector<unsigned char> readEntries();
     void flagDefaultValues(const TiffTag& tag);
     void processRequiredFields();
-    void fileTag(TagList& list, TiffTag&& tag, std::uint64_t index) const;
+    void addTag(TagList& list, TiffTag&& tag, std::uint64_t index) const;
     void setDefaultFields(zxArray& output, std::size_t index) const;
     [[nodiscard]] HostArray getDefaultZxArray(std::size_t i, const TagValue& standardDefault) const;
 

@@ -6,6 +6,14 @@
 
 namespace corvinex {
 
+namespace {
+
+bool mayHoldPointers(IFDtype_t_ kind) noexcept {
+    return kind == IFDtype_t_::Main || kind == IFDtype_t_::EXIF;
+}
+
+}  // namespace
+
 PointerGuard::PointerGuard(std::uint64_t fileSize) noexcept
     : budget_(saturatingAdd(saturatingMultiply(fileSize, budgetPerFileByte), budgetAtLeast)),
       directoryLimit_(fileSize / fileBytesPerDirectory + directoriesAtLeast) {}
@@ -34,12 +42,12 @@ void PointerGuard::countDirectory(std::uint64_t entryBytes) noexcept {
     }
 }
 
-bool PointerGuard::isAllowed(IFDtype_t_ kind, std::uint64_t position) const noexcept {
-    const bool mayHoldPointers = kind == IFDtype_t_::Main || kind == IFDtype_t_::EXIF;
+bool PointerGuard::isAllowed(IFDtype_t_ from, IFDtype_t_ to,
+                             std::uint64_t position) const noexcept {
     const bool isOpen = std::find(openDirectories_.begin(), openDirectories_.end(), position) !=
                         openDirectories_.end();
-    return !(mayHoldPointers && isOpen) && depth_ < maximumDepth && entryBytes_ <= budget_ &&
-           directories_ <= directoryLimit_;
+    return mayHoldPointers(from) && !(mayHoldPointers(to) && isOpen) && depth_ < maximumDepth &&
+           entryBytes_ <= budget_ && directories_ <= directoryLimit_;
 }
 
 }  // namespace corvinex

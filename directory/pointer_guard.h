@@ -60,11 +60,13 @@ class PointerGuard {
     /// Whether what is being read was reached through a pointer.
     [[nodiscard]] bool isFollowing() const noexcept { return depth_ > 0; }
 
-    /// Whether a pointer that makes a set of this kind at this absolute position may be followed:
-    /// not into a directory that is being read (GPS and interoperability directories hold no
-    /// pointers and cannot loop), not deeper than maximumDepth, and not once the directories that
-    /// pointers led to hold more entry bytes than the budget or are more than their limit.
-    [[nodiscard]] bool isAllowed(IFDtype_t_ kind, std::uint64_t position) const noexcept;
+    /// Whether a pointer in a directory of kind from, which makes a set of kind to at this absolute
+    /// position, may be followed: not out of a GPS or interoperability directory (EXIF 2.3), not
+    /// into a directory that is being read (one that may hold no pointers cannot loop), not deeper
+    /// than maximumDepth, and not once the directories that pointers led to hold more entry bytes
+    /// than the budget or are more than their limit.
+    [[nodiscard]] bool isAllowed(IFDtype_t_ from, IFDtype_t_ to,
+                                 std::uint64_t position) const noexcept;
 
   private:
     std::vector<std::uint64_t> openDirectories_;

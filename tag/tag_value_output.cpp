@@ -17,17 +17,17 @@
 namespace corvinex {
 
 HostArray TagValue::getZxArray() {
+    if (auto* const directories = std::get_if<SubDirectories>(&value)) {
+        // SubIFDs (330) leads to images, of which there may be several.
+        return findTag(tagId).pointer == Pointer::ToMain
+                   ? getZxArraySubIfds()
+                   : directories->sets().front().repackageIfds();
+    }
     switch (tagId) {
         case tag_number::ColorMap:
             return getZxArrayColormap();
-        case tag_number::SubIFDs:
-            return getZxArraySubIfds();
         case tag_number::SampleFormat:
             return getZxArraySampleFormat();
-        case tag_number::ExifIFD:
-        case tag_number::GPSInfo:
-        case tag_number::InteroperabilityIFD:
-            return std::get<SubDirectories>(value).sets().front().repackageIfds();
         case tag_number::ImageSourceData:
             return getZxArrayImageSourceData();
         default:

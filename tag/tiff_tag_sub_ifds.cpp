@@ -76,8 +76,7 @@ void TiffTag::processSubIfd(unsigned long long position) {
 }
 
 void TiffTag::checkThatProposedNewSubIfdIsLegal(std::uint64_t position) {
-    const bool kindIsLegal = ifdType == IFDtype_t_::Main || ifdType == IFDtype_t_::EXIF;
-    if (kindIsLegal && tagFile->getPointerGuard().isAllowed(getSubIfdType(), position)) {
+    if (tagFile->getPointerGuard().isAllowed(ifdType, getSubIfdType(), position)) {
         return;
     }
     const std::string_view word = getEnclosingDirectoryWord(ifdType);

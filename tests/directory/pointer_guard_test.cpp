@@ -20,7 +20,17 @@ TEST(PointerGuard, AllowsAPointerToAnotherPlace) {
     PointerGuard guard(1000);
     const PointerGuard::OpenDirectory open(guard, 8);
     for (const IFDtype_t_ kind : allKinds) {
-        EXPECT_TRUE(guard.isAllowed(kind, 9));
+        EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, kind, 9));
+    }
+}
+
+TEST(PointerGuard, AllowsPointersOutOfMainAndExifDirectoriesOnly) {
+    const PointerGuard guard(1000);
+    for (const IFDtype_t_ to : allKinds) {
+        EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, to, 9));
+        EXPECT_TRUE(guard.isAllowed(IFDtype_t_::EXIF, to, 9));
+        EXPECT_FALSE(guard.isAllowed(IFDtype_t_::GPS, to, 9));
+        EXPECT_FALSE(guard.isAllowed(IFDtype_t_::Interoperability, to, 9));
     }
 }
 
@@ -29,43 +39,43 @@ TEST(PointerGuard, RefusesAPointerIntoAnOpenDirectory) {
     const PointerGuard::OpenDirectory outer(guard, 8);
     const PointerGuard::OpenDirectory inner(guard, 100);
     for (const std::uint64_t position : {8U, 100U}) {
-        EXPECT_FALSE(guard.isAllowed(IFDtype_t_::Main, position));
-        EXPECT_FALSE(guard.isAllowed(IFDtype_t_::EXIF, position));
+        EXPECT_FALSE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::Main, position));
+        EXPECT_FALSE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::EXIF, position));
     }
 }
 
 TEST(PointerGuard, AllowsKindsWithoutPointersInAnOpenDirectory) {
     PointerGuard guard(1000);
     const PointerGuard::OpenDirectory open(guard, 8);
-    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::GPS, 8));
-    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Interoperability, 8));
+    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::GPS, 8));
+    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::Interoperability, 8));
 }
 
 TEST(PointerGuard, AllowsAPointerIntoADirectoryThatWasRead) {
     PointerGuard guard(1000);
     { const PointerGuard::OpenDirectory open(guard, 8); }
-    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, 8));
+    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::Main, 8));
 }
 
 TEST(PointerGuard, KnowsADirectoryThatIsOpenTwice) {
     PointerGuard guard(1000);
     const PointerGuard::OpenDirectory outer(guard, 8);
     { const PointerGuard::OpenDirectory inner(guard, 8); }
-    EXPECT_FALSE(guard.isAllowed(IFDtype_t_::Main, 8));
+    EXPECT_FALSE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::Main, 8));
 }
 
 TEST(PointerGuard, RefusesThe65thPointerOfANest) {
     PointerGuard guard(1000);
     std::deque<PointerGuard::FollowedPointer> followed;
     for (int i = 0; i < 64; ++i) {
-        EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, 8)) << i;
+        EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::Main, 8)) << i;
         followed.emplace_back(guard);
     }
     for (const IFDtype_t_ kind : allKinds) {
-        EXPECT_FALSE(guard.isAllowed(kind, 8));
+        EXPECT_FALSE(guard.isAllowed(IFDtype_t_::Main, kind, 8));
     }
     followed.pop_back();
-    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, 8));
+    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::Main, 8));
 }
 
 constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20;
@@ -76,11 +86,11 @@ TEST(PointerGuard, RefusesPointersOnceTheyLedToFourTimesTheFileAnd16MiB) {
         const PointerGuard::FollowedPointer followed(guard);
         guard.countDirectory(16 * mebibyte);
         guard.countDirectory(4000);
-        EXPECT_TRUE(guard.isAllowed(IFDtype_t_::GPS, 8));
+        EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::GPS, 8));
         guard.countDirectory(1);
     }
     for (const IFDtype_t_ kind : allKinds) {
-        EXPECT_FALSE(guard.isAllowed(kind, 8));
+        EXPECT_FALSE(guard.isAllowed(IFDtype_t_::Main, kind, 8));
     }
 }
 
@@ -91,10 +101,10 @@ TEST(PointerGuard,
     for (int i = 0; i < 512 + 1000; ++i) {
         guard.countDirectory(12);
     }
-    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::GPS, 8));
+    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::GPS, 8));
     guard.countDirectory(0);
     for (const IFDtype_t_ kind : allKinds) {
-        EXPECT_FALSE(guard.isAllowed(kind, 8));
+        EXPECT_FALSE(guard.isAllowed(IFDtype_t_::Main, kind, 8));
     }
 }
 
@@ -104,13 +114,13 @@ TEST(PointerGuard, AddsUpTheDirectoriesOfAllPointers) {
         const PointerGuard::FollowedPointer followed(guard);
         guard.countDirectory(mebibyte);
     }
-    EXPECT_FALSE(guard.isAllowed(IFDtype_t_::Main, 8));
+    EXPECT_FALSE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::Main, 8));
 }
 
 TEST(PointerGuard, DoesNotCountDirectoriesReachedWithoutPointers) {
     PointerGuard guard(1000);
     guard.countDirectory(std::uint64_t{1} << 62);
-    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, 8));
+    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::Main, 8));
 }
 
 TEST(PointerGuard, NeverWrapsAround) {
@@ -118,7 +128,7 @@ TEST(PointerGuard, NeverWrapsAround) {
     const PointerGuard::FollowedPointer followed(guard);
     guard.countDirectory(std::numeric_limits<std::uint64_t>::max());
     guard.countDirectory(std::numeric_limits<std::uint64_t>::max());
-    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, 8));
+    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::Main, 8));
     PointerGuard small(0);
     const PointerGuard::FollowedPointer other(small);
     small.countDirectory(std::numeric_limits<std::uint64_t>::max());
