@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "entry/reports/internal_errors.h"
-#include "tests/tag/tag_bench.h"
+#include "tests/tag/tag_fixture.h"
 
 // Tags that stand in no file: defaults of baseline tags.
 

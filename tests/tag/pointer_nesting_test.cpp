@@ -8,7 +8,7 @@
 #include "directory/pointer_guard.h"
 #include "entry/reports/internal_errors.h"
 #include "tests/support/single_directory.h"
-#include "tests/tag/tag_bench.h"
+#include "tests/tag/tag_fixture.h"
 
 // Which pointers are followed from where, and which are refused.
 
@@ -249,37 +249,37 @@ TEST(PointerBudget, EndsRepeatedReadingOfOneLargeDirectory) {
 
 /// Whether a guard whose budget is just spent allows one more pointer after a set was read at a
 /// position.
-bool isAllowedAfterReading(TagBench& bench, std::uint64_t position) {
-    PointerGuard& guard = bench.file().getPointerGuard();
+bool isAllowedAfterReading(TagFixture& fixture, std::uint64_t position) {
+    PointerGuard& guard = fixture.file().getPointerGuard();
     const PointerGuard::FollowedPointer followed(guard);
-    guard.countDirectory(PointerGuard::budgetPerFileByte * bench.file().getFileSize() +
+    guard.countDirectory(PointerGuard::budgetPerFileByte * fixture.file().getFileSize() +
                          PointerGuard::budgetAtLeast);
     EXPECT_TRUE(guard.isAllowed(IFDtype_t_::EXIF, 1));
-    EXPECT_TRUE(bench.file().getStream().seek(position));
-    EXPECT_EQ(corvinex::IFDTree(&bench.file(), IFDtype_t_::EXIF).size(), 0U);
+    EXPECT_TRUE(fixture.file().getStream().seek(position));
+    EXPECT_EQ(corvinex::IFDTree(&fixture.file(), IFDtype_t_::EXIF).size(), 0U);
     return guard.isAllowed(IFDtype_t_::EXIF, 1);
 }
 
 TEST(PointerBudget, IsSpentByADirectoryWithoutEntries) {
     ByteWriter writer(Order::Little);
     writer.text("II").number(42, 2).number(8, 4).number(0, 2).number(0, 4);
-    TagBench bench(writer.bytes());
-    EXPECT_FALSE(isAllowedAfterReading(bench, 8));
-    EXPECT_EQ(bench.takeWarnings(), Reports{report("numDirectoryEntriesIsZero", {8})});
+    TagFixture fixture(writer.bytes());
+    EXPECT_FALSE(isAllowedAfterReading(fixture, 8));
+    EXPECT_EQ(fixture.takeWarnings(), Reports{report("numDirectoryEntriesIsZero", {8})});
 }
 
 TEST(PointerBudget, IsSpentByADirectoryPastTheEndOfTheFile) {
-    TagBench bench(tiffOf({}));
-    EXPECT_FALSE(isAllowedAfterReading(bench, 5000));
-    EXPECT_EQ(bench.takeWarnings(), Reports{report("numberOfDirectoryEntriesReadError", {5000})});
+    TagFixture fixture(tiffOf({}));
+    EXPECT_FALSE(isAllowedAfterReading(fixture, 5000));
+    EXPECT_EQ(fixture.takeWarnings(), Reports{report("numberOfDirectoryEntriesReadError", {5000})});
 }
 
 TEST(PointerNesting, InADirectoryOfNoKnownKindIsRefusedAsInAnInteroperabilityDirectory) {
-    TagBench bench(tiffOf({}));
+    TagFixture fixture(tiffOf({}));
     EXPECT_THROW(
-        static_cast<void>(bench.make(rawEntry(34665, LONG, 1, 8), static_cast<IFDtype_t_>(4))),
+        static_cast<void>(fixture.make(rawEntry(34665, LONG, 1, 8), static_cast<IFDtype_t_>(4))),
         corvinex::TiffTagsRecoverableError);
-    EXPECT_EQ(bench.takeWarnings(), Reports{refused(34665, "Interoperability")});
+    EXPECT_EQ(fixture.takeWarnings(), Reports{refused(34665, "Interoperability")});
 }
 
 TEST(PointerBudget, IsNotSpentByTheMainChain) {

@@ -8,7 +8,7 @@
 #include "entry/reports/internal_errors.h"
 #include "tests/support/single_directory.h"
 #include "tests/tag/broken_stream.h"
-#include "tests/tag/tag_bench.h"
+#include "tests/tag/tag_fixture.h"
 
 // The directories that pointer tags lead to.
 
@@ -130,13 +130,13 @@ TEST(PointerTags, LeaveTheStreamWhereItWas) {
     TiffBuilder builder;
     builder.add(oriented(1));
     builder.add(oriented(2));
-    TagBench bench(builder.bytes());
-    ASSERT_TRUE(bench.file().getStream().seek(5));
+    TagFixture fixture(builder.bytes());
+    ASSERT_TRUE(fixture.file().getStream().seek(5));
     const auto position = static_cast<std::uint32_t>(builder.positionOf(1));
-    EXPECT_EQ(bench.make(rawEntry(330, LONG, 0, 0)).subIfdSize(), 0U);
-    EXPECT_EQ(bench.file().getStream().tell(), 5U);
-    EXPECT_EQ(bench.make(rawEntry(330, LONG, 1, position)).subIfdSize(), 1U);
-    EXPECT_EQ(bench.file().getStream().tell(), 5U);
+    EXPECT_EQ(fixture.make(rawEntry(330, LONG, 0, 0)).subIfdSize(), 0U);
+    EXPECT_EQ(fixture.file().getStream().tell(), 5U);
+    EXPECT_EQ(fixture.make(rawEntry(330, LONG, 1, position)).subIfdSize(), 1U);
+    EXPECT_EQ(fixture.file().getStream().tell(), 5U);
 }
 
 TEST(PointerTags, LetTheEntriesAfterThemBeRead) {
@@ -262,11 +262,11 @@ TEST(PointerTypes, NarrowerThanFourBytesReadAsZeroPastTheirEnd) {
 }
 
 TEST(SubIfdSeek, ThatFailsDropsThePointerOncePerPosition) {
-    TagBench bench(tiffOf({}));
-    makeUnseekable(bench.disk().path());
-    const auto expectDropped = [&bench](std::uint16_t tag, std::uint32_t offset) {
+    TagFixture fixture(tiffOf({}));
+    makeUnseekable(fixture.disk().path());
+    const auto expectDropped = [&fixture](std::uint16_t tag, std::uint32_t offset) {
         try {
-            static_cast<void>(bench.make(rawEntry(tag, LONG, 1, offset)));
+            static_cast<void>(fixture.make(rawEntry(tag, LONG, 1, offset)));
             FAIL() << "the pointer was kept";
         } catch (const corvinex::TiffTagsRecoverableError& error) {
             EXPECT_STREQ(error.what(), "TIiffTag::TiffTag");
@@ -275,7 +275,7 @@ TEST(SubIfdSeek, ThatFailsDropsThePointerOncePerPosition) {
     expectDropped(330, 100);
     expectDropped(34665, 100);
     expectDropped(330, 0xFFFFFFFF);
-    EXPECT_EQ(bench.takeWarnings(),
+    EXPECT_EQ(fixture.takeWarnings(),
               (Reports{report("badSubIfdSeek", {std::uint64_t{100}}),
                        report("badSubIfdSeek", {std::uint64_t{0xFFFFFFFF}})}));
 }

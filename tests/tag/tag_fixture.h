@@ -24,9 +24,9 @@ inline Bytes rawEntry(std::uint16_t tag, std::uint16_t type, std::uint64_t count
 
 /// A little-endian file opened by the module, before its header is read: tags are made from
 /// entries one by one, and their warnings collected.
-class TagBench {
+class TagFixture {
   public:
-    explicit TagBench(const Bytes& bytes = tiffOf({}))
+    explicit TagFixture(const Bytes& bytes = tiffOf({}))
         : disk_(bytes),
           file_(disk_.name(), 0, 0, 0),
           sink_([this](const host::Report& warning) { warnings_.push_back(warning); }) {}

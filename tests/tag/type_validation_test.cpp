@@ -7,7 +7,7 @@
 
 #include "entry/reports/internal_errors.h"
 #include "tests/support/single_directory.h"
-#include "tests/tag/tag_bench.h"
+#include "tests/tag/tag_fixture.h"
 #include "tests/vocabulary/expected_names.h"
 
 // The field types that TIFF 6.0 requires of the baseline and extension tags.
@@ -92,15 +92,15 @@ bool isWrongType(const host::Report& warning) {
 
 /// Makes a tag of one component, and gives the warnings about its type. SubIFDs gets none, since
 /// its component would be followed.
-Reports typeWarnings(TagBench& bench, std::uint16_t tag, std::uint16_t type) {
+Reports typeWarnings(TagFixture& fixture, std::uint16_t tag, std::uint16_t type) {
     const std::uint64_t count = tag == 330 ? 0 : 1;
     try {
-        static_cast<void>(bench.make(rawEntry(tag, type, count, 0)));
+        static_cast<void>(fixture.make(rawEntry(tag, type, count, 0)));
     } catch (const corvinex::TiffTagsRecoverableError&) {
         // A directory offset on a tag that is no pointer: dropped after the type was looked at.
         EXPECT_TRUE(type == IFD || type == IFD8);
     }
-    Reports warnings = bench.takeWarnings();
+    Reports warnings = fixture.takeWarnings();
     std::erase_if(warnings, [](const host::Report& warning) { return !isWrongType(warning); });
     return warnings;
 }
@@ -110,12 +110,12 @@ class TypeGroup : public testing::TestWithParam<Group> {};
 TEST_P(TypeGroup, WarnsOfEveryTypeThatItDoesNotAllow) {
     const Group& group = GetParam();
     for (const std::uint16_t tag : group.tags) {
-        TagBench bench(Bytes{'I', 'I', 42, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+        TagFixture fixture(Bytes{'I', 'I', 42, 0, 0, 0, 0, 0, 0, 0, 0, 0});
         for (const NamedType& type : types) {
             SCOPED_TRACE(std::to_string(tag) + " as " + type.name);
             const bool isAllowed = std::find(group.allowed.begin(), group.allowed.end(),
                                              type.code) != group.allowed.end();
-            EXPECT_EQ(typeWarnings(bench, tag, type.code),
+            EXPECT_EQ(typeWarnings(fixture, tag, type.code),
                       isAllowed ? Reports{} : Reports{wrongType(group, nameOf(tag), type.name)});
         }
     }
@@ -130,7 +130,7 @@ TEST(TypeValidation, LooksAtTheTagsOfItsGroupsOnly) {
         listed.insert(listed.end(), group.tags.begin(), group.tags.end());
     }
     EXPECT_EQ(listed.size(), 68U);
-    TagBench bench;
+    TagFixture fixture;
     for (unsigned number = 0; number <= 65535; ++number) {
         const auto tag = static_cast<std::uint16_t>(number);
         if (tag == 34665 || tag == 34853 || tag == 40965) {
@@ -138,15 +138,15 @@ TEST(TypeValidation, LooksAtTheTagsOfItsGroupsOnly) {
         }
         const bool isListed = std::find(listed.begin(), listed.end(), tag) != listed.end();
         // No group allows signed bytes.
-        ASSERT_EQ(typeWarnings(bench, tag, SBYTE).size(), isListed ? 1U : 0U) << tag;
+        ASSERT_EQ(typeWarnings(fixture, tag, SBYTE).size(), isListed ? 1U : 0U) << tag;
     }
 }
 
 TEST(TypeValidation, DoesNotLookAtTheOtherPointerTags) {
     for (const PointerTag& pointer : {exifPointer, gpsPointer, interopPointer}) {
-        TagBench bench;
-        static_cast<void>(bench.make(rawEntry(pointer.number, SBYTE, 0, 0)));
-        EXPECT_EQ(bench.takeWarnings(), Reports{report("zeroComponentCount", {pointer.field})});
+        TagFixture fixture;
+        static_cast<void>(fixture.make(rawEntry(pointer.number, SBYTE, 0, 0)));
+        EXPECT_EQ(fixture.takeWarnings(), Reports{report("zeroComponentCount", {pointer.field})});
     }
 }
 

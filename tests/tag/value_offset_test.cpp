@@ -11,7 +11,7 @@
 #include "entry/reports/internal_errors.h"
 #include "tests/support/single_directory.h"
 #include "tests/tag/broken_stream.h"
-#include "tests/tag/tag_bench.h"
+#include "tests/tag/tag_fixture.h"
 
 // Values that lie outside the file, or cannot be read from it.
 
@@ -168,23 +168,25 @@ TEST(HugeOffsets, PlusTheHeadersPositionDoNotWrap) {
 }
 
 TEST(ValueSeek, ThatFailsDropsTheEntry) {
-    TagBench bench(tiffOf({}));
-    makeUnseekable(bench.disk().path());
+    TagFixture fixture(tiffOf({}));
+    makeUnseekable(fixture.disk().path());
     for (int round = 0; round < 2; ++round) {
         try {
-            static_cast<void>(bench.make(rawEntry(50714, LONG, 2, 0)));
+            static_cast<void>(fixture.make(rawEntry(50714, LONG, 2, 0)));
             FAIL() << "the entry was kept";
         } catch (const TiffTagsRecoverableError& error) {
             EXPECT_STREQ(error.what(), "TIiffTag::TiffTag");
         }
     }
-    EXPECT_EQ(bench.takeWarnings(), Reports{report("badTagDataOffsetSeek", {tag})});
+    EXPECT_EQ(fixture.takeWarnings(), Reports{report("badTagDataOffsetSeek", {tag})});
 }
 
 /// A file of 20,000 bytes that is cut to 10,000 after the module learned its size.
 class ShortRead : public testing::Test {
   protected:
-    ShortRead() : bench_(longFile()) { std::filesystem::resize_file(bench_.disk().path(), 10000); }
+    ShortRead() : fixture_(longFile()) {
+        std::filesystem::resize_file(fixture_.disk().path(), 10000);
+    }
 
     static Bytes longFile() {
         Bytes bytes = tiffOf({});
@@ -192,21 +194,21 @@ class ShortRead : public testing::Test {
         return bytes;
     }
     void expectDropped(std::uint16_t id, std::uint32_t position) {
-        EXPECT_THROW(static_cast<void>(bench_.make(rawEntry(id, LONG, 4, position))),
+        EXPECT_THROW(static_cast<void>(fixture_.make(rawEntry(id, LONG, 4, position))),
                      TiffTagsRecoverableError);
     }
-    TagBench bench_;
+    TagFixture fixture_;
 };
 
 TEST_F(ShortRead, IsReportedWithTheNameAndThePosition) {
     expectDropped(50714, 9990);
-    EXPECT_EQ(bench_.takeWarnings(),
+    EXPECT_EQ(fixture_.takeWarnings(),
               Reports{report("unableToReadTiffTag", {"BlackLevel", std::uint64_t{9990}})});
 }
 
 TEST_F(ShortRead, OfAnUnnamedTagIsReportedWithItsNumber) {
     expectDropped(60001, 15000);
-    EXPECT_EQ(bench_.takeWarnings(),
+    EXPECT_EQ(fixture_.takeWarnings(),
               Reports{report("unableToReadTiffTag", {"60001", std::uint64_t{15000}})});
 }
 
@@ -217,7 +219,7 @@ TEST_F(ShortRead, IsReportedOncePerName) {
     expectDropped(60001, 12000);
     expectDropped(60001, 13000);
     expectDropped(60002, 13000);
-    EXPECT_EQ(bench_.takeWarnings(),
+    EXPECT_EQ(fixture_.takeWarnings(),
               (Reports{report("unableToReadTiffTag", {"BlackLevel", std::uint64_t{9990}}),
                        report("unableToReadTiffTag", {"WhiteLevel", std::uint64_t{12000}}),
                        report("unableToReadTiffTag", {"60001", std::uint64_t{12000}}),
@@ -225,8 +227,8 @@ TEST_F(ShortRead, IsReportedOncePerName) {
 }
 
 TEST_F(ShortRead, DoesNotTouchWhatIsStillThere) {
-    EXPECT_EQ(valuesOf(bench_.make(rawEntry(50714, LONG, 4, 9984))).size(), 4U);
-    EXPECT_EQ(bench_.takeWarnings(), Reports{});
+    EXPECT_EQ(valuesOf(fixture_.make(rawEntry(50714, LONG, 4, 9984))).size(), 4U);
+    EXPECT_EQ(fixture_.takeWarnings(), Reports{});
 }
 
 TEST(ShortReadDuringACall, DropsTheEntryAndReportsTheAbsolutePosition) {
