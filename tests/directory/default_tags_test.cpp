@@ -139,12 +139,12 @@ TEST_P(DefaultTags, AreMadeForADroppedEntry) {
 TEST_P(DefaultTags, AreMadeForEachDirectoryByItself) {
     TiffBuilder builder = newBuilder();
     builder.add({number(259, SHORT, 5)});
-    builder.add({mark(3)});
+    builder.add({pageId(3)});
     builder.chain({0, 1});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.text("Compression", 0), "LZW");
     EXPECT_EQ(result.text("Compression", 1), "Uncompressed");
-    EXPECT_EQ(marks(result), (Marks{1, 3}));
+    EXPECT_EQ(pageIds(result), (PageIds{1, 3}));
 }
 
 // Kept as it is: the entry's number of values is taken, not its value.

@@ -25,7 +25,7 @@ class DerivedFields : public EveryTiff {
 CORVINEX_FOR_EVERY_TIFF(DerivedFields);
 
 TEST_P(DerivedFields, WidthAndHeightAreZeroWithoutTheirTags) {
-    const Result result = readEntries({mark(1)});
+    const Result result = readEntries({pageId(1)});
     EXPECT_EQ(result.number("Width"), 0);
     EXPECT_EQ(result.number("Height"), 0);
 }
@@ -41,7 +41,7 @@ TEST_P(DerivedFields, AWidthThatIsTextIsZero) {
 }
 
 TEST_P(DerivedFields, ColorTypeIsMinusOneWithoutAPhotometricInterpretation) {
-    EXPECT_EQ(readEntries({mark(1)}).number("ColorType"), -1);
+    EXPECT_EQ(readEntries({pageId(1)}).number("ColorType"), -1);
 }
 
 TEST_P(DerivedFields, ColorTypeSevenIsTheNumber) {
@@ -96,7 +96,7 @@ TEST_P(DerivedFields, BitDepthIsTheSumOverTheSamples) {
 }
 
 TEST_P(DerivedFields, BitDepthIsOneByDefault) {
-    EXPECT_EQ(readEntries({mark(1)}).number("BitDepth"), 1);
+    EXPECT_EQ(readEntries({pageId(1)}).number("BitDepth"), 1);
 }
 
 TEST_P(DerivedFields, BitDepthIsZeroForABitsPerSampleWithoutNumbers) {
@@ -114,7 +114,7 @@ TEST_P(DerivedFields, AreThoseOfEachDirectory) {
                  number(262, SHORT, 2)});
     builder.add(
         {number(256, SHORT, 3), number(257, SHORT, 4), shorts(258, {8}), number(262, SHORT, 3)});
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
     builder.chain({0, 1, 2});
     const Result result = read(builder.bytes());
     const double widths[] = {1, 3, 0};

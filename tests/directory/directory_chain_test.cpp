@@ -14,7 +14,7 @@ class Chain : public EveryTiff {
         TiffBuilder builder = newBuilder();
         std::vector<std::size_t> chain;
         for (std::size_t i = 0; i < length; ++i) {
-            chain.push_back(builder.add({mark(i + 1)}));
+            chain.push_back(builder.add({pageId(i + 1)}));
         }
         builder.chain(chain);
         return builder;
@@ -24,31 +24,31 @@ CORVINEX_FOR_EVERY_TIFF(Chain);
 
 TEST_P(Chain, IsFollowedToItsEnd) {
     const Result result = read(markedChain(3).bytes());
-    EXPECT_EQ(marks(result), (Marks{1, 2, 3}));
+    EXPECT_EQ(pageIds(result), (PageIds{1, 2, 3}));
     EXPECT_TRUE(result.warnings().empty());
 }
 
 TEST_P(Chain, MayLeadBackwardsInTheFile) {
     const Result result = read(markedChain(3).chain({2, 0, 1}).bytes());
-    EXPECT_EQ(marks(result), (Marks{3, 1, 2}));
+    EXPECT_EQ(pageIds(result), (PageIds{3, 1, 2}));
     EXPECT_EQ(result.number("Offset", 1), static_cast<double>(tiff().headerSize()));
 }
 
 TEST_P(Chain, IsFollowedPastTagsThatMoveTheStream) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1), text(305, "a text outside the entry"), pointers(34665, LONG, {2})});
-    builder.add({mark(2), text(305, "another text outside the entry")});
+    builder.add({pageId(1), text(305, "a text outside the entry"), pointers(34665, LONG, {2})});
+    builder.add({pageId(2), text(305, "another text outside the entry")});
     builder.add({text(36864, "a version outside the entry")});
     builder.chain({0, 1});
-    EXPECT_EQ(marks(read(builder.bytes())), (Marks{1, 2}));
+    EXPECT_EQ(pageIds(read(builder.bytes())), (PageIds{1, 2}));
 }
 
 TEST_P(Chain, EndsAtTheLimit) {
     const Bytes bytes = markedChain(3).bytes();
-    EXPECT_EQ(marks(read(bytes, {0, 0, 1})), Marks{1});
-    EXPECT_EQ(marks(read(bytes, {0, 0, 2})), (Marks{1, 2}));
-    EXPECT_EQ(marks(read(bytes, {0, 0, 3})), (Marks{1, 2, 3}));
-    EXPECT_EQ(marks(read(bytes, {0, 0, 4})), (Marks{1, 2, 3}));
+    EXPECT_EQ(pageIds(read(bytes, {0, 0, 1})), PageIds{1});
+    EXPECT_EQ(pageIds(read(bytes, {0, 0, 2})), (PageIds{1, 2}));
+    EXPECT_EQ(pageIds(read(bytes, {0, 0, 3})), (PageIds{1, 2, 3}));
+    EXPECT_EQ(pageIds(read(bytes, {0, 0, 4})), (PageIds{1, 2, 3}));
 }
 
 TEST_P(Chain, AtTheLimitDoesNotLookAtTheNextOffset) {
@@ -62,8 +62,8 @@ TEST_P(Chain, ThatIsACycleIsFollowedRoundToTheLimit) {
     TiffBuilder builder = markedChain(3);
     builder.nextDirectory(2, 0);
     const Bytes bytes = builder.bytes();
-    EXPECT_EQ(marks(read(bytes, {0, 0, 2})), (Marks{1, 2}));
-    EXPECT_EQ(marks(read(bytes, {0, 0, 7})), (Marks{1, 2, 3, 1, 2, 3, 1}));
+    EXPECT_EQ(pageIds(read(bytes, {0, 0, 2})), (PageIds{1, 2}));
+    EXPECT_EQ(pageIds(read(bytes, {0, 0, 7})), (PageIds{1, 2, 3, 1, 2, 3, 1}));
 }
 
 TEST_P(Chain, OfADirectoryThatFollowsItselfIsFollowedToTheLimit) {
@@ -76,13 +76,13 @@ TEST_P(Chain, OfADirectoryThatFollowsItselfIsFollowedToTheLimit) {
 
 TEST_P(Chain, OfSubIfdsIsFollowedToTheLimitByItself) {
     TiffBuilder builder = newBuilder();
-    builder.add({pointers(330, LONG, {2}), mark(1)});
-    builder.add({mark(2)});
-    builder.add({mark(3)});
-    builder.add({mark(4)});
+    builder.add({pointers(330, LONG, {2}), pageId(1)});
+    builder.add({pageId(2)});
+    builder.add({pageId(3)});
+    builder.add({pageId(4)});
     builder.chain({0, 1}).nextDirectory(2, 3).nextDirectory(3, 2);
     const Result result = read(builder.bytes(), {0, 0, 3});
-    EXPECT_EQ(marks(result), (Marks{1, 2}));
+    EXPECT_EQ(pageIds(result), (PageIds{1, 2}));
     const zxArray& set = *host::cellAt(result.value("SubIFDs"), 0);
     ASSERT_EQ(host::sizeOf(set), (host::Size{3, 1}));
     const double expected[] = {3, 4, 3};
@@ -123,7 +123,7 @@ TEST_P(Chain, EndsWhereTheNextOffsetCannotBeRead) {
     const std::uint64_t field = builder.nextFieldOf(1);
     for (std::uint64_t readable = 0; readable < tiff().offsetSize(); ++readable) {
         const Result result = read(firstBytes(builder.bytes(), field + readable));
-        EXPECT_EQ(marks(result), (Marks{1, 2}));
+        EXPECT_EQ(pageIds(result), (PageIds{1, 2}));
         EXPECT_EQ(result.warnings(), Reports{report("nextIfdOffsetReadError", {field})});
     }
 }
@@ -133,7 +133,7 @@ TEST_P(Chain, EndsWhereTheNextOffsetIsTheFilesSize) {
     const std::uint64_t size = builder.bytes().size();
     builder.next(0, size);
     const Result result = read(builder.bytes());
-    EXPECT_EQ(marks(result), Marks{1});
+    EXPECT_EQ(pageIds(result), PageIds{1});
     EXPECT_EQ(result.warnings(), Reports{report("nextIfdPointerOutOfRange", {size})});
 }
 
@@ -142,7 +142,7 @@ TEST_P(Chain, IsFollowedToTheLastByteOfTheFile) {
     const std::uint64_t lastByte = builder.bytes().size() - 1;
     builder.next(0, lastByte);
     const Result result = read(builder.bytes());
-    EXPECT_EQ(marks(result), Marks{1});
+    EXPECT_EQ(pageIds(result), PageIds{1});
     EXPECT_EQ(result.warnings(), Reports{report("numberOfDirectoryEntriesReadError", {lastByte})});
 }
 
@@ -152,7 +152,7 @@ TEST_P(Chain, EndsWhereTheNextOffsetIsFarOutside) {
         TiffBuilder builder = markedChain(2);
         builder.next(1, next);
         const Result result = read(builder.bytes());
-        EXPECT_EQ(marks(result), (Marks{1, 2}));
+        EXPECT_EQ(pageIds(result), (PageIds{1, 2}));
         EXPECT_EQ(result.warnings(), Reports{report("nextIfdPointerOutOfRange", {next})});
     }
 }
@@ -160,7 +160,7 @@ TEST_P(Chain, EndsWhereTheNextOffsetIsFarOutside) {
 TEST_P(Chain, WarnsForEachSetThatEndsOutside) {
     TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1})});
-    builder.add({mark(2)});
+    builder.add({pageId(2)});
     builder.next(0, 0x70000000).next(1, 0x70000000);
     const host::Report warning = report("nextIfdPointerOutOfRange", {0x70000000});
     EXPECT_EQ(read(builder.bytes()).warnings(), (Reports{warning, warning}));
@@ -177,7 +177,7 @@ TEST_P(Chain, IsRelativeToTheHeader) {
     const Bytes bytes = behindAHeader(tiff(), markedChain(3).bytes());
     const auto header = static_cast<double>(tiff().headerSize());
     const Result result = read(bytes, {header, 0, 0});
-    EXPECT_EQ(marks(result), (Marks{1, 2, 3}));
+    EXPECT_EQ(pageIds(result), (PageIds{1, 2, 3}));
     EXPECT_EQ(result.number("Offset"), 2 * header);
 }
 
@@ -202,11 +202,11 @@ TEST(BigTiffChain, NeverWrapsAroundWhereHeaderAndNextOffsetAddUp) {
         const std::uint64_t header = tiff.headerSize();
         for (const std::uint64_t next : {largest, largest - header + 1, largest - header}) {
             TiffBuilder builder = tiff.builder();
-            builder.add({mark(1)});
+            builder.add({pageId(1)});
             builder.next(0, next);
             const Result result =
                 read(behindAHeader(tiff, builder.bytes()), {static_cast<double>(header), 0, 0});
-            EXPECT_EQ(marks(result), Marks{1});
+            EXPECT_EQ(pageIds(result), PageIds{1});
             EXPECT_EQ(result.warnings(), Reports{report("nextIfdPointerOutOfRange", {largest})});
         }
     }
@@ -214,38 +214,38 @@ TEST(BigTiffChain, NeverWrapsAroundWhereHeaderAndNextOffsetAddUp) {
 
 TEST(JpegChain, DropsEmptyDirectoriesAndGoesOn) {
     TiffBuilder builder;
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
     builder.add({number(256, SHORT, 640), number(257, SHORT, 480)});
-    builder.add({mark(3)});
+    builder.add({pageId(3)});
     builder.chain({0, 1, 2});
     const Result result = readAsJpeg(builder.bytes());
-    EXPECT_EQ(marks(result), (Marks{1, 3}));
+    EXPECT_EQ(pageIds(result), (PageIds{1, 3}));
     EXPECT_TRUE(result.warnings().empty());
 }
 
 TEST(JpegChain, DoesNotCountEmptyDirectoriesTowardsTheLimit) {
     TiffBuilder builder(Order::Big);
     builder.add({number(256, SHORT, 640)});
-    builder.add({mark(2)});
+    builder.add({pageId(2)});
     builder.add({number(257, SHORT, 480)});
-    builder.add({mark(4)});
-    builder.add({mark(5)});
+    builder.add({pageId(4)});
+    builder.add({pageId(5)});
     builder.chain({0, 1, 2, 3, 4});
-    EXPECT_EQ(marks(readAsJpeg(builder.bytes(), 0, 1)), Marks{2});
-    EXPECT_EQ(marks(readAsJpeg(builder.bytes(), 0, 2)), (Marks{2, 4}));
+    EXPECT_EQ(pageIds(readAsJpeg(builder.bytes(), 0, 1)), PageIds{2});
+    EXPECT_EQ(pageIds(readAsJpeg(builder.bytes(), 0, 2)), (PageIds{2, 4}));
 }
 
 TEST(JpegChain, IsRelativeToTheTiffHeader) {
     TiffBuilder builder;
-    builder.add({mark(1)});
-    builder.add({mark(2)});
+    builder.add({pageId(1)});
+    builder.add({pageId(2)});
     builder.chain({0, 1}).nextDirectory(1, 0);
-    EXPECT_EQ(marks(readAsJpeg(builder.bytes(), 0, 5)), (Marks{1, 2, 1, 2, 1}));
+    EXPECT_EQ(pageIds(readAsJpeg(builder.bytes(), 0, 5)), (PageIds{1, 2, 1, 2, 1}));
 }
 
 TEST(JpegChain, EndsAtTheEndOfTheWholeFile) {
     TiffBuilder builder;
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
     const JpegWithExif jpeg = jpegWithExif(builder.bytes());
     const std::uint64_t size = jpeg.bytes.size();
     builder.next(0, size - jpeg.headerPosition);

@@ -249,7 +249,7 @@ TEST_P(DirectorySet, ACopyOfADirectoryHasItsTagsAndFactsAndNoEntries) {
 
 TEST_P(DirectorySet, ADirectoryThatCannotStartEndsItsChain) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
     const std::uint64_t position = builder.positionOf(builder.add({}));
     OpenFile file(tiff(), builder.bytes());
     file.seek(position);

@@ -50,29 +50,29 @@ TEST_P(Entries, PointersToDirectoriesOfWidthAndLengthAloneAreDroppedSilently) {
 TEST_P(Entries, PointersThatLeadToNoDirectoryAreDropped) {
     for (const std::uint16_t tag : std::vector<std::uint16_t>{330, 34665, 34853, 40965}) {
         TiffBuilder builder = newBuilder();
-        builder.add({pointers(tag, LONG, {1}), mark(1)});
+        builder.add({pointers(tag, LONG, {1}), pageId(1)});
         builder.add({});
         const Result result = read(builder.bytes());
         EXPECT_EQ(result.warnings(),
                   Reports{report("numDirectoryEntriesIsZero", {builder.positionOf(1)})});
         EXPECT_EQ(fieldsOf(result.output()).size(), 35U) << tag;
-        EXPECT_EQ(marks(result), Marks{1});
+        EXPECT_EQ(pageIds(result), PageIds{1});
     }
 }
 
 TEST_P(Entries, APointerWithoutOffsetsIsDropped) {
     TiffBuilder builder = newBuilder();
-    builder.add({numbers(330, LONG, {}), mark(1)});
+    builder.add({numbers(330, LONG, {}), pageId(1)});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.warnings(), Reports{report("zeroComponentCount", {"SubIFDs"})});
     EXPECT_FALSE(result.hasField("SubIFDs"));
-    EXPECT_EQ(marks(result), Marks{1});
+    EXPECT_EQ(pageIds(result), PageIds{1});
 }
 
 TEST_P(Entries, APointerKeepsTheSetsThatHoldADirectory) {
     TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1})});
-    builder.add({mark(7)});
+    builder.add({pageId(7)});
     const Result result = read(builder.bytes());
     EXPECT_TRUE(result.warnings().empty());
     EXPECT_EQ(host::sizeOf(result.value("SubIFDs")), (host::Size{1, 1}));
@@ -131,7 +131,7 @@ TEST_P(Entries, ADirectoryWhoseEntriesAllDropStaysForItsDefaults) {
 
 TEST_P(Entries, AnErrorThatIsNotRecoverableEndsTheRequest) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1), shorts(256, {1, 2})});
+    builder.add({pageId(1), shorts(256, {1, 2})});
     EXPECT_EQ(read(builder.bytes()).error(), report("badTagDataCount", {256, "Width", 2, 1}));
 }
 
@@ -146,18 +146,18 @@ TEST_P(Entries, OfOneNumberTheLaterCounts) {
 
 TEST_P(Entries, AreNotSorted) {
     TiffBuilder builder = newBuilder();
-    builder.add({text(33432, "c"), text(305, "s"), mark(3)});
+    builder.add({text(33432, "c"), text(305, "s"), pageId(3)});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.text("Copyright"), "c");
     EXPECT_EQ(result.text("Software"), "s");
-    EXPECT_EQ(marks(result), Marks{3});
+    EXPECT_EQ(pageIds(result), PageIds{3});
 }
 
 TEST_P(Entries, AfterAPointerAreReadAsThoughTheStreamHadNotMoved) {
     TiffBuilder builder = newBuilder();
     builder.add({text(305, "a long text outside the entry"), pointers(34665, LONG, {2}),
                  text(33432, "another text outside the entry"), pointers(34853, LONG, {3})});
-    builder.add({mark(2)});
+    builder.add({pageId(2)});
     builder.add({text(36864, "a version outside the entry")});
     builder.add({text(29, "2024:01:02, outside the entry")});
     builder.chain({0, 1});

@@ -25,19 +25,19 @@ TEST_P(EntryCount, OneThatCannotBeReadEndsTheChainWithAWarning) {
 
 TEST_P(EntryCount, OneThatCannotBeReadKeepsTheDirectoriesBefore) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1)});
-    builder.add({mark(2)});
-    const std::uint64_t broken = builder.positionOf(builder.add({mark(3)}));
+    builder.add({pageId(1)});
+    builder.add({pageId(2)});
+    const std::uint64_t broken = builder.positionOf(builder.add({pageId(3)}));
     builder.chain({0, 1, 2});
     const Result result = read(firstBytes(builder.bytes(), broken + tiff().countSize() - 1));
-    EXPECT_EQ(marks(result), (Marks{1, 2}));
+    EXPECT_EQ(pageIds(result), (PageIds{1, 2}));
     EXPECT_EQ(result.warnings(), Reports{report("numberOfDirectoryEntriesReadError", {broken})});
 }
 
 TEST_P(EntryCount, ZeroEndsTheChainWithAWarningAndAnEmptyResult) {
     TiffBuilder builder = newBuilder();
     builder.add({});
-    builder.add({mark(2)});
+    builder.add({pageId(2)});
     builder.chain({0, 1});
     const Result result = read(builder.bytes());
     EXPECT_TRUE(isEmptyResult(result));
@@ -47,12 +47,12 @@ TEST_P(EntryCount, ZeroEndsTheChainWithAWarningAndAnEmptyResult) {
 
 TEST_P(EntryCount, ZeroInALaterDirectoryKeepsTheDirectoriesBefore) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
     const std::uint64_t empty = builder.positionOf(builder.add({}));
-    builder.add({mark(3)});
+    builder.add({pageId(3)});
     builder.chain({0, 1, 2});
     const Result result = read(builder.bytes());
-    EXPECT_EQ(marks(result), Marks{1});
+    EXPECT_EQ(pageIds(result), PageIds{1});
     EXPECT_EQ(result.warnings(), Reports{report("numDirectoryEntriesIsZero", {empty})});
 }
 
@@ -67,7 +67,7 @@ TEST_P(EntryCount, ItsWarningsAreIssuedEveryTime) {
 
 TEST_P(EntryCount, OneByteTooFewOfEntriesIsFatal) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1), number(305, BYTE, 0)});
+    builder.add({pageId(1), number(305, BYTE, 0)});
     const Bytes bytes = builder.bytes();
     const std::uint64_t endOfEntries = builder.nextFieldOf(0);
     const Result broken = read(firstBytes(bytes, endOfEntries - 1));
@@ -78,8 +78,8 @@ TEST_P(EntryCount, OneByteTooFewOfEntriesIsFatal) {
 
 TEST_P(EntryCount, ALaterDirectoryThatIsShortIsCalledTheFirstToo) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1)});
-    builder.add({mark(2)});
+    builder.add({pageId(1)});
+    builder.add({pageId(2)});
     builder.chain({0, 1});
     const Bytes bytes = firstBytes(builder.bytes(), builder.nextFieldOf(1) - 1);
     EXPECT_EQ(read(bytes).error(), report("badIFDread", {"IFD #1"}));
@@ -88,7 +88,7 @@ TEST_P(EntryCount, ALaterDirectoryThatIsShortIsCalledTheFirstToo) {
 TEST_P(EntryCount, AShortDirectoryBehindAPointerIsFatalToo) {
     TiffBuilder builder = newBuilder();
     builder.add({pointers(34665, LONG, {1})});
-    builder.add({mark(2)});
+    builder.add({pageId(2)});
     const Bytes bytes = firstBytes(builder.bytes(), builder.nextFieldOf(1) - 1);
     EXPECT_EQ(read(bytes).error(), report("badIFDread", {"IFD #1"}));
 }
@@ -107,7 +107,7 @@ INSTANTIATE_TEST_SUITE_P(Counts, ClassicEntryCount, ::testing::Values(2, 0x7FFF,
 TEST_P(ClassicEntryCount, BeyondTheFileIsFatal) {
     for (const TiffVariant& tiff : {littleClassic, bigEndianClassic}) {
         TiffBuilder builder = tiff.builder();
-        builder.add({mark(1)});
+        builder.add({pageId(1)});
         const Bytes bytes = tiff.with(builder.bytes(), 8, GetParam(), 2);
         EXPECT_EQ(read(bytes).error(), report("badIFDread", {"IFD #1"}));
     }
@@ -125,7 +125,7 @@ INSTANTIATE_TEST_SUITE_P(Counts, BigTiffEntryCount,
 TEST_P(BigTiffEntryCount, BeyondTheFileIsFatal) {
     for (const TiffVariant& tiff : {littleBigTiff, bigEndianBigTiff}) {
         TiffBuilder builder = tiff.builder();
-        builder.add({mark(1)});
+        builder.add({pageId(1)});
         const Result result = read(tiff.with(builder.bytes(), 16, GetParam(), 8));
         EXPECT_EQ(result.error(), report("badIFDread", {"IFD #1"}));
         EXPECT_TRUE(result.warnings().empty());
@@ -160,7 +160,7 @@ TEST_P(JpegEntryCount, With5462EntriesInTheMainChainNoTagDataCanBeRead) {
 
 TEST_P(JpegEntryCount, TooLongALaterDirectoryDiscardsTheOnesBefore) {
     TiffBuilder builder(GetParam());
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
     builder.add(unknownEntries(5462));
     builder.chain({0, 1});
     const Result result = readAsJpeg(builder.bytes());
@@ -170,7 +170,7 @@ TEST_P(JpegEntryCount, TooLongALaterDirectoryDiscardsTheOnesBefore) {
 
 TEST_P(JpegEntryCount, TheLengthIsCheckedBeforeTheEntriesAreRead) {
     TiffBuilder builder(GetParam());
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
     const TiffVariant tiff{"", GetParam(), Layout::Classic};
     const Result tooLong = readAsJpeg(tiff.with(builder.bytes(), 8, 0xFFFF, 2));
     EXPECT_EQ(tooLong.error(), report("unableToReadTagData"));
@@ -195,7 +195,7 @@ TEST_P(JpegEntryCount, TooLongAnExifDirectoryDropsItsPointerAlone) {
 
 TEST_P(JpegEntryCount, TooLongASubDirectoryIsWarnedOfEveryTime) {
     TiffBuilder builder(GetParam());
-    builder.add({pointers(34665, LONG, {1}), pointers(34853, LONG, {1}), mark(1)});
+    builder.add({pointers(34665, LONG, {1}), pointers(34853, LONG, {1}), pageId(1)});
     builder.add(unknownEntries(5462));
     const host::Report warning = report("jpegApp1MaximumLengthExceeded", {5462});
     EXPECT_EQ(readAsJpeg(builder.bytes()).warnings(), (Reports{warning, warning}));

@@ -90,33 +90,33 @@ CORVINEX_FOR_EVERY_TIFF(FailingSeek);
 
 TEST_P(FailingSeek, ToTheNextOffsetFieldEndsTheChain) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1), farApart()});
-    builder.add({mark(2), farApart()});
-    builder.add({mark(3)});
+    builder.add({pageId(1), farApart()});
+    builder.add({pageId(2), farApart()});
+    builder.add({pageId(3)});
     builder.chain({0, 1, 2});
     const RefusedPosition refused(builder.nextFieldOf(1));
     const Result result = read(builder.bytes());
-    EXPECT_EQ(marks(result), (Marks{1, 2}));
+    EXPECT_EQ(pageIds(result), (PageIds{1, 2}));
     EXPECT_EQ(result.warnings(), Reports{report("badNextIfdPointerSeek")});
 }
 
 TEST_P(FailingSeek, ToTheNextDirectoryEndsTheChain) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1)});
-    builder.add({mark(2), farApart()});
-    builder.add({mark(3)});
+    builder.add({pageId(1)});
+    builder.add({pageId(2), farApart()});
+    builder.add({pageId(3)});
     builder.chain({0, 1, 2});
     const RefusedPosition refused(builder.positionOf(2));
     const Result result = read(builder.bytes());
-    EXPECT_EQ(marks(result), (Marks{1, 2}));
+    EXPECT_EQ(pageIds(result), (PageIds{1, 2}));
     EXPECT_EQ(result.warnings(), Reports{report("badNextIfdPointerSeek")});
 }
 
 TEST_P(FailingSeek, IsWarnedOfForEachSet) {
     TiffBuilder builder = newBuilder();
-    builder.add({pointers(330, LONG, {1}), mark(1)});
-    builder.add({mark(2), farApart()});
-    builder.add({mark(3)});
+    builder.add({pointers(330, LONG, {1}), pageId(1)});
+    builder.add({pageId(2), farApart()});
+    builder.add({pageId(3)});
     builder.nextDirectory(0, 2).nextDirectory(1, 2);
     const RefusedPosition refused(builder.positionOf(2));
     const host::Report warning = report("badNextIfdPointerSeek");
@@ -125,7 +125,7 @@ TEST_P(FailingSeek, IsWarnedOfForEachSet) {
 
 TEST_P(FailingSeek, DoesNotHarmASetThatFollowsNoChain) {
     TiffBuilder builder = newBuilder();
-    builder.add({pointers(34665, LONG, {1}), mark(1)});
+    builder.add({pointers(34665, LONG, {1}), pageId(1)});
     builder.add({farApart()});
     const RefusedPosition refused(builder.nextFieldOf(1));
     const Result result = read(builder.bytes());
@@ -135,24 +135,24 @@ TEST_P(FailingSeek, DoesNotHarmASetThatFollowsNoChain) {
 
 TEST_P(FailingSeek, ToASubDirectoryDropsItsPointer) {
     TiffBuilder builder = newBuilder();
-    builder.add({pointers(34665, LONG, {1}), pointers(34853, LONG, {1}), mark(1), farApart()});
+    builder.add({pointers(34665, LONG, {1}), pointers(34853, LONG, {1}), pageId(1), farApart()});
     builder.add({text(1, "N")});
     const RefusedPosition refused(builder.positionOf(1));
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.warnings(), Reports{report("badSubIfdSeek", {builder.positionOf(1)})});
     EXPECT_FALSE(result.hasField("DigitalCamera"));
     EXPECT_FALSE(result.hasField("GPSInfo"));
-    EXPECT_EQ(marks(result), Marks{1});
+    EXPECT_EQ(pageIds(result), PageIds{1});
 }
 
 TEST_P(FailingSeek, ToAValueDropsItsEntry) {
     TiffBuilder builder = newBuilder();
     // The value lies in the midst of a directory that nothing leads to.
     TiffBuilder plan = newBuilder();
-    plan.add({mark(1), at(305, ASCII, 20, 0), text(306, "d")});
+    plan.add({pageId(1), at(305, ASCII, 20, 0), text(306, "d")});
     plan.add({farApart()});
     const std::uint64_t position = plan.valueOf(1, 0) + 200;
-    builder.add({mark(1), at(305, ASCII, 20, position), text(306, "d")});
+    builder.add({pageId(1), at(305, ASCII, 20, position), text(306, "d")});
     builder.add({farApart()});
     EXPECT_EQ(read(builder.bytes()).text("Software"), std::string(20, 'x'));
     const RefusedPosition refused(position);
@@ -165,7 +165,7 @@ TEST_P(FailingSeek, ToAValueDropsItsEntry) {
 TEST_P(FailingSeek, ToTheFirstDirectoryIsFatal) {
     TiffBuilder builder = newBuilder();
     builder.add({farApart()});
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
     builder.chain({1});
     const RefusedPosition refused(builder.positionOf(1));
     EXPECT_EQ(read(builder.bytes()).error(), report("badTiffHeaderIfdOffset"));

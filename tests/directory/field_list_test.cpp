@@ -20,7 +20,7 @@ CORVINEX_FOR_EVERY_TIFF(FieldList);
 
 TEST_P(FieldList, OfATiffStartsWithTheDefaultFieldsInOneOrder) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
     EXPECT_EQ(fieldsOf(read(builder.bytes()).output()), defaultFields);
 }
 
@@ -50,7 +50,7 @@ TEST_P(FieldList, JoinsTheTagsOfAllDirectories) {
 TEST_P(FieldList, HasNoSecondFieldForATagOnTheDefaultList) {
     TiffBuilder builder = newBuilder();
     builder.add({number(259, SHORT, 5), number(262, SHORT, 2), longs(273, {8}),
-                 number(322, LONG, 16), number(263, SHORT, 2), mark(4)});
+                 number(322, LONG, 16), number(263, SHORT, 2), pageId(4)});
     const Result result = read(builder.bytes());
     EXPECT_EQ(fieldsOf(result.output()), defaultFields);
     EXPECT_EQ(result.text("Compression"), "LZW");
@@ -166,7 +166,7 @@ TEST(JpegFieldList, HasTheFieldsOfTheFileAndThenEveryTag) {
 
 TEST(JpegFieldList, HasNeitherByteOrderNorOffset) {
     TiffBuilder builder;
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
     const Result result = readAsJpeg(builder.bytes());
     EXPECT_FALSE(result.hasField("ByteOrder"));
     EXPECT_FALSE(result.hasField("Offset"));

@@ -16,14 +16,14 @@ CORVINEX_FOR_EVERY_TIFF(FieldValues);
 
 TEST_P(FieldValues, ThreeDirectoriesMakeAColumnOfThree) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1)});
-    builder.add({mark(2), text(305, "s")});
-    builder.add({mark(3)});
+    builder.add({pageId(1)});
+    builder.add({pageId(2), text(305, "s")});
+    builder.add({pageId(3)});
     builder.chain({0, 1, 2});
     const Result result = read(builder.bytes());
     EXPECT_EQ(host::classOf(result.output()), host::ValueClass::Struct);
     EXPECT_EQ(host::sizeOf(result.output()), (host::Size{3, 1}));
-    EXPECT_EQ(marks(result), (Marks{1, 2, 3}));
+    EXPECT_EQ(pageIds(result), (PageIds{1, 2, 3}));
     EXPECT_FALSE(result.isSet("Software", 0));
     EXPECT_EQ(result.text("Software", 1), "s");
     EXPECT_FALSE(result.isSet("Software", 2));
@@ -32,7 +32,7 @@ TEST_P(FieldValues, ThreeDirectoriesMakeAColumnOfThree) {
 TEST_P(FieldValues, OffsetIsThePlaceOfTheEntryCount) {
     TiffBuilder builder = newBuilder();
     builder.add({text(305, "a text outside the entry")});
-    builder.add({mark(2)});
+    builder.add({pageId(2)});
     builder.chain({1, 0});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.number("Offset", 0), static_cast<double>(builder.positionOf(1)));
@@ -42,7 +42,7 @@ TEST_P(FieldValues, OffsetIsThePlaceOfTheEntryCount) {
 TEST_P(FieldValues, FormatVersionIsNeverSet) {
     TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1})});
-    builder.add({mark(2)});
+    builder.add({pageId(2)});
     const Result result = read(builder.bytes());
     EXPECT_FALSE(result.isSet("FormatVersion"));
     EXPECT_EQ(findField(*host::cellAt(result.value("SubIFDs"), 0), "FormatVersion"), nullptr);
@@ -51,8 +51,8 @@ TEST_P(FieldValues, FormatVersionIsNeverSet) {
 TEST_P(FieldValues, OfTheFileStandInEveryElementOfEveryMainSet) {
     TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {2})});
-    builder.add({mark(2)});
-    builder.add({mark(3)});
+    builder.add({pageId(2)});
+    builder.add({pageId(3)});
     builder.chain({0, 1});
     const Bytes bytes = builder.bytes();
     const TemporaryFile file(bytes);
@@ -77,9 +77,9 @@ TEST_P(FieldValues, OfTheFileStandInEveryElementOfEveryMainSet) {
 
 TEST_P(FieldValues, AreMadeAnewForEveryElement) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1)});
-    builder.add({mark(1)});
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
+    builder.add({pageId(1)});
+    builder.add({pageId(1)});
     builder.chain({0, 1, 2});
     const Result result = read(builder.bytes());
     for (const std::string& name : fieldsOf(result.output())) {
@@ -95,7 +95,7 @@ TEST_P(FieldValues, AreAllGivenBackWithTheResult) {
     TiffBuilder builder = newBuilder();
     builder.add({text(305, "s"), pointers(330, LONG, {1}), pointers(34665, LONG, {2}),
                  number(65000, SHORT, 1), text(305, "replaced")});
-    builder.add({mark(2)});
+    builder.add({pageId(2)});
     builder.add({pointers(40965, LONG, {3})});
     builder.add({text(1, "R98")});
     const std::size_t before = host::livingValues();
@@ -135,7 +135,7 @@ TEST_P(FieldValues, ALaterPointerOfTheSameNameReplacesTheEarlierOne) {
 TEST_P(FieldValues, UnknownTagsAreThoseOfEachDirectory) {
     TiffBuilder builder = newBuilder();
     builder.add({number(65000, SHORT, 1), number(65001, SHORT, 2)});
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
     builder.add({longs(65002, {3, 4, 5})});
     builder.chain({0, 1, 2});
     const Result result = read(builder.bytes());
@@ -152,16 +152,16 @@ TEST_P(FieldValues, UnknownTagsAreThoseOfEachDirectory) {
 TEST_P(FieldValues, OfSubIfdsIsARowOfOneStructArrayForEachTarget) {
     TiffBuilder builder = newBuilder();
     if (tiff().layout == Layout::Big) {
-        builder.add({pointers(330, LONG, {1, 3}), mark(9)});
+        builder.add({pointers(330, LONG, {1, 3}), pageId(9)});
     } else {
-        builder.add({pointers(330, IFD, {1, 3}), mark(9)});
+        builder.add({pointers(330, IFD, {1, 3}), pageId(9)});
     }
-    builder.add({mark(1)});
-    builder.add({mark(2)});
-    builder.add({mark(3)});
+    builder.add({pageId(1)});
+    builder.add({pageId(2)});
+    builder.add({pageId(3)});
     builder.nextDirectory(1, 2);
     const Result result = read(builder.bytes());
-    EXPECT_EQ(marks(result), Marks{9});
+    EXPECT_EQ(pageIds(result), PageIds{9});
     const zxArray& cells = result.value("SubIFDs");
     EXPECT_EQ(host::classOf(cells), host::ValueClass::Cell);
     ASSERT_EQ(host::sizeOf(cells), (host::Size{1, 2}));
@@ -177,9 +177,9 @@ TEST_P(FieldValues, OfSubIfdsIsARowOfOneStructArrayForEachTarget) {
 TEST_P(FieldValues, OfSubIfdsLeaveOutTargetsWithoutADirectory) {
     TiffBuilder builder = newBuilder();
     builder.add({pointers(330, LONG, {1, 2, 3})});
-    builder.add({mark(1)});
+    builder.add({pageId(1)});
     builder.add({});
-    builder.add({mark(3)});
+    builder.add({pageId(3)});
     const Result result = read(builder.bytes());
     const zxArray& cells = result.value("SubIFDs");
     ASSERT_EQ(host::sizeOf(cells), (host::Size{1, 2}));
@@ -238,7 +238,7 @@ TEST_P(FieldValues, ThatCannotBeMadeEndTheRequestWithoutALeak) {
     TiffBuilder builder = newBuilder();
     builder.add({text(305, "s"), pointers(330, LONG, {1}), pointers(34665, LONG, {2}),
                  number(65000, SHORT, 1)});
-    builder.add({mark(2)});
+    builder.add({pageId(2)});
     builder.add({text(305, "s")});
     const Bytes bytes = builder.bytes();
     const std::size_t before = host::livingValues();
@@ -261,7 +261,7 @@ TEST_P(FieldValues, ThatCannotBeMadeEndTheRequestWithoutALeak) {
 
 TEST(JpegFieldValues, OfTheFile) {
     TiffBuilder builder;
-    builder.add({mark(6)});
+    builder.add({pageId(6)});
     const JpegWithExif jpeg = jpegWithExif(builder.bytes());
     const Result result = readAsJpeg(builder.bytes());
     EXPECT_EQ(result.text("Format"), "jpg");
@@ -275,7 +275,7 @@ TEST(JpegFieldValues, OfTheFile) {
 TEST(JpegFieldValues, OfSubIfdsAreThoseOfAJpegToo) {
     TiffBuilder builder;
     builder.add({pointers(330, LONG, {1})});
-    builder.add({mark(6)});
+    builder.add({pageId(6)});
     const Result result = readAsJpeg(builder.bytes());
     const zxArray& set = *host::cellAt(result.value("SubIFDs"), 0);
     EXPECT_EQ(textOf(fieldOf(set, "Format")), "jpg");

@@ -142,17 +142,17 @@ CORVINEX_FOR_EVERY_TIFF(PointerLoops);
 TEST_P(PointerLoops, ADirectoryThatPointsToItselfLosesThePointer) {
     for (const std::uint16_t tag : std::vector<std::uint16_t>{330, 34665}) {
         TiffBuilder builder = newBuilder();
-        builder.add({pointers(tag, LONG, {0}), mark(4)});
+        builder.add({pointers(tag, LONG, {0}), pageId(4)});
         const Result result = read(builder.bytes());
         EXPECT_EQ(result.warnings(), Reports{report("illegallyNestedIFD", {tag, "Main"})});
-        EXPECT_EQ(marks(result), Marks{4});
+        EXPECT_EQ(pageIds(result), PageIds{4});
         EXPECT_EQ(fieldsOf(result.output()).size(), 35U);
     }
 }
 
 TEST_P(PointerLoops, AnExifDirectoryThatPointsUpwardsLosesThePointer) {
     TiffBuilder builder = newBuilder();
-    builder.add({pointers(34665, LONG, {1}), mark(4)});
+    builder.add({pointers(34665, LONG, {1}), pageId(4)});
     builder.add({text(305, "s"), pointers(34665, LONG, {0}), pointers(34665, LONG, {1}),
                  pointers(330, LONG, {0})});
     const Result result = read(builder.bytes());
@@ -175,8 +175,8 @@ TEST_P(PointerLoops, ThroughTheChainOfASubIfdEndAtTheDeepestNest) {
     // The second directory points to the first, which is not open any more. The set made for it is
     // a chain in which the second directory comes again, pointer and all.
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1)});
-    builder.add({mark(2), pointers(330, LONG, {0})});
+    builder.add({pageId(1)});
+    builder.add({pageId(2), pointers(330, LONG, {0})});
     builder.chain({0, 1});
     const Result result = read(builder.bytes());
     EXPECT_EQ(result.warnings(), Reports{report("illegallyNestedIFD", {330, "Main"})});
@@ -194,9 +194,9 @@ TEST_P(PointerLoops, ANestOf64PointersIsReadAndThe65thIsRefused) {
     for (const std::size_t depth : {64U, 65U}) {
         TiffBuilder builder = newBuilder();
         for (std::size_t i = 0; i < depth; ++i) {
-            builder.add({pointers(330, LONG, {i + 1}), mark(i)});
+            builder.add({pointers(330, LONG, {i + 1}), pageId(i)});
         }
-        builder.add({mark(depth)});
+        builder.add({pageId(depth)});
         const Result result = read(builder.bytes());
         const zxArray* set = &result.output();
         std::size_t reached = 0;
@@ -218,12 +218,12 @@ TEST(PointerBombs, AreRefusedOnceTheBudgetIsSpent) {
         // warning comes once; what was read until then is kept.
         TiffBuilder builder = tiff.builder();
         for (std::size_t level = 1; level <= 10; ++level) {
-            builder.add({pointers(330, LONG, std::vector<std::size_t>(10, level)), mark(level)});
+            builder.add({pointers(330, LONG, std::vector<std::size_t>(10, level)), pageId(level)});
         }
         builder.add(std::vector<Field>(4000, number(256, SHORT, 1)));
         const Result result = read(builder.bytes());
         EXPECT_EQ(result.warnings(), Reports{report("illegallyNestedIFD", {330, "Main"})});
-        EXPECT_EQ(marks(result), Marks{1});
+        EXPECT_EQ(pageIds(result), PageIds{1});
     }
 }
 

@@ -75,12 +75,12 @@ inline std::vector<Field> unknownEntries(std::size_t count) {
     return std::vector<Field>(count, number(65000, SHORT, 1));
 }
 
-/// An identity check for a directory: Orientation is a plain number in every main directory.
-inline Field mark(std::uint64_t value) {
+/// Tells a directory from the others: Orientation is a plain number in every main directory.
+inline Field pageId(std::uint64_t value) {
     return number(274, SHORT, value);
 }
 
-inline std::vector<double> marks(const Result& result) {
+inline std::vector<double> pageIds(const Result& result) {
     std::vector<double> values;
     for (std::size_t i = 0; i < result.directories(); ++i) {
         values.push_back(result.number("Orientation", i));
@@ -88,7 +88,7 @@ inline std::vector<double> marks(const Result& result) {
     return values;
 }
 
-using Marks = std::vector<double>;
+using PageIds = std::vector<double>;
 using Reports = std::vector<host::Report>;
 using Names = std::vector<std::string>;
 

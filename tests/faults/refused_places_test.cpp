@@ -57,7 +57,7 @@ CORVINEX_FOR_EVERY_TIFF(RefusedPlaces);
 
 TEST_P(RefusedPlaces, InAValueDropItsEntryWithNameAndPosition) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(3), text(305, "a program's name"), text(306, "d")});
+    builder.add({pageId(3), text(305, "a program's name"), text(306, "d")});
     const std::uint64_t position = builder.valueOf(0, 1);
     for (const auto kind : {FileEffect::Fails, FileEffect::Interrupted, FileEffect::Short}) {
         for (const std::uint64_t sector : {position, position + 1, position + 16}) {
@@ -65,7 +65,7 @@ TEST_P(RefusedPlaces, InAValueDropItsEntryWithNameAndPosition) {
             const Result result = read(builder.bytes());
             EXPECT_EQ(result.warnings(),
                       Reports{report("unableToReadTiffTag", {"Software", position})});
-            EXPECT_EQ(marks(result), Marks{3});
+            EXPECT_EQ(pageIds(result), PageIds{3});
             EXPECT_FALSE(result.hasField("Software"));
             EXPECT_EQ(result.text("DateTime"), "d");
         }
@@ -74,7 +74,7 @@ TEST_P(RefusedPlaces, InAValueDropItsEntryWithNameAndPosition) {
 
 TEST_P(RefusedPlaces, InAnUnnamedValueAreReportedByItsNumberOnce) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(3), text(60000, "an unknown text"), text(60000, "another unknown text")});
+    builder.add({pageId(3), text(60000, "an unknown text"), text(60000, "another unknown text")});
     const std::uint64_t first = builder.valueOf(0, 1);
     const std::uint64_t second = builder.valueOf(0, 2);
     {
@@ -97,28 +97,28 @@ TEST_P(RefusedPlaces, InAnUnnamedValueAreReportedByItsNumberOnce) {
 
 TEST_P(RefusedPlaces, OfASkippedDirectorysSuccessorAreFatal) {
     TiffBuilder builder = newBuilder();
-    builder.add({mark(1), farApart()});
-    builder.add({mark(2)});
+    builder.add({pageId(1), farApart()});
+    builder.add({pageId(2)});
     builder.chain({0, 1});
-    EXPECT_EQ(marks(read(builder.bytes(), {0, 1, 0})), Marks{2});
+    EXPECT_EQ(pageIds(read(builder.bytes(), {0, 1, 0})), PageIds{2});
     const ScopedFileServices services = unreachableFrom(builder.positionOf(1));
     EXPECT_EQ(read(builder.bytes(), {0, 1, 0}).error(), report("badTiffHeaderIfdOffset"));
 }
 
 TEST(RefusedPlacesOfAJpeg, InAValueAreReportedFromTheStartOfTheFile) {
     TiffBuilder builder;
-    builder.add({mark(3), text(305, "a program's name")});
+    builder.add({pageId(3), text(305, "a program's name")});
     const InJpeg file(builder);
     const std::uint64_t position = file.at(builder.valueOf(0, 1));
     const ScopedFileServices services = badSectorAt(position, FileEffect::Fails);
     const Result result = file.readIt();
     EXPECT_EQ(result.warnings(), Reports{report("unableToReadTiffTag", {"Software", position})});
-    EXPECT_EQ(marks(result), Marks{3});
+    EXPECT_EQ(pageIds(result), PageIds{3});
 }
 
 TEST(RefusedPlacesOfAJpeg, WithASubDirectoryAreReportedFromTheStartOfTheFile) {
     TiffBuilder builder;
-    builder.add({mark(3), pointers(34665, LONG, {2})});
+    builder.add({pageId(3), pointers(34665, LONG, {2})});
     builder.add({farApart()});
     builder.add({text(36880, "+01:00")});
     const InJpeg file(builder);
@@ -127,31 +127,31 @@ TEST(RefusedPlacesOfAJpeg, WithASubDirectoryAreReportedFromTheStartOfTheFile) {
     const ScopedFileServices services = unreachableFrom(position);
     const Result result = file.readIt();
     EXPECT_EQ(result.warnings(), Reports{report("badSubIfdSeek", {position})});
-    EXPECT_EQ(marks(result), Marks{3});
+    EXPECT_EQ(pageIds(result), PageIds{3});
     EXPECT_FALSE(result.hasField("DigitalCamera"));
 }
 
 TEST(RefusedPlacesOfAJpeg, WithTheNextDirectoryEndTheChain) {
     TiffBuilder builder;
-    builder.add({mark(3)});
+    builder.add({pageId(3)});
     builder.add({farApart()});
-    builder.add({mark(4)});
+    builder.add({pageId(4)});
     builder.chain({0, 2});
     const InJpeg file(builder);
-    EXPECT_EQ(marks(file.readIt()), (Marks{3, 4}));
+    EXPECT_EQ(pageIds(file.readIt()), (PageIds{3, 4}));
     const ScopedFileServices services = unreachableFrom(file.at(builder.positionOf(2)));
     const Result result = file.readIt();
     EXPECT_EQ(result.warnings(), Reports{report("badNextIfdPointerSeek")});
-    EXPECT_EQ(marks(result), Marks{3});
+    EXPECT_EQ(pageIds(result), PageIds{3});
 }
 
 TEST(RefusedPlacesOfAJpeg, WithTheFirstDirectoryAreFatal) {
     TiffBuilder builder;
     builder.add({farApart()});
-    builder.add({mark(4)});
+    builder.add({pageId(4)});
     builder.chain({1});
     const InJpeg file(builder);
-    EXPECT_EQ(marks(file.readIt()), Marks{4});
+    EXPECT_EQ(pageIds(file.readIt()), PageIds{4});
     const ScopedFileServices services = unreachableFrom(file.at(builder.positionOf(1)));
     EXPECT_EQ(file.readIt().error(), report("badTiffHeaderIfdOffset"));
 }
