@@ -66,7 +66,8 @@ constexpr Message catalog[] = {
      "ends there"},
 
     // Both an error and a warning about one tag.
-    {"quorra:corvinex:unrecognizedTagFormatId", "The field type code {0} of a tag is not known"},
+    {"quorra:corvinex:unrecognizedTagFormatId",
+     "The field type code {0} of a tag is not known; the tag is left out"},
 
     // Warnings about one tag.
     {"quorra:corvinex:zeroComponentCount",
@@ -80,7 +81,7 @@ constexpr Message catalog[] = {
     {"quorra:corvinex:badTagDataOffsetSeek",
      "The position of the value of tag {0:tag} cannot be reached; the tag is left out"},
     {"quorra:corvinex:tagDataPastEOF",
-     "The value of tag {0:tag}, {1} bytes, ends past the end of the file"},
+     "The value of tag {0:tag}, {1} bytes, ends past the end of the file; the tag is left out"},
     {"quorra:corvinex:unableToReadTiffTag",
      "The value of tag {0}, at position {1}, cannot be read in full; the tag is left out"},
     {"quorra:corvinex:badTagValueDivisionByZero",
