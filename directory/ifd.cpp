@@ -21,13 +21,13 @@ namespace {
 // A JPEG's EXIF block lies in one APP1 segment, whose length field has 16 bits (JPEG, B.1.1.4).
 constexpr std::uint64_t maximumApp1Length = 65536;
 
-/// Whether length bytes, 1 at least, follow where the stream stands, which is position. The size
-/// that the status told may be out of date, and some file systems tell a wrong one: it can show
-/// that the bytes are there, but not that they are missing, so then the last of them is tried.
-/// After true the stream stands where it stood.
+/// Whether the file holds length bytes, 1 at least, from the stream's position on, which the caller
+/// knows. The size in the file's status may be out of date, and some file systems give a wrong one.
+/// Bytes within that size are taken to be there; otherwise the last byte is read to find out. When
+/// the result is true the stream is at position again.
 bool holdsBytes(FileStream& stream, std::uint64_t position, std::uint64_t length,
-                std::uint64_t toldSize) {
-    if (liesWithin(position, length, toldSize)) {
+                std::uint64_t statusSize) {
+    if (liesWithin(position, length, statusSize)) {
         return true;
     }
     unsigned char last = 0;

@@ -26,7 +26,7 @@ void release(auto& list) {
 }
 
 TiffTag makeStandardDefault(const TagRow& row) {
-    const DefaultKind kind = row.standsIn.kind;
+    const DefaultKind kind = row.defaultValue.kind;
     return kind == DefaultKind::Value || kind == DefaultKind::NoValue
                ? TiffTag(row.number, IFDtype_t_::Main)
                : TiffTag(int{row.number}, IFDtype_t_::Main, 0);
@@ -47,7 +47,7 @@ const std::array<TiffTag, defaultTagCount>& getStandardDefaults() {
 
 HostArray IFD::getDefaultZxArray(std::size_t i, const TagValue& standardDefault) const {
     const TagRow& row = *getDefaultTagRows()[i];
-    switch (row.standsIn.kind) {
+    switch (row.defaultValue.kind) {
         case DefaultKind::SampleCount:
             return TiffTag(int{row.number}, ifdType, samplesPerPixel).getPlainZxArray();
         case DefaultKind::BitsPerSample:

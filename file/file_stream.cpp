@@ -36,7 +36,7 @@ std::uint64_t FileStream::tell() noexcept {
 
 bool FileStream::seek(std::uint64_t position) noexcept {
     pendingSeek_.reset();
-    if (isSound_ && (position_ == position || blocks_.holds(position))) {
+    if (lastOperationSucceeded_ && (position_ == position || blocks_.holds(position))) {
         position_ = position;
         return true;
     }
@@ -44,11 +44,11 @@ bool FileStream::seek(std::uint64_t position) noexcept {
         return false;
     }
     // A seek that failed leaves the position as it was, and the next one is made in any case.
-    isSound_ = stream_.seek(position);
-    if (isSound_) {
+    lastOperationSucceeded_ = stream_.seek(position);
+    if (lastOperationSucceeded_) {
         position_ = position;
     }
-    return isSound_;
+    return lastOperationSucceeded_;
 }
 
 bool FileStream::seekForward(std::uint64_t distance) noexcept {
@@ -78,7 +78,7 @@ std::size_t FileStream::read(void* data, std::size_t size, std::size_t count) no
         arrived = stream_.read(bytes);
         position_ = stream_.position();
     }
-    isSound_ = arrived == bytes.size();
+    lastOperationSucceeded_ = arrived == bytes.size();
     return arrived / size;
 }
 

@@ -54,7 +54,7 @@ class FileStream {
     BlockReader blocks_;                         // without memory where the stream has a buffer
     std::optional<std::uint64_t> position_ = 0;  // where it is known
     std::optional<std::uint64_t> pendingSeek_;   // a seek that the next read makes
-    bool isSound_ = false;                       // whether the last seek or read was whole
+    bool lastOperationSucceeded_ = false;        // whether the last seek or read was whole
 };
 
 }  // namespace corvinex

@@ -149,13 +149,13 @@ void TagFile::readTiffHeaderEndianFormat() {
     if (stream.read(headerSignature.data(), 2, 1) != 1) {
         raiseFatal(error::tiffHeaderReadFailure());
     }
-    const std::uint32_t mark =
+    const std::uint32_t byteOrderMark =
         std::uint32_t{headerSignature[0]} << 8 | std::uint32_t{headerSignature[1]};
-    if (mark != littleEndianMark && mark != bigEndianMark) {
+    if (byteOrderMark != littleEndianMark && byteOrderMark != bigEndianMark) {
         raiseFatal(error::badEndianness(headerSignature[0], headerSignature[1], filename));
     }
-    fileByteOrder = mark;
-    swapBytes = mark == littleEndianMark ? machineIsBigEndian : machineIsLittleEndian;
+    fileByteOrder = byteOrderMark;
+    swapBytes = byteOrderMark == littleEndianMark ? machineIsBigEndian : machineIsLittleEndian;
 }
 
 void TagFile::seekToDirectory(std::uint64_t position) {

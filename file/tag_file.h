@@ -150,7 +150,7 @@ class TagFile {
     std::shared_ptr<DirectoryArena> arena;  // outlives the tags that are read
     std::optional<IFDTree> ifdTree;
     std::uint64_t valueFieldPosition = 0;
-    // Documented members. The first tells a debugger which mark the file has; swapBytes is taken
+    // Documented members. The first tells a debugger the file's byte-order mark; swapBytes is taken
     // from the other two, which would change with a machine of another byte order.
     std::uint32_t fileByteOrder = 0;
     bool machineIsBigEndian = false;

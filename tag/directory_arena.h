@@ -7,20 +7,20 @@
 
 namespace corvinex {
 
-/// The memory of some directories that are read one after the other and packaged one after the
-/// other: their lists of tags, their short values and their sub-directories. Each directory holds a
-/// share of its arena, and the arena goes as a whole with the last of them. Nothing that is given
-/// back earlier is used again, so what is long or comes and goes by itself stands elsewhere.
-/// Used by one thread.
+/// Memory for the lists of tags, the short values and the sub-directories of several directories
+/// that are read, and later packaged, one after the other. Each directory shares the ownership of
+/// its arena, and all the memory is released when the last of them is destroyed. A block that is
+/// deallocated earlier is not used again, so memory that is long or short-lived comes from the
+/// source instead. Used by one thread.
 class DirectoryArena final : public std::pmr::memory_resource {
   public:
-    /// Longer blocks come from the arena's source and go back to it at once.
+    /// Longer blocks are allocated from the arena's source and returned to it when deallocated.
     static constexpr std::size_t longestBlock = std::size_t{2} << 10;
 
-    /// Takes its memory in a block of this many bytes, and further ones where that is too little.
+    /// Takes its memory as one block of this many bytes, and further blocks when that is used up.
     explicit DirectoryArena(std::size_t length);
 
-    /// Whether the next directory had better begin another arena.
+    /// Whether the next directory should begin another arena.
     [[nodiscard]] bool isFull() const noexcept { return used_ >= enough_; }
     /// Where longer blocks come from.
     [[nodiscard]] std::pmr::memory_resource& getSource() noexcept { return source_; }

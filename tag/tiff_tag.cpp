@@ -41,7 +41,7 @@ TiffTag::TiffTag(TagFile* file, std::span<const unsigned char> entry, IFDtype_t_
 TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind) : ifdType(kind), isConstructed(true) {
     tagId = id;
     setTagName();
-    const TagDefault& standard = tagRow->standsIn;
+    const TagDefault& standard = tagRow->defaultValue;
     if (standard.kind != DefaultKind::Value && standard.kind != DefaultKind::NoValue) {
         // There is no file, so no record of issued warnings: this one is issued every time.
         warn(warnings::unrecognizedTagId(id));
@@ -180,8 +180,8 @@ void TiffTag::validateTag() {
     const std::string key = std::string(group.word) + std::string(getName()) + actualType;
     tagFile->warnOncePerFile(
         key, group.allowsSeveral()
-                 ? warnings::expectedTagDataFormatMultiple(getName(), actualType, group.told)
-                 : warnings::expectedTagDataFormat(getName(), group.told, actualType));
+                 ? warnings::expectedTagDataFormatMultiple(getName(), actualType, group.typeNames)
+                 : warnings::expectedTagDataFormat(getName(), group.typeNames, actualType));
 }
 
 std::pmr::memory_resource& TiffTag::getMemoryFor(std::size_t byteCount) const noexcept {

@@ -7,8 +7,9 @@
 
 namespace corvinex {
 
-/// The allocator of the std::pmr containers but for one thing: elements without a value of their
-/// own stay unset. Values may be as long as the file, and they are filled at once.
+/// Like std::pmr::polymorphic_allocator, except that elements made without an initial value are
+/// left uninitialised. A value may be as long as the file, and all of it is overwritten right after
+/// it is allocated, so setting it to zero first would be wasted work.
 template <class T>
 class UnsetAllocator : public std::pmr::polymorphic_allocator<T> {
     static_assert(std::is_trivial_v<T>);
@@ -30,7 +31,7 @@ class UnsetAllocator : public std::pmr::polymorphic_allocator<T> {
     }
 };
 
-/// Numbers, characters or bytes in memory of a request's.
+/// Numbers, characters or bytes in memory that a request owns.
 template <class T>
 using ValueVector = std::vector<T, UnsetAllocator<T>>;
 

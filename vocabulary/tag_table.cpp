@@ -34,7 +34,7 @@ constexpr TagDefault value(double number) {
 constexpr auto withDefaultBits(auto rows) {
     std::uint32_t bit = 1;
     for (TagRow& row : rows) {
-        if (row.standsIn.kind != DefaultKind::None) {
+        if (row.defaultValue.kind != DefaultKind::None) {
             row.defaultBit = bit;
             bit <<= 1U;
         }

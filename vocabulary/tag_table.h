@@ -79,8 +79,8 @@ struct TagRow {
     std::uint8_t requiredCount = 0;
     /// The tag's place among the baseline fields that the result of a TIFF opens with, from 1 on.
     std::uint8_t baselinePlace = 0;
-    /// What stands in for the tag where a main directory has none.
-    TagDefault standsIn{};
+    /// How the value is made where a main directory lacks the tag.
+    TagDefault defaultValue{};
     Pointer pointer = Pointer::None;
     Decoder decoder = Decoder::None;
     words::Table words{};
@@ -90,9 +90,9 @@ struct TagRow {
 };
 
 /// TIFF, TIFF extension, DNG, GeoTIFF, private and EXIF tags, which serve main and EXIF directories
-/// alike, by ascending number: 321 rows, 347 listed twice, 519 without a name.
+/// alike, by ascending number; 347 is listed twice, and 519 has no name.
 std::span<const TagRow> primaryTagTable() noexcept;
-/// GPS tags 0 to 30.
+/// GPS tags.
 std::span<const TagRow> gpsTagTable() noexcept;
 /// Interoperability tags.
 std::span<const TagRow> interopTagTable() noexcept;

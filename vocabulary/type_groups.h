@@ -37,9 +37,9 @@ constexpr TypeSet typesNamedIn(std::string_view text) {
 struct TypeGroup {
     /// Opens the key under which a warning is issued once for a file.
     std::string_view word;
-    /// The types as the warning tells them, empty for any.
-    std::string_view told;
-    TypeSet allowed = told.empty() ? ~TypeSet{0} : typesNamedIn(told);
+    /// The names of the types, as the warning lists them; empty for any.
+    std::string_view typeNames;
+    TypeSet allowed = typeNames.empty() ? ~TypeSet{0} : typesNamedIn(typeNames);
 
     [[nodiscard]] constexpr bool allowsSeveral() const noexcept {
         return std::popcount(allowed) > 1;

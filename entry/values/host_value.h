@@ -9,7 +9,7 @@
 #include "host/interface/array.h"
 
 // The one place where the module makes and fills host values. Every value made here is owned by its
-// handle until it is stored, so no road out of the module leaks one. The host's failures pass
+// handle until it is stored, so none leaks, however the module is left. The host's failures pass
 // through as they are.
 
 namespace corvinex {

@@ -13,7 +13,9 @@
 
 #include "host/values/fresh_memory.h"
 
-// None of the allocators at hand comes near to this one; docs/performance.md has the figures.
+// A resource of our own, because making and destroying small values is most of what a host does
+// here, and the std::pmr pools, malloc and other allocators are slower at it or need more memory.
+// docs/performance.md compares them.
 
 namespace host {
 

@@ -13,7 +13,7 @@
 #include "tests/support/module_call.h"
 #include "tests/support/temporary_file.h"
 
-// Every road out of the entry: what reaches the host, and that nothing stays behind.
+// Every way in which a call can fail: what reaches the host, and that nothing stays behind.
 
 namespace {
 

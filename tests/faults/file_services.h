@@ -36,12 +36,12 @@ struct FileEffect {
     std::size_t limit = 0;
 };
 
-/// How the stream reads on: byte by byte, in small pieces, or as much as a file's stream does; or
-/// it is the host's own, and the calls of the C library on it are what fails.
+/// How the stream is buffered: not at all, with a small buffer, or with one as large as a file's
+/// stream has; or it is the host's own stream, and the calls of the C library on it fail.
 enum class Buffering { None, Small, Full, Own };
 
-/// Asks judge about each file call while it lives, and tells of each stream that is closed; one of
-/// the host's own is closed untold.
+/// Asks judge about each file call while it lives, and calls onClose for each stream that is
+/// closed, but not for one of the host's own.
 class ScopedFileServices {
   public:
     using Judge = std::function<FileEffect(const FileCall&)>;

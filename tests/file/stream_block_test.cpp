@@ -222,7 +222,7 @@ TEST_F(StreamBlock, ReadsOnWhereTheSystemRefusesToReadAWhile) {
     ::close(kept);
 }
 
-TEST_F(StreamBlock, IsNotHadWhereTheHostHasSettledTheBuffer) {
+TEST_F(StreamBlock, IsNotUsedWhereTheHostHasSetTheBuffer) {
     std::FILE* const unbuffered = open();
     ASSERT_EQ(std::setvbuf(unbuffered, nullptr, _IONBF, 0), 0);
     take(unbuffered);

@@ -46,7 +46,7 @@ TEST(CallRecord, NumbersThatAreNotFiniteAreNamed) {
 }
 
 TEST(CallRecord, LongTextsWithCharactersOfTwoUnitsAreWhole) {
-    // Texts are escaped in pieces; no character may be cut by the end of one.
+    // Texts are escaped in blocks; no character may be cut by the end of one.
     for (const std::size_t before : {4094U, 4095U, 4096U}) {
         const std::u16string units = std::u16string(before, u'"') + u"\U0001F600" + u"end";
         std::string escaped;
