@@ -1,7 +1,7 @@
 #include "file/file_information.h"
 
 #include <array>
-#include <boost/date_time/posix_time/posix_time.hpp>
+#include <boost/date_time/posix_time/conversion.hpp>
 #include <cstddef>
 #include <ctime>
 

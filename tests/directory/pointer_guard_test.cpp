@@ -133,7 +133,7 @@ TEST(PointerGuard, NeverWrapsAround) {
     const PointerGuard::FollowedPointer other(small);
     small.countDirectory(std::numeric_limits<std::uint64_t>::max());
     small.countDirectory(std::numeric_limits<std::uint64_t>::max());
-    EXPECT_FALSE(small.isAllowed(IFDtype_t_::Main, 8));
+    EXPECT_FALSE(small.isAllowed(IFDtype_t_::Main, IFDtype_t_::Main, 8));
 }
 
 class PointerLoops : public EveryTiff {};

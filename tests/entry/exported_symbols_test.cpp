@@ -133,6 +133,13 @@ TEST(DynamicSymbolTable, OfTheHostRegistersNoDestructorOfAThread) {
     }
 }
 
+// Nothing runs when the module is loaded but what search_map needs.
+TEST(DynamicSymbolTable, SetsUpNoStandardStreams) {
+    for (const std::string& symbol : symbolsOf(test::modulePath()).undefined) {
+        EXPECT_EQ(symbol.find("ios_base4Init"), std::string::npos) << symbol;
+    }
+}
+
 TEST(DynamicSymbolTable, UsesNothingOfTheTiffLibrary) {
     const DynamicSymbols module = symbolsOf(test::modulePath());
     Names used;

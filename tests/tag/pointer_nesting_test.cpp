@@ -254,10 +254,10 @@ bool isAllowedAfterReading(TagFixture& fixture, std::uint64_t position) {
     const PointerGuard::FollowedPointer followed(guard);
     guard.countDirectory(PointerGuard::budgetPerFileByte * fixture.file().getFileSize() +
                          PointerGuard::budgetAtLeast);
-    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::EXIF, 1));
+    EXPECT_TRUE(guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::EXIF, 1));
     EXPECT_TRUE(fixture.file().getStream().seek(position));
     EXPECT_EQ(corvinex::IFDTree(&fixture.file(), IFDtype_t_::EXIF).size(), 0U);
-    return guard.isAllowed(IFDtype_t_::EXIF, 1);
+    return guard.isAllowed(IFDtype_t_::Main, IFDtype_t_::EXIF, 1);
 }
 
 TEST(PointerBudget, IsSpentByADirectoryWithoutEntries) {
