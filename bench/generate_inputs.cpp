@@ -56,7 +56,9 @@ void generateInputs(const path& folder, std::uint64_t divisor) {
 
 int main(int count, char** words) {
     const bool isTiny = count == 3 && std::string_view(words[1]) == "--tiny";
-    if (count != 2 && !isTiny) {
+    // A word that begins like an option is none of a folder: it would be made, and filled.
+    const bool namesFolder = count > 1 && !std::string_view(words[count - 1]).starts_with('-');
+    if ((count != 2 && !isTiny) || !namesFolder) {
         static_cast<void>(std::fputs("usage: generate_inputs [--tiny] FOLDER\n", stderr));
         return 2;
     }
