@@ -207,7 +207,7 @@ def cpu_targets(bench):
     limits = [
         (case, other, limit)
         for case in ("pages-50k", "pages-50k-mm", "pages-50k-big")
-        for other, limit in (("libtiff", 0.6), ("floor", 12))
+        for other, limit in (("libtiff", 0.4), ("floor", 12))
     ] + [
         ("scattered-20k", "libtiff", 1.6),
         ("scattered-20k", "libtiff, reading", 0.8),
@@ -233,7 +233,7 @@ def size_targets(bench):
     idle_peak = bench.run(bench.programs.command(MODULE, first_small)).peak
     for case in ("pages-50k", "pages-50k-mm", "pages-50k-big"):
         peak = bench.peak_per_directory(case, idle_peak)
-        yield Target(f"{case}: peak memory a directory", peak / KIB, 4, " KiB")
+        yield Target(f"{case}: peak memory a directory", peak / KIB, 2, " KiB")
     pages = ("pages-5k", "pages-50k", "pages-500k")
     costs = {
         "CPU": [bench.calls_cpu(case) / bench.directories(case) for case in pages],
