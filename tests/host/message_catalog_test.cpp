@@ -99,7 +99,8 @@ TEST(MessageCatalog, EveryMessageHasATextOfItsOwnThatShowsEachArgument) {
 
 TEST(MessageCatalog, TagNumbersComeWithTheirNames) {
     EXPECT_EQ(pastEndOfFile(273),
-              "The value of tag StripOffsets (273), 400 bytes, ends past the end of the file");
+              "The value of tag StripOffsets (273), 400 bytes, ends past the end of the file; the "
+              "tag is left out");
     EXPECT_EQ(pastEndOfFile(36867).find("The value of tag DateTimeOriginal (36867), "), 0U);
 }
 
@@ -142,10 +143,10 @@ TEST(MessageCatalog, UnsignedNumbersShowWhole) {
 TEST(MessageCatalog, MissingAndMisfitArgumentsStillGiveAText) {
     EXPECT_EQ(messageText({"quorra:corvinex:tagDataPastEOF", {std::uint64_t{273}}}),
               "The value of tag StripOffsets (273), (not given) bytes, ends past the end of the "
-              "file");
+              "file; the tag is left out");
     EXPECT_EQ(messageText({"quorra:corvinex:tagDataPastEOF",
                            {std::u16string(u"{1}"), std::u16string(), std::uint64_t{3}}}),
-              "The value of tag {1},  bytes, ends past the end of the file");
+              "The value of tag {1},  bytes, ends past the end of the file; the tag is left out");
     EXPECT_EQ(
         messageText({"quorra:corvinex:zeroComponentCount", {std::uint64_t{7}}}).find("Tag 7 has"),
         0U);

@@ -83,7 +83,8 @@ TEST(ErrorChannel, RaisesTheReportWithTheCataloguesText) {
         EXPECT_EQ(error.report(),
                   (Report{"quorra:corvinex:tagDataPastEOF", pastEndOfFile.arguments()}));
         EXPECT_STREQ(error.what(),
-                     "The value of tag StripOffsets (273), x bytes, ends past the end of the file");
+                     "The value of tag StripOffsets (273), x bytes, ends past the end of the file; "
+                     "the tag is left out");
     }
 }
 
