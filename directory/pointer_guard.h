@@ -15,10 +15,10 @@ namespace corvinex {
 class PointerGuard {
   public:
     /// EXIF data nests 2 deep (main, EXIF, interoperability) and raw formats 3; 64 is far beyond
-    /// any honest file and keeps the call stack small.
+    /// any real file and keeps the call stack small.
     static constexpr std::size_t maximumDepth = 64;
     /// Directories reached through pointers may be read several times over (pages that share one
-    /// EXIF directory), but together they stay near the file's own size in honest files.
+    /// EXIF directory), but together they stay near the file's own size in well-formed files.
     static constexpr std::uint64_t budgetPerFileByte = 4;
     static constexpr std::uint64_t budgetAtLeast = std::uint64_t{16} << 20;
     /// A directory in memory costs far more than the few entries it may have. A pointer of its own

@@ -239,9 +239,9 @@ TEST(PointerBudget, EndsRepeatedReadingOfOneLargeDirectory) {
     // The last offset is followed while no more than the budget has been read.
     const std::size_t most = (4 * size + (std::size_t{16} << 20)) / (entries * 12) + 1;
     ASSERT_EQ(bytesFor(most).size() - size, 4 * (most - 26));
-    const Result honest = read(bytesFor(most));
-    EXPECT_EQ(honest.warnings(), Reports{});
-    EXPECT_EQ(host::sizeOf(honest.value("SubIFDs")), (host::Size{1, most}));
+    const Result wellFormed = read(bytesFor(most));
+    EXPECT_EQ(wellFormed.warnings(), Reports{});
+    EXPECT_EQ(host::sizeOf(wellFormed.value("SubIFDs")), (host::Size{1, most}));
     const Result bomb = read(bytesFor(most + 1));
     EXPECT_EQ(bomb.warnings(), Reports{refused(330, "Main")});
     EXPECT_FALSE(bomb.hasField("SubIFDs"));

@@ -241,7 +241,7 @@ TEST(PointerTypes, OfEightBytesAreReadAtAFourByteStride) {
 }
 
 TEST(PointerTypes, OfEightBytesTakeTheirSecondOffsetFromTheUpperHalfOfTheFirst) {
-    // That half is 0 in an honest file, and the header is no directory.
+    // That half is 0 in a well-formed file, and the header is no directory.
     const Container big{Order::Little, Layout::Big};
     TiffBuilder builder(big.order, big.layout);
     builder.add({pointers(330, IFD8, {1, 2})});
