@@ -1,5 +1,6 @@
 // The command-line tool: finds out what the command line asks for and has it done.
 
+#include <cerrno>
 #include <clocale>
 #include <cstddef>
 #include <exception>
@@ -19,18 +20,18 @@ namespace {
 using tool::CommandLine;
 
 tool::ExitStatus run(const CommandLine& line) {
-    switch (line.wish) {
-        case CommandLine::Wish::Version:
+    switch (line.request) {
+        case CommandLine::Request::Version:
             std::cout << "corvinex " CORVINEX_VERSION "\n";
             return tool::Success;
-        case CommandLine::Wish::Help:
+        case CommandLine::Request::Help:
             if (line.command == nullptr) {
                 tool::printHelp(std::cout);
             } else {
                 tool::printHelp(std::cout, *line.command);
             }
             return tool::Success;
-        case CommandLine::Wish::Run:
+        case CommandLine::Request::Run:
             break;
     }
     return line.command->run(line.arguments.value(), std::cout, std::cerr);
@@ -46,12 +47,21 @@ tool::ExitStatus runWords(std::span<char*> words) {
     }
 }
 
+/// Takes the locale of the environment. One that is not there changes nothing; texts that the
+/// wrong locale decodes would be wrong without a word.
+void setLocale() {
+    errno = 0;
+    if (std::setlocale(LC_ALL, "") == nullptr && errno == ENOMEM) {
+        throw std::bad_alloc();
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    static_cast<void>(std::setlocale(LC_ALL, ""));  // a locale that is not there changes nothing
     tool::ExitStatus status = tool::Failed;
     try {
+        setLocale();
         status = runWords(std::span(argv, static_cast<std::size_t>(argc)));
     } catch (const std::bad_alloc&) {
         std::cerr << "corvinex: out of memory\n";
