@@ -11,9 +11,9 @@ namespace {
 // Every command that reads files has it: any file may ask for more memory than there is.
 constexpr OptionRow maxMemory{
     "max-memory", ValueKind::MemorySize, "SIZE", "",
-    "Most memory (address space) that a file may take: bytes, or with K, M or G powers of 1024; 0 "
-    "is no limit. Default: 512 MiB and 24 times the file's size; at least what the tool has taken "
-    "when it comes to the file, 64 MiB and 24 times the file's size"};
+    "Most memory (address space) that the tool may have while it reads a file: bytes, or with K, M "
+    "or G powers of 1024; 0 is no limit. Default: 512 MiB and 24 times the file's size, or, where "
+    "that is more, what the tool has before it, 64 MiB and 24 times the file's size"};
 
 constexpr std::array showOptions{
     OptionRow{"skip", ValueKind::WholeNumber, "N", "0",

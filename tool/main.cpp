@@ -1,7 +1,5 @@
 // The command-line tool: finds out what the command line asks for and has it done.
 
-#include <cerrno>
-#include <clocale>
 #include <cstddef>
 #include <exception>
 #include <iostream>
@@ -12,6 +10,7 @@
 #include "tool/command_line.h"
 #include "tool/exit_status.h"
 #include "tool/help_text.h"
+#include "tool/process_locale.h"
 #include "tool/text_display.h"
 #include "tool/usage_error.h"
 
@@ -47,21 +46,12 @@ tool::ExitStatus runWords(std::span<char*> words) {
     }
 }
 
-/// Takes the locale of the environment. One that is not there changes nothing; texts that the
-/// wrong locale decodes would be wrong without a word.
-void setLocale() {
-    errno = 0;
-    if (std::setlocale(LC_ALL, "") == nullptr && errno == ENOMEM) {
-        throw std::bad_alloc();
-    }
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
     tool::ExitStatus status = tool::Failed;
     try {
-        setLocale();
+        tool::setProcessLocale();
         status = runWords(std::span(argv, static_cast<std::size_t>(argc)));
     } catch (const std::bad_alloc&) {
         std::cerr << "corvinex: out of memory\n";

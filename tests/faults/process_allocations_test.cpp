@@ -147,8 +147,8 @@ class Runner {
     std::vector<std::string> environment_;
 };
 
-/// Whether a process told that it failed for want of memory, or that what it needed at that place is
-/// not to be had. A call tells by its record, where there is one.
+/// Whether a process told that it failed for want of memory, or that what it needed at that place
+/// is not to be had. A call tells by its record, where there is one.
 bool isFailureTold(const ProcessEnd& end) {
     constexpr std::array told{
         "out of memory",
@@ -217,8 +217,8 @@ class ProcessAllocations : public testing::Test {
 
 const std::string sample = CORVINEX_SAMPLES "/photo.jpg";
 
-/// A directory with nothing but a text that is not UTF-8 under a number without a name; it leads to
-/// the offset given.
+/// A directory with a text that is not UTF-8, under a number with a name and one without; it leads
+/// to the offset given.
 std::string foreignText(std::uint64_t next) {
     const std::string text =
         "\x93\xFA\x96{\x8C\xEA\x82\xCC\x83"
@@ -226,8 +226,9 @@ std::string foreignText(std::uint64_t next) {
         "B\x82\xB1\x82\xEA\x82\xCD\x95\xB6\x8E\x9A";
     return tool_test::TiffBytes()
         .header(8)
-        .count(1)
-        .entry(60000, 2, text.size() + 1, 26)
+        .count(2)
+        .entry(270, 2, text.size() + 1, 38)
+        .entry(60000, 2, text.size() + 1, 38)
         .offset(next)
         .raw(text + '\0')
         .bytes();

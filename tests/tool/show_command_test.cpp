@@ -86,6 +86,14 @@ TEST_F(ShowCommand, SkippingADirectoryThatIsCutOffTooIsAnErrorThatTellsOfIt) {
                   "none\n");
 }
 
+TEST_F(ShowCommand, ALocaleThatIsNotThereChangesNothing) {
+    const auto shownIn = [this](const std::string& locale) {
+        return runTool({"show", good}, Output::Captured, {}, {"LC_ALL=" + locale});
+    };
+    EXPECT_EQ(shownIn("xx_XX.UTF-8").exitStatus, 0);
+    EXPECT_EQ(shownIn("xx_XX.UTF-8").out, shownIn("C").out);
+}
+
 TEST_F(ShowCommand, AllShowsFieldsThatWereNeverSet) {
     EXPECT_NE(runTool({"show", "--all", good}).out.find("FormatVersion              []"),
               std::string::npos);
