@@ -17,7 +17,6 @@
 #include <string>
 #include <system_error>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "tests/faults/doubles/failing_allocation.h"
