@@ -21,9 +21,10 @@ struct CallOptions {
 
 /// Calls the module with exactly these arguments and prints the call record on out; Failed when the
 /// call ended in an error. A chain that comes back on itself is read for ever when the limit is 0.
-/// The record is what the module says: for the standard input and for a name that is not UTF-8 the
-/// file name in it is the one that leads to the open file.
-ExitStatus call(const host::Module& module, const CallOptions& options, std::ostream& out);
+/// The record is what the module says, but for the name of the file, which is the one it was asked
+/// for by. Of a folder, an empty file and a file that may not be read the reason is told on err.
+ExitStatus call(const host::Module& module, const CallOptions& options, std::ostream& out,
+                std::ostream& err);
 
 /// The same with the arguments of the command line and the module that lies beside the tool.
 ExitStatus runCall(const Arguments& arguments, std::ostream& out, std::ostream& err);

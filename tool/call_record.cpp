@@ -65,7 +65,8 @@ class JsonStream {
 /// and field names, by far the most, go to the buffer ready-made.
 class RecordWriter {
   public:
-    explicit RecordWriter(OutputBuffer& out) : out_(out), stream_(out), json_(stream_) {}
+    RecordWriter(OutputBuffer& out, const FileNames& names)
+        : out_(out), names_(names), stream_(out_), json_(stream_) {}
 
     void result(const host::CallResult& result) {
         json_.StartObject();
@@ -156,7 +157,7 @@ class RecordWriter {
         json_.StartArray();
         for (const auto& argument : report.arguments) {
             if (argument.text) {
-                text(*argument.text);
+                text(names_.told(*argument.text));
             } else {
                 json_.Uint64(argument.number);
             }
@@ -203,7 +204,7 @@ class RecordWriter {
                 bytes(*value);
                 break;
             case host::ValueClass::Char:
-                characters(*value);
+                characters(host::sizeOf(*value), host::textOf(*value));
                 break;
             case host::ValueClass::String:
                 throw std::logic_error("a module's output holds no string scalar");
@@ -268,10 +269,19 @@ class RecordWriter {
         out_.append("]}");
     }
 
-    void characters(const zxArray& value) {
-        readyHead(R"({"class":"char","size":[)", host::sizeOf(value));
-        quoted(host::textOf(value));
+    void characters(host::Size size, std::u16string_view text) {
+        readyHead(R"({"class":"char","size":[)", size);
+        quoted(text);
         out_.append('}');
+    }
+
+    void fileName(const zxArray* name) {
+        if (names_.isSame() || name == nullptr || host::classOf(*name) != host::ValueClass::Char) {
+            value(name);
+            return;
+        }
+        const std::u16string_view told = names_.told(host::textOf(*name));
+        characters({1, told.size()}, told);
     }
 
     void cells(const zxArray& cell) {
@@ -290,6 +300,9 @@ class RecordWriter {
     void elements(const zxArray& array) {
         const host::Size size = host::sizeOf(array);
         const std::vector<std::string> names = quotedNames(array);
+        // Directories with the facts of their file begin with its name.
+        const bool beginsWithFileName =
+            !names.empty() && host::fieldNamesOf(array).front() == "Filename";
         json_.StartObject();
         head("struct", size);
         key("fields");
@@ -306,7 +319,11 @@ class RecordWriter {
             for (std::size_t field = 0; field < names.size(); ++field) {
                 separate(rapidjson::kStringType);
                 out_.append(names[field]);
-                value(host::fieldAt(array, element, field));
+                if (field == 0 && beginsWithFileName) {
+                    fileName(host::fieldAt(array, element, field));
+                } else {
+                    value(host::fieldAt(array, element, field));
+                }
             }
             json_.EndObject();
         }
@@ -324,15 +341,16 @@ class RecordWriter {
     }
 
     OutputBuffer& out_;
+    const FileNames& names_;
     JsonStream stream_;
     JsonWriter<JsonStream> json_;
 };
 
 }  // namespace
 
-void writeCallRecord(std::ostream& out, const host::CallResult& result) {
+void writeCallRecord(std::ostream& out, const host::CallResult& result, const FileNames& names) {
     OutputBuffer buffer(out);
-    RecordWriter(buffer).result(result);
+    RecordWriter(buffer, names).result(result);
     buffer.append('\n');
 }
 

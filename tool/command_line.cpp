@@ -14,7 +14,7 @@
 namespace tool {
 namespace {
 
-using Wish = CommandLine::Wish;
+using Request = CommandLine::Request;
 
 std::string quoted(std::string_view word) {
     return '"' + std::string(word) + '"';
@@ -81,7 +81,7 @@ class CommandWords {
         ::opterr = 0;  // what is wrong is said here
         while (const auto code = next()) {
             if (*code == 'h' || (*code == helpCode && word() == "--help")) {
-                return {.wish = Wish::Help, .command = &command_, .arguments = std::nullopt};
+                return {.request = Request::Help, .command = &command_, .arguments = std::nullopt};
             }
             take(*code);
         }
@@ -89,7 +89,7 @@ class CommandWords {
             arguments_.addOperand(rest);
         }
         checkOperands();
-        return {.wish = Wish::Run, .command = &command_, .arguments = std::move(arguments_)};
+        return {.request = Request::Run, .command = &command_, .arguments = std::move(arguments_)};
     }
 
   private:
@@ -173,10 +173,10 @@ CommandLine parseCommandLine(std::span<char*> words) {
     }
     const std::string_view first = words[1];
     if (first == "--help" || first == "-h") {
-        return {.wish = Wish::Help, .command = nullptr, .arguments = std::nullopt};
+        return {.request = Request::Help, .command = nullptr, .arguments = std::nullopt};
     }
     if (first == "--version") {
-        return {.wish = Wish::Version, .command = nullptr, .arguments = std::nullopt};
+        return {.request = Request::Version, .command = nullptr, .arguments = std::nullopt};
     }
     if (first.starts_with('-')) {
         refuseOption(first, {"--version"});

@@ -10,8 +10,8 @@ namespace tool {
 
 /// What a command line asks for.
 struct CommandLine {
-    enum class Wish { Run, Help, Version };
-    Wish wish = Wish::Run;
+    enum class Request { Run, Help, Version };
+    Request request = Request::Run;
     const CommandRow* command = nullptr;  ///< none where the whole tool's help or version is asked
     std::optional<Arguments> arguments;   ///< those of the command that is to run
 };

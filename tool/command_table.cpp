@@ -11,8 +11,9 @@ namespace {
 // Every command that reads files has it: any file may ask for more memory than there is.
 constexpr OptionRow maxMemory{
     "max-memory", ValueKind::MemorySize, "SIZE", "",
-    "Most memory (address space) that a file may take: bytes, or with K, M or G powers of 1024; 0 "
-    "is no limit (default: 512 MiB and 24 times the file's size)"};
+    "Most memory (address space) that the tool may have while it reads a file: bytes, or with K, M "
+    "or G powers of 1024; 0 is no limit. Default: 512 MiB and 24 times the file's size, or, where "
+    "that is more, what the tool has before it, 64 MiB and 24 times the file's size"};
 
 constexpr std::array showOptions{
     OptionRow{"skip", ValueKind::WholeNumber, "N", "0",
@@ -41,7 +42,7 @@ constexpr std::array commands{
                "A TIFF, BigTIFF or JPEG file; - is the standard input"},
     CommandRow{"call", "FILE", 1, 1, callOptions, runCall,
                "Call the module and print the record as JSON",
-               "The file name, handed over as it is; - is the standard input"},
+               "The file that the module reads; - is the standard input"},
 };
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace tool {
 Diagnostics::Diagnostics(std::ostream& err, std::u16string_view fileName, WarningsShown shown)
     : err_(err),
       askedName_(fileName),
-      moduleName_(fileName),
+      names_(fileName, fileName),
       fileName_(visibleText(fileName)),
       shown_(shown) {}
 
@@ -66,13 +66,13 @@ bool Diagnostics::count(const std::string& id) {
 }
 
 std::string Diagnostics::textOf(const host::Report& report) const {
-    if (moduleName_ == askedName_) {
+    if (names_.isSame()) {
         return host::messageText(report);
     }
     host::Report::Arguments arguments = report.arguments;
     for (auto& argument : arguments) {
-        if (argument.text == moduleName_) {
-            argument.text = askedName_;
+        if (argument.text) {
+            argument.text = names_.told(*argument.text);
         }
     }
     return host::messageText(host::Report(report.id, std::move(arguments)));

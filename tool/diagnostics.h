@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/loading/module.h"
+#include "tool/file_names.h"
 
 namespace tool {
 
@@ -29,7 +30,7 @@ class Diagnostics {
                 WarningsShown shown = WarningsShown::All);
 
     /// From now on a report that names the file by this name is printed with the name shown.
-    void setModuleName(std::u16string_view name) { moduleName_ = name; }
+    void setModuleName(std::u16string_view name) { names_ = FileNames(name, askedName_); }
 
     void warning(const host::Report& report);
     void warning(std::string_view text);
@@ -51,7 +52,7 @@ class Diagnostics {
 
     std::ostream& err_;
     std::u16string askedName_;
-    std::u16string moduleName_;
+    FileNames names_;
     std::string fileName_;
     WarningsShown shown_;
     std::vector<Count> counts_;  // in the order in which the IDs came

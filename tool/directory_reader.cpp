@@ -21,15 +21,15 @@ bool startsAsBigTiff(PositionedFile& file) {
 
 std::optional<DirectoryReader> DirectoryReader::open(PositionedFile& file,
                                                      std::uint64_t headerOffset) {
-    std::array<unsigned char, 2> mark{};
-    if (headerOffset > lastPosition || !file.read(headerOffset, mark) || mark[0] != mark[1] ||
-        (mark[0] != 'I' && mark[0] != 'M')) {
+    std::array<unsigned char, 2> byteOrder{};
+    if (headerOffset > lastPosition || !file.read(headerOffset, byteOrder) ||
+        byteOrder[0] != byteOrder[1] || (byteOrder[0] != 'I' && byteOrder[0] != 'M')) {
         return std::nullopt;
     }
     DirectoryReader reader(file);
     reader.isJpeg_ = startsAsJpeg(file);
     reader.isBig_ = startsAsBigTiff(file);
-    reader.isBigEndian_ = mark[0] == 'M';
+    reader.isBigEndian_ = byteOrder[0] == 'M';
     reader.headerOffset_ = headerOffset;
     const auto first = reader.read(headerOffset + (reader.isBig_ ? 8 : 4), reader.offsetSize());
     if (!first) {

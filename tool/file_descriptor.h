@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <string>
 #include <utility>
 
 namespace tool {
@@ -29,5 +30,9 @@ class FileDescriptor {
   private:
     int number_ = -1;
 };
+
+/// Opens a file for reading, without waiting for a writer where it is a pipe; no open descriptor
+/// where that fails, with the reason in errno. Raises std::bad_alloc for lack of memory.
+FileDescriptor openForReading(const std::string& path);
 
 }  // namespace tool

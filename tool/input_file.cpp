@@ -1,6 +1,5 @@
 #include "tool/input_file.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -55,11 +54,6 @@ void refuseSpecial(const std::string& path) {
             throw InputRefused(special.refusal);
         }
     }
-}
-
-/// Opens for reading. What became a pipe in the meantime does not make this wait.
-FileDescriptor openForReading(const std::string& path) {
-    return FileDescriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
 }
 
 [[noreturn]] void refuseFor(int error) {

@@ -1,6 +1,5 @@
 // The command-line tool: finds out what the command line asks for and has it done.
 
-#include <clocale>
 #include <cstddef>
 #include <exception>
 #include <iostream>
@@ -11,6 +10,7 @@
 #include "tool/command_line.h"
 #include "tool/exit_status.h"
 #include "tool/help_text.h"
+#include "tool/process_locale.h"
 #include "tool/text_display.h"
 #include "tool/usage_error.h"
 
@@ -19,18 +19,18 @@ namespace {
 using tool::CommandLine;
 
 tool::ExitStatus run(const CommandLine& line) {
-    switch (line.wish) {
-        case CommandLine::Wish::Version:
+    switch (line.request) {
+        case CommandLine::Request::Version:
             std::cout << "corvinex " CORVINEX_VERSION "\n";
             return tool::Success;
-        case CommandLine::Wish::Help:
+        case CommandLine::Request::Help:
             if (line.command == nullptr) {
                 tool::printHelp(std::cout);
             } else {
                 tool::printHelp(std::cout, *line.command);
             }
             return tool::Success;
-        case CommandLine::Wish::Run:
+        case CommandLine::Request::Run:
             break;
     }
     return line.command->run(line.arguments.value(), std::cout, std::cerr);
@@ -49,9 +49,9 @@ tool::ExitStatus runWords(std::span<char*> words) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    static_cast<void>(std::setlocale(LC_ALL, ""));  // a locale that is not there changes nothing
     tool::ExitStatus status = tool::Failed;
     try {
+        tool::setProcessLocale();
         status = runWords(std::span(argv, static_cast<std::size_t>(argc)));
     } catch (const std::bad_alloc&) {
         std::cerr << "corvinex: out of memory\n";

@@ -24,6 +24,10 @@ MainChain followMainChain(const DirectoryReader& reader, std::uint64_t atMost) {
         if (chain.directories == atMost) {
             return chain;
         }
+        if (!outline.entriesInFile) {
+            chain.endsCutOff = true;
+            break;
+        }
         placeOfPosition.emplace(*position, ++chain.directories);
         position = nextDirectory(reader, outline);
     }

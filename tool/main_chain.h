@@ -9,8 +9,10 @@ namespace tool {
 
 /// The main chain of a file as far as it was followed, by counts and next-directory offsets only.
 struct MainChain {
-    std::uint64_t directories = 0;  ///< distinct ones
+    std::uint64_t directories = 0;  ///< distinct ones, of which the file holds every entry
     bool isWhole = false;           ///< it was followed to its end, or to where it comes back
+    /// It ends in one more directory, whose entries the file does not hold in full.
+    bool endsCutOff = false;
     /// The place, from 1 on, of the directory that it comes back to.
     std::optional<std::uint64_t> comesBackTo;
     /// The module leaves out directories that yield no field, as it does in a JPEG.

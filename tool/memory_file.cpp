@@ -55,7 +55,7 @@ FileDescriptor memoryFileFrom(int source, std::uint64_t mostBytes) {
     while (const std::size_t got = readSome(source, buffer)) {
         size += got;
         if (mostBytes != 0 && size > mostBytes) {
-            throw InputRefused("the input holds more than " + moreMemoryText(mostBytes));
+            throw InputRefused("the input holds more than " + limitText(mostBytes));
         }
         writeAll(file.number(), std::span(buffer).first(got));
     }

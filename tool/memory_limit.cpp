@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cerrno>
 #include <charconv>
 #include <cstddef>
@@ -35,6 +34,7 @@ constexpr bool limitsByItself = false;
 constexpr bool limitsByItself = true;
 #endif
 
+constexpr std::uint64_t kibibyte = std::uint64_t{1} << 10U;
 constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20U;
 constexpr std::uint64_t fixedPart = 512 * mebibyte;
 constexpr std::uint64_t bytesForFileByte = 24;
@@ -47,15 +47,17 @@ unsigned shiftOf(char letter) {
     return found == units.end() ? 0 : found->shift;
 }
 
-/// In the largest unit that leaves a whole number.
+/// In a unit that people recognise, rounded down: what takes more than the limit takes more than
+/// that.
 std::string sizeText(std::uint64_t bytes) {
-    for (const Unit& unit : units) {
-        const std::uint64_t whole = bytes >> unit.shift;
-        if (whole != 0 && whole << unit.shift == bytes) {
-            return std::to_string(whole) + unit.letter;
-        }
+    constexpr std::uint64_t fewest = 8;  // of a unit; fewer would lose too much by the rounding
+    if (bytes >= fewest * mebibyte) {
+        return std::to_string(bytes / mebibyte) + " MiB";
     }
-    return std::to_string(bytes) + " bytes";
+    if (bytes >= fewest * kibibyte) {
+        return std::to_string(bytes / kibibyte) + " KiB";
+    }
+    return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
 }
 
 ::rlimit limitOf(decltype(RLIMIT_AS) resource) {
@@ -113,12 +115,8 @@ std::optional<std::uint64_t> memorySize(std::string_view text) {
     return value << shift;
 }
 
-std::string moreMemoryText(std::uint64_t bytes) {
-    constexpr std::uint64_t least = std::uint64_t{1} << 30U;
-    constexpr std::uint64_t most = std::uint64_t{1} << 62U;
-    const std::uint64_t more = bytes >= most / 2 ? 0 : std::bit_ceil(std::max(2 * bytes, least));
-    return sizeText(bytes) + "; --max-memory " + (more == 0 ? "0" : sizeText(more)) +
-           " allows more";
+std::string limitText(std::uint64_t bytes) {
+    return sizeText(bytes) + " (--max-memory SIZE allows more, 0 sets no limit)";
 }
 
 std::uint64_t memoryLimitFor(std::uint64_t fileSize) {
@@ -127,8 +125,7 @@ std::uint64_t memoryLimitFor(std::uint64_t fileSize) {
         return 0;
     }
     const std::uint64_t forFile = bytesForFileByte * fileSize;
-    const std::uint64_t limit = std::max(fixedPart + forFile, addressSpace() + reserve + forFile);
-    return (limit + mebibyte - 1) / mebibyte * mebibyte;
+    return std::max(fixedPart, addressSpace() + reserve) + forFile;
 }
 
 MemoryLimit::MemoryLimit(std::optional<std::uint64_t> bytes)
@@ -168,7 +165,7 @@ std::string MemoryLimit::exceededText() const {
         return "out of memory: this file takes more than the limit of " + sizeText(inForce_) +
                " that the tool was started with";
     }
-    return "out of memory: this file takes more than the limit of " + moreMemoryText(inForce_);
+    return "out of memory: this file takes more than the limit of " + limitText(inForce_);
 }
 
 }  // namespace tool

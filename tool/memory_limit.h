@@ -11,11 +11,12 @@ namespace tool {
 /// nothing for any other text and for what 64 bits do not hold.
 std::optional<std::uint64_t> memorySize(std::string_view text);
 
-/// A size with the way to allow more: "512M; --max-memory 1G allows more".
-std::string moreMemoryText(std::uint64_t bytes);
+/// A limit in words, rounded down, with the way to allow more:
+/// "512 MiB (--max-memory SIZE allows more, 0 sets no limit)".
+std::string limitText(std::uint64_t bytes);
 
 /// What a file of this size may take when nothing else is asked for, in bytes: 512 MiB and 24 times
-/// its size, and at least what the process has now, 64 MiB and 24 times the size, so that what
+/// its size, but at least what the process has now, 64 MiB and 24 times its size, so that what
 /// earlier files have left behind is not taken off. A value takes up to 9 times its bytes in the
 /// file, so that only a file whose values share bytes comes to the limit. In a build with
 /// sanitizers, which take far more address space than any machine has memory, 0: no limit.

@@ -2,15 +2,17 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "tool/file_descriptor.h"
+
 namespace tool {
 
 /// A file read at given positions, never as a whole. A file that cannot be opened, or is no regular
-/// file, reads as an empty one: saying what is wrong with it is the module's business.
+/// file, reads as an empty one: saying what is wrong with it is the module's business. Where
+/// memory is lacking, std::bad_alloc is raised: an answer found without it would be a false one.
 class PositionedFile {
   public:
     explicit PositionedFile(const std::string& path);
@@ -23,7 +25,7 @@ class PositionedFile {
   private:
     bool load(std::uint64_t position, std::size_t needed);
 
-    std::ifstream stream_;
+    FileDescriptor descriptor_;
     std::uint64_t size_ = 0;
     // The bytes read last: small reads side by side, as a walk makes them, share one call.
     std::vector<unsigned char> window_;

@@ -51,6 +51,16 @@ void setLimit(ReadPlan& plan, const DirectoryReader& reader, const ChainSurvey& 
     }
 }
 
+/// Raises UnreadableFile where a chain is known to hold no more directories than are to be skipped.
+void refuseToSkipAll(const MainChain& chain, std::uint64_t skip) {
+    const std::uint64_t started = chain.directories + (chain.endsCutOff ? 1 : 0);
+    if (skip != 0 && chain.isWhole && started <= skip) {
+        throw UnreadableFile("the file has " + directoriesText(chain.directories) +
+                             (chain.endsCutOff ? " and one that is cut off" : "") + "; --skip " +
+                             std::to_string(skip) + " leaves none");
+    }
+}
+
 /// The main chain as far as the skipped directories and those asked for go.
 MainChain chainFor(const DirectoryReader& reader, const ReadRequest& request) {
     constexpr std::uint64_t all = std::numeric_limits<std::uint64_t>::max();
@@ -65,6 +75,7 @@ MainChain wholeChain(const DirectoryReader& reader, const ChainSurvey& survey) {
     }
     return {.directories = survey.mainDirectories,
             .isWhole = true,
+            .endsCutOff = false,
             .comesBackTo = std::nullopt,
             .mayLackDirectories = reader.isJpeg()};
 }
@@ -80,10 +91,7 @@ ReadPlan planRead(const std::string& path, const ReadRequest& request) {
     if (reader && (request.skip != 0 || request.limit != 0)) {
         plan.chain = chainFor(*reader, request);
     }
-    if (request.skip != 0 && plan.chain.isWhole && plan.chain.directories <= request.skip) {
-        throw UnreadableFile("the file has " + directoriesText(plan.chain.directories) +
-                             "; --skip " + std::to_string(request.skip) + " leaves none");
-    }
+    refuseToSkipAll(plan.chain, request.skip);
     const auto start = reader ? firstDirectoryRead(*reader, request.skip) : std::nullopt;
     if (!start) {
         return plan;  // the module will say what is wrong

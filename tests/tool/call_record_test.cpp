@@ -15,9 +15,11 @@ namespace {
 
 using namespace tool_test;
 
-std::string recordOf(const host::CallResult& result) {
+const tool::FileNames sameNames(u"a.tif", u"a.tif");
+
+std::string recordOf(const host::CallResult& result, const tool::FileNames& names = sameNames) {
     std::ostringstream out;
-    tool::writeCallRecord(out, result);
+    tool::writeCallRecord(out, result, names);
     return out.str();
 }
 
@@ -46,7 +48,7 @@ TEST(CallRecord, NumbersThatAreNotFiniteAreNamed) {
 }
 
 TEST(CallRecord, LongTextsWithCharactersOfTwoUnitsAreWhole) {
-    // Texts are escaped in blocks; no character may be cut by the end of one.
+    // A long text is escaped in several parts; no character may be cut by the end of one.
     for (const std::size_t before : {4094U, 4095U, 4096U}) {
         const std::u16string units = std::u16string(before, u'"') + u"\U0001F600" + u"end";
         std::string escaped;
@@ -115,6 +117,21 @@ TEST(CallRecord, WarningsKeepTheirOrderAndArguments) {
               R"({"output":{"class":"double","size":[1,1],"data":[0]},"warnings":[)"
               R"({"id":"a:b:first","arguments":[273,"Width"]},)"
               R"({"id":"a:b:second","arguments":[18446744073709551615]}],"error":null})"
+              "\n");
+}
+
+TEST(CallRecord, AFileThatTheModuleKnowsByAnotherNameIsNamedAsItWasAskedFor) {
+    host::ValuePtr array = structColumn(1, {"Filename", "Text"});
+    set(array, 0, "Filename", host::makeText(u"given"));
+    set(array, 0, "Text", host::makeText(u"given"));
+    host::CallResult result;
+    result.output = std::move(array);
+    result.warnings.push_back({"a:b:c", {std::u16string(u"given"), std::u16string(u"given.tif")}});
+    EXPECT_EQ(recordOf(result, tool::FileNames(u"given", u"-")),
+              R"({"output":{"class":"struct","size":[1,1],"fields":["Filename","Text"],"data":[)"
+              R"({"Filename":{"class":"char","size":[1,1],"data":"-"},)"
+              R"("Text":{"class":"char","size":[1,5],"data":"given"}}]},"warnings":[)"
+              R"({"id":"a:b:c","arguments":["-","given.tif"]}],"error":null})"
               "\n");
 }
 

@@ -73,7 +73,7 @@ TEST_P(ChainCheckOfEachLayout, AChainThatComesBackCountsEachDirectoryOnce) {
     EXPECT_EQ(chain.mainDirectories, 5U);
 }
 
-TEST_P(ChainCheckOfEachLayout, SkippedDirectoriesDoNotCountButThoseReachedAgainDo) {
+TEST_P(ChainCheckOfEachLayout, SkippedDirectoriesDoNotCountButThoseReadAgainDo) {
     OpenChain open(chainOf(5, 2, empty()));
     EXPECT_EQ(open.chain(1).mainDirectories, 4U);
     EXPECT_EQ(open.chain(2).mainDirectories, 3U);
@@ -81,7 +81,7 @@ TEST_P(ChainCheckOfEachLayout, SkippedDirectoriesDoNotCountButThoseReachedAgainD
     EXPECT_TRUE(open.chain(4).mainComesBack);
 }
 
-TEST_P(ChainCheckOfEachLayout, AnEnormousSkipIsReckonedAroundTheCycle) {
+TEST_P(ChainCheckOfEachLayout, AnEnormousSkipIsCountedAroundTheCycle) {
     OpenChain open(chainOf(5, 2, empty()));
     // From the third directory on the chain repeats every three steps.
     EXPECT_EQ(open.first(1000000000000000001U), open.first(2 + (1000000000000000001U - 2) % 3));

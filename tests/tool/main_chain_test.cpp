@@ -61,6 +61,15 @@ TEST(MainChain, OfADirectoryWithoutEntriesHasNone) {
     EXPECT_TRUE(found.isWhole);
 }
 
+TEST(MainChain, ThatEndsInADirectoryCutOffCountsThoseBeforeIt) {
+    const std::string whole = chain(5, 0);
+    const tool::MainChain found = followed(whole.substr(0, whole.size() - 5), all);
+    EXPECT_EQ(found.directories, 4U);
+    EXPECT_TRUE(found.endsCutOff);
+    EXPECT_TRUE(found.isWhole);
+    EXPECT_FALSE(followed(whole, all).endsCutOff);
+}
+
 std::vector<std::uint64_t> placesOf(const tool::DirectoryPlaces& places, std::uint64_t read) {
     std::vector<std::uint64_t> found;
     for (std::uint64_t i = 0; i < read; ++i) {

@@ -41,11 +41,24 @@ TEST(MemorySize, IsWhat64BitsHold) {
     EXPECT_EQ(tool::memorySize("17179869184G"), std::nullopt);
 }
 
-TEST(MoreMemory, IsTwiceAsMuchAtLeastAndOneGibibyteAtLeast) {
-    EXPECT_EQ(tool::moreMemoryText(1), "1 bytes; --max-memory 1G allows more");
-    EXPECT_EQ(tool::moreMemoryText(513U << 20U), "513M; --max-memory 2G allows more");
-    EXPECT_EQ(tool::moreMemoryText(UINT64_MAX - (UINT64_MAX >> 10U)),
-              "17163091968G; --max-memory 0 allows more");
+TEST(LimitText, IsASizeInAUnitRoundedDownWithTheWayToAllowMore) {
+    const std::string more = " (--max-memory SIZE allows more, 0 sets no limit)";
+    EXPECT_EQ(tool::limitText(1), "1 byte" + more);
+    EXPECT_EQ(tool::limitText(2), "2 bytes" + more);
+    EXPECT_EQ(tool::limitText((100U << 10U) + 1023), "100 KiB" + more);
+    EXPECT_EQ(tool::limitText(512U << 20U), "512 MiB" + more);
+    EXPECT_EQ(tool::limitText(UINT64_MAX), "17592186044415 MiB" + more);
+}
+
+TEST(DefaultMemoryLimit, Is512MebibytesAnd24TimesTheFilesSizeWhereTheProcessHasTakenLittle) {
+#ifdef CORVINEX_SANITIZED
+    GTEST_SKIP() << "no file has a limit";
+#endif
+    EXPECT_EQ(tool::memoryLimitFor(1000), (512U << 20U) + 24 * 1000);
+}
+
+TEST(DefaultMemoryLimit, IsNoneForAFileLargerThanAnyMemory) {
+    EXPECT_EQ(tool::memoryLimitFor(UINT64_MAX), 0U);
 }
 
 /// So many BYTE entries that share one value of 1 MiB, behind the directory. In memory a byte is a
@@ -100,8 +113,8 @@ TEST_F(MemoryLimit, AFileThatTakesMoreIsAnErrorAndTheNextFilesAreRead) {
     EXPECT_EQ(result.exitStatus, 1);
     const std::string line =
         "corvinex: " + bomb +
-        ": error: out of memory: this file takes more than the limit of 512M; --max-memory 1G "
-        "allows more\n";
+        ": error: out of memory: this file takes more than the limit of 512 MiB (--max-memory "
+        "SIZE allows more, 0 sets no limit)\n";
     EXPECT_EQ(result.err, line + line);
     const std::string alone = runTool({"show", good}).out;
     EXPECT_EQ(result.out, alone + "\n" + alone);
@@ -116,8 +129,8 @@ TEST_F(MemoryLimit, ACallThatTakesMoreHasARecordOfIt) {
     EXPECT_EQ(record["error"],
               nlohmann::json({{"id", nullptr},
                               {"message",
-                               "out of memory: this file takes more than the limit of 512M; "
-                               "--max-memory 1G allows more"}}));
+                               "out of memory: this file takes more than the limit of 512 MiB "
+                               "(--max-memory SIZE allows more, 0 sets no limit)"}}));
 }
 
 TEST_F(MemoryLimit, IsOfAFilesSizeUnlessOneIsGiven) {
@@ -126,11 +139,11 @@ TEST_F(MemoryLimit, IsOfAFilesSizeUnlessOneIsGiven) {
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.err, "corvinex: " + bomb +
                               ": error: out of memory: this file takes more than the limit of "
-                              "537M; --max-memory 2G allows more\n");
+                              "536 MiB (--max-memory SIZE allows more, 0 sets no limit)\n");
     EXPECT_EQ(result.out, runTool({"show", good}).out);
     EXPECT_EQ(recordMessage(runTool({"call", bomb})),
-              "out of memory: this file takes more than the limit of 537M; --max-memory 2G allows "
-              "more");
+              "out of memory: this file takes more than the limit of 536 MiB (--max-memory SIZE "
+              "allows more, 0 sets no limit)");
 }
 
 TEST_F(MemoryLimit, OfALargeFileLeavesRoomForTheSmallOnesBehindIt) {
@@ -156,7 +169,7 @@ TEST_F(MemoryLimit, ALimitBelowWhatTheToolItselfTakesEndsInAnError) {
     for (const std::string command : {"show", "call"}) {
         const CommandResult result = runTool({command, "--max-memory=1", bomb});
         EXPECT_EQ(result.exitStatus, 1) << command;
-        EXPECT_NE((result.out + result.err).find("limit of 1 bytes"), std::string::npos)
+        EXPECT_NE((result.out + result.err).find("limit of 1 byte "), std::string::npos)
             << result.out << result.err;
     }
 }

@@ -80,10 +80,20 @@ std::string contentOf(const std::string& path) {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
+/// The texts as the system takes lists of them, closed by a null.
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts) {
+        pointers.push_back(text.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
 }  // namespace
 
-CommandResult runTool(const std::vector<std::string>& arguments, Output output,
-                      const Input& input) {
+CommandResult runTool(const std::vector<std::string>& arguments, Output output, const Input& input,
+                      const std::vector<std::string>& variables) {
     const TemporaryFolder folder;
     FileActions actions;
     std::optional<FilledPipe> pipe;
@@ -102,14 +112,15 @@ CommandResult runTool(const std::vector<std::string>& arguments, Output output,
     }
     std::vector<std::string> words{CORVINEX_TOOL};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (std::string& word : words) {
-        argv.push_back(word.data());
+    std::vector<char*> argv = pointersTo(words);
+    // Of several variables of one name the first counts.
+    std::vector<std::string> environment = variables;
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        environment.emplace_back(*variable);
     }
-    argv.push_back(nullptr);
     pid_t child = 0;
-    const int error =
-        posix_spawn(&child, CORVINEX_TOOL, actions.get(), nullptr, argv.data(), environ);
+    const int error = posix_spawn(&child, CORVINEX_TOOL, actions.get(), nullptr, argv.data(),
+                                  pointersTo(environment).data());
     if (error != 0) {
         throw std::system_error(error, std::generic_category(), CORVINEX_TOOL);
     }

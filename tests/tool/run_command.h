@@ -28,8 +28,9 @@ struct Input {
     std::string bytes;               ///< that the pipe brings
 };
 
-/// Runs the built tool with these arguments and waits for its end.
+/// Runs the built tool with these arguments and waits for its end. Variables, as NAME=VALUE, take
+/// the place of those of this process.
 CommandResult runTool(const std::vector<std::string>& arguments, Output output = Output::Captured,
-                      const Input& input = {});
+                      const Input& input = {}, const std::vector<std::string>& variables = {});
 
 }  // namespace tool_test

@@ -16,7 +16,7 @@ class TiffBytes {
     explicit TiffBytes(Order order = Little, Layout layout = Classic)
         : order_(order), layout_(layout) {}
 
-    /// Mark, version and the first directory's offset.
+    /// Byte order, version and the first directory's offset.
     TiffBytes& header(std::uint64_t firstOffset) {
         bytes_ += order_ == Little ? "II" : "MM";
         number(layout_ == Classic ? 42 : 43, 2);
