@@ -25,6 +25,21 @@ bool isSurrogate(char16_t unit) {
     return unit >= 0xD800 && unit <= 0xDFFF;
 }
 
+/// Control characters that JSON does not ask to be escaped: DEL and those of ISO 6429 above it.
+bool isTerminalControl(char16_t unit) {
+    return unit >= 0x7F && unit <= 0x9F;
+}
+
+/// The \uXXXX escape of a unit.
+std::string escapeOf(char16_t unit) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string escape = "\\u";
+    for (const unsigned shift : {12U, 8U, 4U, 0U}) {
+        escape += digits[unit >> shift & 0xFU];
+    }
+    return escape;
+}
+
 bool isPairAt(std::u16string_view text, std::size_t index) {
     return text[index] >= 0xD800 && text[index] <= 0xDBFF && index + 1 < text.size() &&
            text[index + 1] >= 0xDC00 && text[index + 1] <= 0xDFFF;
@@ -114,9 +129,9 @@ class RecordWriter {
         out_.append('"');
     }
 
-    /// The library writes valid text only: the stretches between lone surrogates are its own, the
-    /// escapes are put between them. A long stretch goes out in parts, so that it does not become a
-    /// second long text.
+    /// The library writes valid text only, and some terminals obey characters that it writes as
+    /// they are: the stretches between those are its own, the escapes are put between them. A long
+    /// stretch goes out in parts, so that it does not become a second long text.
     void escaped(std::u16string_view text) {
         constexpr std::size_t longStretch = 4096;
         std::size_t from = 0;
@@ -126,10 +141,9 @@ class RecordWriter {
                 out_.append(unquotedJson(text.substr(from, i - from)));
                 from = i;
             }
-            if (isSurrogate(text[i]) && !isPairAt(text, i)) {
+            if ((isSurrogate(text[i]) && !isPairAt(text, i)) || isTerminalControl(text[i])) {
                 out_.append(unquotedJson(text.substr(from, i - from)));
-                // Shown alone, a surrogate is its \uXXXX escape.
-                out_.append(visibleText(text.substr(i, 1)));
+                out_.append(escapeOf(text[i]));
                 from = i + 1;
             }
             i += isPairAt(text, i) ? 2 : 1;

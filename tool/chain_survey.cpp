@@ -30,6 +30,9 @@ constexpr std::size_t countPosition = 4;
 
 constexpr std::uint64_t entriesAtOnce = 200;
 
+// A sparse file can be of any size, and its directories as long as that.
+constexpr std::uint64_t mostBytes = std::uint64_t{1} << 30U;
+
 struct TypeLayout {
     std::uint64_t width;        // bytes of a value
     std::uint64_t elementSize;  // bytes that are put in order together
@@ -81,7 +84,7 @@ class Walk {
     Walk(const DirectoryReader& reader, std::uint64_t limit)
         : reader_(reader),
           limit_(limit == 0 ? std::numeric_limits<std::uint64_t>::max() : limit),
-          budget_(4 * reader.file().size() + (16U << 20U)),
+          budget_(std::min(4 * reader.file().size() + (16U << 20U), mostBytes)),
           block_(static_cast<std::size_t>(entriesAtOnce * reader.entrySize())) {}
 
     ChainSurvey survey(std::uint64_t start) {

@@ -13,7 +13,8 @@ constexpr OptionRow maxMemory{
     "max-memory", ValueKind::MemorySize, "SIZE", "",
     "Most memory (address space) that the tool may have while it reads a file: bytes, or with K, M "
     "or G powers of 1024; 0 is no limit. Default: 512 MiB and 24 times the file's size, or, where "
-    "that is more, what the tool has before it, 64 MiB and 24 times the file's size"};
+    "that is more, what the tool has before it, 64 MiB and 24 times the file's size; at most three "
+    "quarters of the machine's memory"};
 
 constexpr std::array showOptions{
     OptionRow{"skip", ValueKind::WholeNumber, "N", "0",

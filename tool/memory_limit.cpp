@@ -47,8 +47,7 @@ unsigned shiftOf(char letter) {
     return found == units.end() ? 0 : found->shift;
 }
 
-/// In a unit that people recognise, rounded down: what takes more than the limit takes more than
-/// that.
+/// In a unit that people recognise, rounded down.
 std::string sizeText(std::uint64_t bytes) {
     constexpr std::uint64_t fewest = 8;  // of a unit; fewer would lose too much by the rounding
     if (bytes >= fewest * mebibyte) {
@@ -75,6 +74,15 @@ bool setSoftLimit(std::uint64_t bytes) noexcept {
     }
     limit.rlim_cur = bytes;
     return ::setrlimit(RLIMIT_AS, &limit) == 0;
+}
+
+/// In bytes; the most there can be where the system does not tell.
+std::uint64_t machineMemory() {
+    const long pages = ::sysconf(_SC_PHYS_PAGES);
+    const long pageSize = ::sysconf(_SC_PAGESIZE);
+    return pages <= 0 || pageSize <= 0
+               ? std::numeric_limits<std::uint64_t>::max()
+               : static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageSize);
 }
 
 /// The address space that the process has now, in bytes; 0 where the system does not tell.
@@ -125,7 +133,9 @@ std::uint64_t memoryLimitFor(std::uint64_t fileSize) {
         return 0;
     }
     const std::uint64_t forFile = bytesForFileByte * fileSize;
-    return std::max(fixedPart, addressSpace() + reserve) + forFile;
+    const std::uint64_t limit = std::max(fixedPart, addressSpace() + reserve) + forFile;
+    // A sparse file can be of any size without taking any of the disk.
+    return std::min(limit, std::max(fixedPart, machineMemory() / 4 * 3));
 }
 
 MemoryLimit::MemoryLimit(std::optional<std::uint64_t> bytes)
@@ -162,10 +172,10 @@ std::string MemoryLimit::exceededText() const {
         return "out of memory";
     }
     if (inForce_ == before_) {
-        return "out of memory: this file takes more than the limit of " + sizeText(inForce_) +
-               " that the tool was started with";
+        return "out of memory; the limit is " + sizeText(inForce_) +
+               ", with which the tool was started";
     }
-    return "out of memory: this file takes more than the limit of " + limitText(inForce_);
+    return "out of memory; the limit is " + limitText(inForce_);
 }
 
 }  // namespace tool

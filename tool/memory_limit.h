@@ -17,7 +17,8 @@ std::string limitText(std::uint64_t bytes);
 
 /// What a file of this size may take when nothing else is asked for, in bytes: 512 MiB and 24 times
 /// its size, but at least what the process has now, 64 MiB and 24 times its size, so that what
-/// earlier files have left behind is not taken off. A value takes up to 9 times its bytes in the
+/// earlier files have left behind is not taken off; and at most three quarters of the machine's
+/// memory, unless those are less than 512 MiB. A value takes up to 9 times its bytes in the
 /// file, so that only a file whose values share bytes comes to the limit. In a build with
 /// sanitizers, which take far more address space than any machine has memory, 0: no limit.
 std::uint64_t memoryLimitFor(std::uint64_t fileSize);

@@ -94,6 +94,12 @@ TEST(CallRecord, LoneSurrogatesAreEscaped) {
               "{\"class\":\"char\",\"size\":[1,5],\"data\":\"\\udc00\\\"\U0001F4F7\\ud800\"}");
 }
 
+TEST(CallRecord, ControlCharactersThatTerminalsObeyAreEscaped) {
+    EXPECT_EQ(jsonOf(host::makeText(u"~\u007f\u0080\u009b1m\u009f\u00a0")),
+              "{\"class\":\"char\",\"size\":[1,8],\"data\":"
+              "\"~\\u007f\\u0080\\u009b1m\\u009f\xC2\xA0\"}");
+}
+
 TEST(CallRecord, CellsHoldValuesAndNull) {
     EXPECT_EQ(jsonOf(cellRow(host::makeText(u"a"), host::ValuePtr())),
               R"({"class":"cell","size":[1,2],"data":[{"class":"char","size":[1,1],"data":"a"},)"

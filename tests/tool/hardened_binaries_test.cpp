@@ -70,8 +70,8 @@ TEST(HardenedBinaries, LieAtNoFixedAddress) {
     EXPECT_NE(ElfImage(CORVINEX_TOOL).dynamicValue(DT_FLAGS_1) & DF_1_PIE, 0U);
 }
 
-// What a process sets aside for the thread-local data of libraries that are loaded later can be used
-// up, and data made at a thread's first use ends the process where there is no memory left.
+// What a process sets aside for the thread-local data of libraries that are loaded later can be
+// used up, and data made at a thread's first use ends the process where there is no memory left.
 TEST(HardenedBinaries, TheModuleHasNoThreadLocalData) {
     EXPECT_FALSE(hasSegment(ElfImage(test::modulePath()), PT_TLS));
 }

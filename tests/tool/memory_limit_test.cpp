@@ -111,10 +111,9 @@ class MemoryLimit : public testing::Test {
 TEST_F(MemoryLimit, AFileThatTakesMoreIsAnErrorAndTheNextFilesAreRead) {
     const CommandResult result = runTool({"show", "--max-memory=512M", bomb, good, bomb, good});
     EXPECT_EQ(result.exitStatus, 1);
-    const std::string line =
-        "corvinex: " + bomb +
-        ": error: out of memory: this file takes more than the limit of 512 MiB (--max-memory "
-        "SIZE allows more, 0 sets no limit)\n";
+    const std::string line = "corvinex: " + bomb +
+                             ": error: out of memory; the limit is 512 MiB (--max-memory "
+                             "SIZE allows more, 0 sets no limit)\n";
     EXPECT_EQ(result.err, line + line);
     const std::string alone = runTool({"show", good}).out;
     EXPECT_EQ(result.out, alone + "\n" + alone);
@@ -129,7 +128,7 @@ TEST_F(MemoryLimit, ACallThatTakesMoreHasARecordOfIt) {
     EXPECT_EQ(record["error"],
               nlohmann::json({{"id", nullptr},
                               {"message",
-                               "out of memory: this file takes more than the limit of 512 MiB "
+                               "out of memory; the limit is 512 MiB "
                                "(--max-memory SIZE allows more, 0 sets no limit)"}}));
 }
 
@@ -138,11 +137,11 @@ TEST_F(MemoryLimit, IsOfAFilesSizeUnlessOneIsGiven) {
     const CommandResult result = runTool({"show", bomb, good});
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.err, "corvinex: " + bomb +
-                              ": error: out of memory: this file takes more than the limit of "
+                              ": error: out of memory; the limit is "
                               "536 MiB (--max-memory SIZE allows more, 0 sets no limit)\n");
     EXPECT_EQ(result.out, runTool({"show", good}).out);
     EXPECT_EQ(recordMessage(runTool({"call", bomb})),
-              "out of memory: this file takes more than the limit of 536 MiB (--max-memory SIZE "
+              "out of memory; the limit is 536 MiB (--max-memory SIZE "
               "allows more, 0 sets no limit)");
 }
 
@@ -154,7 +153,7 @@ TEST_F(MemoryLimit, OfALargeFileLeavesRoomForTheSmallOnesBehindIt) {
     const std::string small = runTool({"show", good}).out;
     EXPECT_TRUE(result.out.starts_with(large)) << result.err;
     EXPECT_TRUE(result.out.ends_with("\n" + small + "\n" + small)) << result.err;
-    EXPECT_TRUE(result.err.starts_with("corvinex: " + bomb + ": error: out of memory: "))
+    EXPECT_TRUE(result.err.starts_with("corvinex: " + bomb + ": error: out of memory; "))
         << result.err;
 }
 
@@ -169,7 +168,7 @@ TEST_F(MemoryLimit, ALimitBelowWhatTheToolItselfTakesEndsInAnError) {
     for (const std::string command : {"show", "call"}) {
         const CommandResult result = runTool({command, "--max-memory=1", bomb});
         EXPECT_EQ(result.exitStatus, 1) << command;
-        EXPECT_NE((result.out + result.err).find("limit of 1 byte "), std::string::npos)
+        EXPECT_NE((result.out + result.err).find("limit is 1 byte "), std::string::npos)
             << result.out << result.err;
     }
 }
