@@ -9,8 +9,7 @@
 namespace corvinex::inspect {
 
 std::string_view kindName(DirectoryKind kind) noexcept {
-    static constexpr std::array<std::string_view, 5> names{"main", "sub", "exif", "gps",
-                                                           "interop"};
+    static constexpr std::array<std::string_view, 5> names{"main", "sub", "exif", "gps", "interop"};
     return names.at(static_cast<std::size_t>(kind));
 }
 
@@ -18,7 +17,8 @@ std::string Directory::path() const {
     // From the directory up; no deeper than pointers are followed.
     std::array<const DirectoryRecord*, deepestLevel + std::size_t{1}> way{};
     std::size_t length = 0;
-    for (const DirectoryRecord* step = &record_;; step = &file_->directories[step->parent].record_) {
+    for (const DirectoryRecord* step = &record_;;
+         step = &file_->directories[step->parent].record_) {
         way.at(length++) = step;
         if (step->parent == DirectoryRecord::none) {
             break;

@@ -13,18 +13,33 @@ namespace corvinex::inspect {
 
 namespace {
 
-std::span<const TagName> fieldNamesOf(DirectoryKind kind) noexcept {
+/// Names by number: every entry of a record asks for one.
+class FieldNames {
+  public:
+    explicit FieldNames(std::span<const TagName> rows) : rows_(rows.begin(), rows.end()) {
+        std::ranges::stable_sort(rows_, {}, &TagName::number);  // the first of equal ones counts
+    }
+    [[nodiscard]] std::string_view find(std::uint16_t number) const noexcept {
+        const auto row = std::ranges::lower_bound(rows_, number, {}, &TagName::number);
+        return row == rows_.end() || row->number != number ? std::string_view() : row->name;
+    }
+
+  private:
+    std::vector<TagName> rows_;
+};
+
+const FieldNames& fieldNamesOf(DirectoryKind kind) {
+    static const FieldNames gps(gpsTagTable());
+    static const FieldNames interop(interopTagTable());
+    static const FieldNames others(primaryTagTable());
     switch (kind) {
         case DirectoryKind::Gps:
-            return gpsTagTable();
+            return gps;
         case DirectoryKind::Interop:
-            return interopTagTable();
-        case DirectoryKind::Main:
-        case DirectoryKind::Sub:
-        case DirectoryKind::Exif:
-            break;
+            return interop;
+        default:
+            return others;
     }
-    return primaryTagTable();
 }
 
 }  // namespace
@@ -34,15 +49,14 @@ std::string_view Entry::name() const noexcept {
     return fact == nullptr ? std::string_view() : fact->name;
 }
 
-std::string_view Entry::fieldName() const noexcept {
-    const std::span<const TagName> names = fieldNamesOf(directory().kind());
-    const auto row = std::ranges::find(names, number(), &TagName::number);
-    return row == names.end() ? std::string_view() : row->name;
+std::string_view Entry::fieldName() const {
+    return fieldNamesOf(directory().kind()).find(number());
 }
 
 std::optional<FieldType> Entry::type() const noexcept {
-    return findFieldType(record_.type) == nullptr ? std::nullopt
-                                                  : std::optional(static_cast<FieldType>(record_.type));
+    return findFieldType(record_.type) == nullptr
+               ? std::nullopt
+               : std::optional(static_cast<FieldType>(record_.type));
 }
 
 std::string_view Entry::typeName() const noexcept {
@@ -61,12 +75,20 @@ std::optional<std::uint64_t> Entry::offset() const noexcept {
     return file_->positionOf(getOffset(*file_, record_));
 }
 
+std::endian Entry::fileOrder() const noexcept {
+    return file_->header.byteOrder == ByteOrder::BigEndian ? std::endian::big : std::endian::little;
+}
+
 const Directory& Entry::directory() const noexcept {
     return file_->directories[record_.directory];
 }
 
 std::optional<Value> Entry::value() const {
     return readValue(*file_, record_);
+}
+
+bool Entry::isInFile() const noexcept {
+    return inspect::isInFile(*file_, record_);
 }
 
 bool Entry::isPointer() const noexcept {

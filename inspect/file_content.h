@@ -42,11 +42,11 @@ struct FileContent {
 
     Source source;
     std::optional<Container> container;
-    std::optional<JpegSegments> segments;  ///< of a JPEG
+    std::optional<JpegSegments> segments;    ///< of a JPEG
     std::optional<std::size_t> exifSegment;  ///< the one whose header is read
     Header header;
     DirectoryLayout layout{};
-    bool swap = false;  ///< the file's byte order is not the machine's
+    bool swap = false;            ///< the file's byte order is not the machine's
     bool isFirstRefused = false;  ///< the limit on the total kept out the first directory
 
     std::vector<Directory> directories;

@@ -48,9 +48,8 @@ void findExifHeader(FileContent& file, const Options& options) {
     file.segments = readJpegSegments(file.source);
     const std::vector<ExifSegment>& exif = file.segments->exif;
     auto chosen = std::ranges::find_if(exif, [&](const ExifSegment& segment) {
-        return options.headerOffset
-                   ? segment.header == *options.headerOffset
-                   : readVersion(file.source, segment.header) == classicVersion;
+        return options.headerOffset ? segment.header == *options.headerOffset
+                                    : readVersion(file.source, segment.header) == classicVersion;
     });
     if (chosen == exif.end() && !options.headerOffset) {
         chosen = exif.begin();

@@ -131,8 +131,7 @@ std::optional<bool> findJpegEndMarker(const Source& source, std::uint64_t from) 
     // Cameras put previews and whole videos behind the image; this much of that is looked through.
     constexpr std::uint64_t searched = std::uint64_t{16} << 20;
     constexpr std::size_t blockSize = 4096;
-    const std::uint64_t start =
-        std::max(from, source.size() - std::min(source.size(), searched));
+    const std::uint64_t start = std::max(from, source.size() - std::min(source.size(), searched));
     std::array<unsigned char, blockSize + 1> block{};  // and the first byte of the block behind
     std::uint64_t end = source.size();
     while (end > start + 1) {

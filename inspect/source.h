@@ -52,7 +52,8 @@ class Source {
     [[nodiscard]] bool read(std::uint64_t position, std::span<unsigned char> target) const {
         return read(position, std::as_writable_bytes(target));
     }
-    /// The number at the position, in the machine's order; nothing when it does not lie in the file.
+    /// The number at the position, in the machine's order; nothing when it does not lie in the
+    /// file.
     template <class Number>
     [[nodiscard]] std::optional<Number> number(std::uint64_t position, bool swap) const {
         std::array<unsigned char, sizeof(Number)> bytes{};

@@ -33,8 +33,8 @@ namespace corvinex::inspect {
 /// Reads the value; see Entry::value().
 [[nodiscard]] std::optional<Value> readValue(const FileContent& file, const EntryRecord& entry);
 
-/// Reads bytes of a value that lies in the file, as they stand there. False when the file has become
-/// shorter.
+/// Reads bytes of a value that lies in the file, as they stand there. False when the file has
+/// become shorter.
 [[nodiscard]] bool readValueBytes(const FileContent& file, const EntryRecord& entry,
                                   std::uint64_t from, std::span<std::byte> target);
 

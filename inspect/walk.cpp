@@ -159,18 +159,16 @@ class Walk {
         return chain;
     }
 
-    /// Index of the directory at record.offset: of a new one, which is then the last, or of one that
-    /// was read before; noDirectory when its count does not lie in the file, refusedDirectory when it
-    /// would pass the limit.
+    /// Index of the directory at record.offset: of a new one, which is then the last, or of one
+    /// that was read before; noDirectory when its count does not lie in the file, refusedDirectory
+    /// when it would pass the limit.
     std::uint32_t readDirectory(DirectoryRecord record) {
         if (const auto known = known_.find(record.offset); known != known_.end()) {
             return known->second;
         }
         const DirectoryLayout& layout = file_.layout;
         const std::uint64_t position = file_.positionOf(record.offset);
-        const std::optional<std::uint64_t> told =
-            file_.isBig() ? file_.source.number<std::uint64_t>(position, file_.swap)
-                          : file_.source.number<std::uint16_t>(position, file_.swap);
+        const std::optional<std::uint64_t> told = readEntryCount(position);
         if (!told) {
             return Entry::noDirectory;
         }
@@ -210,8 +208,7 @@ class Walk {
             }
             position += block.size();
             for (std::size_t start = 0; start < block.size(); start += entrySize) {
-                const EntryRecord entry =
-                    parseEntry(block.subspan(start, entrySize), directory);
+                const EntryRecord entry = parseEntry(block.subspan(start, entrySize), directory);
                 unknown += findFieldType(entry.type) == nullptr ? 1 : 0;
                 blank += isBlank(entry) ? 1 : 0;
                 file_.entries.emplace_back(file_, entry);
@@ -234,6 +231,13 @@ class Walk {
         entry.directory = directory;
         entry.targets = pointer_state::notFollowed;
         return entry;
+    }
+
+    std::optional<std::uint64_t> readEntryCount(std::uint64_t position) const {
+        if (file_.isBig()) {
+            return file_.source.number<std::uint64_t>(position, file_.swap);
+        }
+        return file_.source.number<std::uint16_t>(position, file_.swap);
     }
 
     std::optional<std::uint64_t> readOffset(std::uint64_t position) const {

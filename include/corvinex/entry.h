@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -8,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "corvinex/value.h"
 
@@ -41,7 +43,7 @@ class Entry {
     [[nodiscard]] std::string_view name() const noexcept;
     /// What the module's result calls the tag in this kind of directory; empty when it has no name
     /// for it.
-    [[nodiscard]] std::string_view fieldName() const noexcept;
+    [[nodiscard]] std::string_view fieldName() const;
     /// The field type's code as it stands, known or not.
     [[nodiscard]] std::uint16_t typeCode() const noexcept { return record_.type; }
     /// The field type; nothing when its code is unknown.
@@ -53,10 +55,12 @@ class Entry {
     /// Bytes of the value as told: count times the type's width, at most 2^64 - 1. Of an unknown
     /// type it is the width of the value field.
     [[nodiscard]] std::uint64_t byteCount() const noexcept;
-    /// The absolute position of the value in the file, in bytes, past the end too, and 2^64 - 1 when
-    /// the sum passes that. Nothing when the value lies in the entry, for a count of 0 and for
+    /// The absolute position of the value in the file, in bytes, past the end too, and 2^64 - 1
+    /// when the sum passes that. Nothing when the value lies in the entry, for a count of 0 and for
     /// unknown types.
     [[nodiscard]] std::optional<std::uint64_t> offset() const noexcept;
+    /// In which order the file keeps its numbers.
+    [[nodiscard]] std::endian fileOrder() const noexcept;
     /// The directory that holds the entry.
     [[nodiscard]] const Directory& directory() const noexcept;
 
@@ -64,9 +68,16 @@ class Entry {
     /// it does not lie in the file whole. Takes time and memory in proportion to byteCount(), which
     /// the file backs. Raises std::system_error when the file cannot be read.
     [[nodiscard]] std::optional<Value> value() const;
+    /// Whether the value lies whole in the entry or in the file, as far as its size tells.
+    [[nodiscard]] bool isInFile() const noexcept;
     /// What a person wants to read, in UTF-8, where that says more than the value; else nothing.
     /// Reads the value, and for some tags those of the directory's other entries.
     [[nodiscard]] std::optional<std::string> text() const;
+    /// The same for a value of this entry that was read before.
+    [[nodiscard]] std::optional<std::string> text(const Value& value) const;
+    /// The words for the codes in a value of this entry, an unknown code as its number; nothing for
+    /// tags without words. Flags give one text.
+    [[nodiscard]] std::optional<std::vector<std::string>> words(const Value& value) const;
 
     /// Whether the tag's number is one of those that point to directories.
     [[nodiscard]] bool isPointer() const noexcept;

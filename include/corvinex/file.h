@@ -20,12 +20,12 @@ enum class ByteOrder : std::uint8_t { LittleEndian, BigEndian };
 
 /// What became of reading a file.
 enum class Status : std::uint8_t {
-    Ok,           ///< read whole, at most notes
-    Warnings,     ///< read whole, departs from the standard
-    Damaged,      ///< something that the file tells could not be read as told; the rest is there
-    NoMetadata,   ///< a sound JPEG without an EXIF block
-    NotAnImage,   ///< neither JPEG nor TIFF
-    Unreadable,   ///< could not be opened or read
+    Ok,          ///< read whole, at most notes
+    Warnings,    ///< read whole, departs from the standard
+    Damaged,     ///< something that the file tells could not be read as told; the rest is there
+    NoMetadata,  ///< a sound JPEG without an EXIF block
+    NotAnImage,  ///< neither JPEG nor TIFF
+    Unreadable,  ///< could not be opened or read
 };
 
 struct Options {
@@ -34,8 +34,8 @@ struct Options {
     std::optional<std::uint64_t> headerOffset;
 };
 
-/// What one file holds: its directories and entries, read when the file is opened, and their values,
-/// read on demand.
+/// What one file holds: its directories and entries, read when the file is opened, and their
+/// values, read on demand.
 ///
 /// Damage never raises: what cannot be read is missing, and findings() says so. Only a file that
 /// cannot be opened or read raises std::system_error, and lack of memory std::bad_alloc. Opening

@@ -1,7 +1,7 @@
 #pragma once
 
-// Reads what TIFF, BigTIFF and EXIF files hold: directories, entries, values, and what is wrong with
-// them.
+// Reads what TIFF, BigTIFF and EXIF files hold: directories, entries, values, and what is wrong
+// with them.
 
 #include "corvinex/derived.h"         // IWYU pragma: export
 #include "corvinex/directory.h"       // IWYU pragma: export
