@@ -25,6 +25,16 @@ struct Header {
     std::uint16_t reserved = 0;    ///< BigTIFF: as told
 };
 
+/// Entries of one directory by number, and equal ones by place.
+struct NumberIndex {
+    struct Row {
+        std::uint16_t number;
+        std::uint32_t entry;  ///< index in the directory
+    };
+    std::uint32_t directory = DirectoryRecord::none;
+    std::vector<Row> rows;
+};
+
 /// Everything that was read of a file, and the source that the rest is read from.
 struct FileContent {
     explicit FileContent(Source from) : source(std::move(from)) {}
@@ -50,10 +60,12 @@ struct FileContent {
     bool isFirstRefused = false;  ///< the limit on the total kept out the first directory
 
     std::vector<Directory> directories;
+    std::uint32_t mainDirectories = 0;  ///< of the main chain; they come first
     std::vector<Entry> entries;
     std::vector<std::uint32_t> targets;  ///< of all followed pointers, by EntryRecord::targets
 
     mutable std::optional<std::vector<Finding>> findings;
+    mutable NumberIndex numberIndex;
 };
 
 /// What EntryRecord::targets holds instead of a place.

@@ -33,6 +33,7 @@ class Walk {
         DirectoryRecord first;
         const Chain main = readChain(file_.header.firstOffset, first);
         file_.isFirstRefused = main.target == refusedDirectory;
+        file_.mainDirectories = main.end;
         enter(main);
         while (!levels_.empty()) {
             step();

@@ -52,7 +52,8 @@ class FlatWriter {
 
     void writeEntry(const std::string& key, const Entry& entry) {
         const bool fits = !entry.isInFile() || budget_.take(entry.byteCount());
-        const std::optional<Value> value = fits ? valueOf(entry) : std::nullopt;
+        const std::optional<Value> value =
+            fits ? readIfPossible([&] { return entry.value(); }) : std::nullopt;
         if (!value) {
             json_.key(key).null();
             return;

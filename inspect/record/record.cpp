@@ -14,6 +14,7 @@ namespace corvinex::inspect {
 
 namespace {
 
+using Facts = std::vector<DerivedFact>;
 constexpr std::uint64_t schemaVersion = 1;
 
 class RecordWriter {
@@ -39,7 +40,7 @@ class RecordWriter {
         }
         json_.endArray();
         json_.key("derived");
-        writeDerived(json_, file_ == nullptr ? std::vector<DerivedFact>() : file_->derived());
+        writeFacts([&] { return file_ == nullptr ? Facts() : file_->derived(); });
         writeFindings();
         json_.endObject();
     }
@@ -56,6 +57,12 @@ class RecordWriter {
 
     [[nodiscard]] std::span<const Directory> directories() const {
         return file_ == nullptr ? std::span<const Directory>() : file_->directories();
+    }
+
+    template <class Read>
+    void writeFacts(Read read) {
+        writeDerived(json_,
+                     readIfPossible([&] { return std::optional(read()); }).value_or(Facts()));
     }
 
     void writeHead() {
@@ -83,7 +90,7 @@ class RecordWriter {
         }
         json_.endArray();
         json_.key("derived");
-        writeDerived(json_, directory.derived());
+        writeFacts([&] { return directory.derived(); });
         json_.endObject();
     }
 
@@ -122,7 +129,7 @@ class RecordWriter {
             json_.null();
             return true;
         }
-        const std::optional<Value> value = valueOf(entry);
+        const std::optional<Value> value = readIfPossible([&] { return entry.value(); });
         if (!value) {
             json_.null();
             return false;
@@ -135,7 +142,8 @@ class RecordWriter {
         if (!interpretation.rest.empty()) {
             json_.key("rest").bytes(interpretation.rest);
         }
-        if (const std::optional<std::string> text = entry.text(*value)) {
+        if (const std::optional<std::string> text =
+                readIfPossible([&] { return entry.text(*value); })) {
             json_.key("text").string(*text);
         }
         return isTruncated;

@@ -1,7 +1,7 @@
 #include "inspect/record/record_head.h"
 
 #include <array>
-#include <system_error>
+#include <vector>
 
 #include "inspect/reading/charset.h"
 #include "inspect/record/value_json.h"
@@ -21,14 +21,6 @@ void writeName(JsonWriter& json, const FileFacts& facts) {
 
 Status statusOf(const File* file) {
     return file == nullptr ? Status::Unreadable : file->status();
-}
-
-std::optional<Value> valueOf(const Entry& entry) {
-    try {
-        return entry.value();
-    } catch (const std::system_error&) {
-        return std::nullopt;
-    }
 }
 
 std::string isoTime(std::time_t time) {
