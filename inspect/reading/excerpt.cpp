@@ -38,6 +38,8 @@ std::string excerpt(std::string_view text, std::size_t mostCharacters) {
             result.append(start.substr(0, start.size() - rest.size()));
         }
     }
+    // Control characters at the end have become blanks.
+    result.resize(withoutEndBlanks(result).size());
     return result;
 }
 
