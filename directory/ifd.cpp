@@ -9,8 +9,8 @@
 #include "entry/fatal_errors.h"
 #include "entry/internal_errors.h"
 #include "entry/warnings.h"
-#include "file/checked_arithmetic.h"
 #include "file/tag_file.h"
+#include "format/checked_arithmetic.h"
 #include "tag/tag_numbers.h"
 #include "tag/tiff_tag.h"
 

@@ -6,8 +6,8 @@
 
 #include "entry/internal_errors.h"
 #include "entry/warnings.h"
-#include "file/checked_arithmetic.h"
 #include "file/tag_file.h"
+#include "format/checked_arithmetic.h"
 
 namespace corvinex {
 

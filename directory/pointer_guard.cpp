@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "file/checked_arithmetic.h"
+#include "format/checked_arithmetic.h"
 
 namespace corvinex {
 

@@ -11,13 +11,6 @@ namespace corvinex {
 
 namespace {
 
-constexpr std::array<DirectoryLayout, 3> layouts{{
-    // entry, entry count, offset, value field position
-    {12, 2, 4, 8},   // JPEG
-    {12, 2, 4, 8},   // ClassicTIFF
-    {20, 8, 8, 12},  // BigTIFF
-}};
-
 template <std::size_t Size>
 using Signature = std::array<unsigned char, Size>;
 
@@ -38,10 +31,6 @@ bool isTiffOfVersion(const std::u16string& path, unsigned char version) {
 }
 
 }  // namespace
-
-const DirectoryLayout& getDirectoryLayout(FileFormat format) noexcept {
-    return layouts[static_cast<std::size_t>(format)];
-}
 
 bool isJpeg(const std::u16string& path) {
     return readSignature<2>(path) == Signature<2>{0xFF, 0xD8};

@@ -6,9 +6,9 @@
 #include "entry/fatal_errors.h"
 #include "entry/internal_errors.h"
 #include "entry/warnings.h"
-#include "file/byte_order.h"
-#include "file/checked_arithmetic.h"
 #include "file/file_information.h"
+#include "format/byte_order.h"
+#include "format/checked_arithmetic.h"
 
 namespace corvinex {
 

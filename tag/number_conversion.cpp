@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-#include "file/byte_order.h"
+#include "format/byte_order.h"
 #include "tag/tiff_type.h"
 
 namespace corvinex {

@@ -8,9 +8,9 @@
 #include "directory/pointer_guard.h"
 #include "entry/internal_errors.h"
 #include "entry/warnings.h"
-#include "file/byte_order.h"
-#include "file/checked_arithmetic.h"
 #include "file/tag_file.h"
+#include "format/byte_order.h"
+#include "format/checked_arithmetic.h"
 #include "tag/tag_numbers.h"
 #include "tag/tiff_tag.h"
 

@@ -8,8 +8,8 @@
 
 #include "entry/fatal_errors.h"
 #include "entry/warnings.h"
-#include "file/byte_order.h"
 #include "file/tag_file.h"
+#include "format/byte_order.h"
 #include "tag/number_conversion.h"
 #include "tag/tag_numbers.h"
 #include "tag/tiff_tag.h"

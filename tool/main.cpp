@@ -18,6 +18,7 @@
 #include "host/module.h"
 #include "tool/call_command.h"
 #include "tool/exit_status.h"
+#include "tool/json_command.h"
 #include "tool/memory_limit.h"
 #include "tool/module_location.h"
 #include "tool/number_options.h"
@@ -85,6 +86,26 @@ CLI::App& addCall(CLI::App& app, tool::CallOptions& options) {
     return command;
 }
 
+CLI::App& addJson(CLI::App& app, tool::JsonOptions& options) {
+    const std::string whole = "a whole number from 0 to 2^53";
+    CLI::App& command = *app.add_subcommand("json", "Print what files hold as a line of JSON each");
+    command.add_option("PATH", options.files, "TIFF, BigTIFF or JPEG files, - for standard input")
+        ->required()
+        ->type_name("");
+    command.add_option("--tag", options.tags, "Print this tag: a name, a number or PATH.NAME")
+        ->type_name("TAG")
+        ->expected(1)
+        ->take_all();
+    addNumber(command, "--header-offset", options.headerOffset, tool::wholeNumber, whole,
+              "Byte position of the TIFF header (found by itself in a JPEG)");
+    addNumber(command, "--max-values", options.maxValues, tool::wholeNumber, whole,
+              "Most elements, characters or bytes of a value");
+    command.add_flag("--flat", options.flat, "One object of plain names and values");
+    command.add_flag("--numeric", options.numeric, "With --flat: codes instead of words");
+    command.add_flag("--pretty", options.pretty, "Indented, on several lines");
+    return command;
+}
+
 /// The parser would split a file name such as "[a,b]" in two. It gets "./[a,b]" instead, the same
 /// file, and afterwards the name becomes again what it was.
 class BracketedNames {
@@ -106,7 +127,7 @@ class BracketedNames {
 };
 
 void parse(CLI::App& app, std::span<char*> arguments, tool::ShowOptions& showOptions,
-           tool::CallOptions& callOptions) {
+           tool::CallOptions& callOptions, tool::JsonOptions& jsonOptions) {
     BracketedNames names;
     std::vector<std::string> words;  // last first, as the parser wants them
     for (std::size_t i = arguments.size(); i-- > 0;) {
@@ -117,6 +138,9 @@ void parse(CLI::App& app, std::span<char*> arguments, tool::ShowOptions& showOpt
     for (std::string& file : showOptions.files) {
         names.restore(file);
     }
+    for (std::string& file : jsonOptions.files) {
+        names.restore(file);
+    }
 }
 
 tool::ExitStatus run(int argc, char** argv) {
@@ -125,15 +149,20 @@ tool::ExitStatus run(int argc, char** argv) {
     app.require_subcommand(1);
     tool::ShowOptions showOptions;
     tool::CallOptions callOptions;
+    tool::JsonOptions jsonOptions;
     std::uint64_t maxMemory = tool::defaultMemoryLimit();
     CLI::App& showCommand = addShow(app, showOptions);
     addMaxMemory(showCommand, maxMemory);
     addMaxMemory(addCall(app, callOptions), maxMemory);
+    CLI::App& jsonCommand = addJson(app, jsonOptions);
     try {
         const std::span all(argv, static_cast<std::size_t>(argc));
-        parse(app, all.subspan(all.empty() ? 0 : 1), showOptions, callOptions);
+        parse(app, all.subspan(all.empty() ? 0 : 1), showOptions, callOptions, jsonOptions);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? tool::Success : tool::BadUsage;
+    }
+    if (jsonCommand.parsed()) {
+        return tool::json(jsonOptions, std::cout, std::cerr);
     }
     const host::Module module(tool::moduleLocation());
     tool::limitMemory(maxMemory);
@@ -155,7 +184,7 @@ int main(int argc, char** argv) {
     }
     if (!std::cout.flush()) {
         std::cerr << "corvinex: cannot write to the standard output\n";
-        return tool::Failed;
+        return status == tool::OutputFailed ? status : tool::Failed;
     }
     return status;
 }

@@ -1,4 +1,4 @@
-#include "file/byte_order.h"
+#include "format/byte_order.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "file/checked_arithmetic.h"
+#include "format/checked_arithmetic.h"
 
 #include <gtest/gtest.h>
 
