@@ -73,8 +73,8 @@ std::string asciiText(const std::optional<Value>& parameters, const GeoKeyEntry&
     constexpr std::size_t longestCitation = 200;
     std::string_view text = asCharacters(*bytes).substr(key.value, key.count);
     text = text.substr(0, text.find('\0'));
-    // A bar takes the place of the zero at the end.
-    text.remove_suffix(text.ends_with('|') ? 1 : 0);
+    // A bar takes the place of the zero at the end, and parts of a text end in one as well.
+    text = text.substr(0, text.find_last_not_of('|') + 1);
     return "\"" + excerpt(text, longestCitation) + "\"";
 }
 
@@ -168,7 +168,8 @@ Text readGeoKeys(const Subject& subject) {
         reading += reading.empty() ? "" : "\n";
         reading += key != nullptr ? std::string(key->name)
                                   : "Key " + integerText(std::uint64_t{entry.key});
-        reading += ": " + valueText(entry, subject, doubles, ascii);
+        const std::string value = valueText(entry, subject, doubles, ascii);
+        reading += ": " + (value.empty() ? "?" : value);
     }
     return reading.empty() ? std::nullopt : std::optional(reading);
 }

@@ -89,9 +89,9 @@ TEST(Iptc, LongDataSetsTellTheWidthOfTheirLength) {
 TEST(Iptc, StopsWhereTheBlockIsDamaged) {
     EXPECT_EQ(mainReading(33723, undefined(dataSet(2, 5, "sea") + "\x1C\x02\x50\xFF\xFF")),
               "IPTC data, 13 bytes, 1 data set, title \"sea\"");
-    EXPECT_EQ(mainReading(33723, undefined("\x1C\x02")), "IPTC data, 2 bytes, 0 data sets");
+    EXPECT_EQ(mainReading(33723, undefined("\x1C\x02")), "no IPTC data, 2 bytes");
     EXPECT_EQ(mainReading(33723, undefined("\x1C\x02\x05\x80\x04\xFF\xFF\xFF\xFF"sv)),
-              "IPTC data, 9 bytes, 0 data sets");
+              "no IPTC data, 9 bytes");
     EXPECT_EQ(mainReading(33723, shorts({0x1C02})), "-");
 }
 
@@ -112,8 +112,8 @@ TEST(PhotoshopResources, StopsWhereTheBlockIsDamaged) {
     EXPECT_EQ(mainReading(34377, bytes(resource(1028, "", "") + "8BIM" + big16(1036) +
                                        std::string(2, '\0') + big32(0xFFFFFFFF))),
               "Photoshop resources, 24 bytes, 1 resource (IPTC)");
-    EXPECT_EQ(mainReading(34377, bytes("8BIM")), "Photoshop resources, 4 bytes, 0 resources");
-    EXPECT_EQ(mainReading(34377, bytes("x")), "Photoshop resources, 1 byte, 0 resources");
+    EXPECT_EQ(mainReading(34377, bytes("8BIM")), "no Photoshop resources, 4 bytes");
+    EXPECT_EQ(mainReading(34377, bytes("x")), "no Photoshop resources, 1 byte");
 }
 
 }  // namespace

@@ -41,6 +41,7 @@ TEST(ImageJ, TellsTheStack) {
               "0.5 um");
     EXPECT_EQ(mainReading(270, ascii("ImageJ=1.11a\nframes=3\nfinterval=0.25\nunit=\\u00B5m")),
               "ImageJ 1.11a, 3 frames, frame interval 0.25 s");
+    EXPECT_EQ(mainReading(270, ascii("ImageJ=\nimages=1\nslices=x\n")), "ImageJ, 1 image");
 }
 
 TEST(ImageJ, OtherDescriptionsAreTheirOwnReading) {

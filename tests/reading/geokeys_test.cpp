@@ -49,20 +49,20 @@ TEST(GeoKeys, NumbersAndTextsStandInOtherTags) {
         "GeogTOWGS84GeoKey: 0.5, -123.25, 1e+300");
 }
 
-TEST(GeoKeys, ValuesOutsideOfTheirTagsAreEmpty) {
+TEST(GeoKeys, ValuesOutsideOfTheirTagsAreNotKnown) {
     EXPECT_EQ(keysReading({1, 1, 0,    4,     1026, 34737, 10,   99,    3080, 34736,
                            2, 1, 3081, 34736, 1,    0,     3082, 50000, 1,    0},
                           {{34736, doubles({1, 2})}, {34737, ascii("text|")}}),
-              "GTCitationGeoKey: \n"
-              "ProjNatOriginLongGeoKey: \n"
+              "GTCitationGeoKey: ?\n"
+              "ProjNatOriginLongGeoKey: ?\n"
               "ProjNatOriginLatGeoKey: 1\n"
-              "ProjFalseEastingGeoKey: ");
-    EXPECT_EQ(keysReading({1, 1, 0, 1, 1026, 34737, 10, 0}), "GTCitationGeoKey: ");
+              "ProjFalseEastingGeoKey: ?");
+    EXPECT_EQ(keysReading({1, 1, 0, 1, 1026, 34737, 10, 0}), "GTCitationGeoKey: ?");
 }
 
 TEST(GeoKeys, SeveralNumbersStandBehindTheKeys) {
     EXPECT_EQ(keysReading({1, 1, 0, 1, 999, 34735, 2, 8, 11, 12}), "Key 999: 11, 12");
-    EXPECT_EQ(keysReading({1, 1, 0, 1, 999, 34735, 9, 8, 11, 12}), "Key 999: ");
+    EXPECT_EQ(keysReading({1, 1, 0, 1, 999, 34735, 9, 8, 11, 12}), "Key 999: ?");
 }
 
 TEST(GeoKeys, NoMoreKeysAreReadThanThereAre) {

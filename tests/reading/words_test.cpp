@@ -37,6 +37,11 @@ TEST(Words, OfVeryManyCodesTheFirstAreRead) {
     EXPECT_TRUE(reading.ends_with(", ... (1,000 in all)")) << reading;
 }
 
+TEST(Words, BehindTheOneCodeOfATagNothingIsRead) {
+    EXPECT_EQ(exifReading(41728, undefined(std::string_view("\3\0\0\0", 4))),
+              "Digital still camera, ... (4 in all)");
+}
+
 TEST(Words, WhatHoldsNoCodeHasNoWord) {
     EXPECT_EQ(mainReading(259, ascii("5")), "-");
     EXPECT_EQ(mainReading(259, elements<float>(FieldType::Float, {5})), "-");

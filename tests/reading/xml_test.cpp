@@ -108,6 +108,8 @@ TEST(Xmp, TellsSizeTitleAndCreatorTool) {
         "</rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
     EXPECT_EQ(mainReading(700, bytes(packet)),
               "XMP packet, 296 bytes, title \"Sea and  sky\", creator tool \"A Program 2.1\"");
+    EXPECT_EQ(mainReading(700, bytes("<a><xap:CreatorTool>B</xap:CreatorTool></a>")),
+              "XMP packet, 43 bytes, creator tool \"B\"");
     EXPECT_EQ(mainReading(700, undefined("<x:xmpmeta/>")), "XMP packet, 12 bytes");
 }
 
