@@ -62,10 +62,16 @@ std::string pixelSizeText(pugi::xml_node pixels) {
 }  // namespace
 
 std::optional<std::string> describeOmeXml(std::string_view text) {
+    // Comments may stand before the root, which may have a prefix.
     constexpr std::size_t startOfDocument = 4096;
-    if (text.substr(0, startOfDocument).find("OME") == std::string_view::npos ||
-        !trimmed(text).starts_with('<')) {
+    const std::string_view start = text.substr(0, startOfDocument);
+    const bool namesRoot = start.find("<OME") != std::string_view::npos ||
+                           start.find(":OME") != std::string_view::npos;
+    if (!namesRoot || !trimmed(start).starts_with('<')) {
         return std::nullopt;
+    }
+    if (text.size() > longestXml) {
+        return "OME-XML, " + byteCountText(text.size());
     }
     const auto document = parseXml(text);
     const pugi::xml_node root = document ? document->document_element() : pugi::xml_node();

@@ -89,6 +89,18 @@ TEST(Charset, AGuessThatIsNotSureIsNotTaken) {
               "\xC3\xA6\xC3\x8F");
 }
 
+TEST(Charset, ATextReadsTheSameWheneverItComes) {
+    // More texts than are kept, so that each drives others out.
+    for (int round = 0; round < 2; ++round) {
+        for (int character = 0xA1; character < 0x100; ++character) {
+            const std::string text(1, static_cast<char>(character));
+            const std::string expected{static_cast<char>(0xC0 | character >> 6),
+                                       static_cast<char>(0x80 | (character & 0x3F))};
+            EXPECT_EQ(decodeText(text), expected);
+        }
+    }
+}
+
 TEST(Charset, EveryStringOfTwoBytesComesOutAsUtf8) {
     std::string text(2, '\0');
     for (int first = 0; first < 256; ++first) {

@@ -88,6 +88,10 @@ TEST(DerivedOfFile, SizeIsThatOfTheImage) {
     parts.frame = {640, 480};
     EXPECT_EQ(textOf(fileFacts(parts)), "width 640, height 480, pages 1");
     EXPECT_EQ(textOf(fileFacts({})), "pages 0");
+    const Entries narrow{{256, shorts({20})}};
+    parts.frame.reset();
+    parts.image = &narrow;
+    EXPECT_EQ(textOf(fileFacts(parts)), "width 20, pages 1");
 }
 
 TEST(DerivedOfFile, APhotoTellsWhenAndWithWhatItWasTaken) {

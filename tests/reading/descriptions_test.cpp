@@ -27,6 +27,8 @@ TEST(OmeXml, TellsNoMoreThanTheFileDoes) {
                                      "</ome:OME>")),
               "OME-XML, 1 image, 1 channel, pixel size 2 nm");
     EXPECT_EQ(mainReading(270, ascii("<OME/>")), "OME-XML, 0 images");
+    EXPECT_EQ(mainReading(270, ascii("<OME>" + std::string(5'000'000, ' ') + "</OME>")),
+              "OME-XML, 5,000,011 bytes");
     EXPECT_EQ(mainReading(270, ascii("<OME><Image>")), "-");
     EXPECT_EQ(mainReading(270, ascii("<SOMETHING/>")), "-");
     EXPECT_EQ(mainReading(270, ascii("ROME at night")), "-");

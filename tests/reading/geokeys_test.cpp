@@ -75,6 +75,16 @@ TEST(GeoKeys, NoMoreKeysAreReadThanThereAre) {
     EXPECT_EQ(mainReading(34737, ascii("UTM|")), "-");
 }
 
+TEST(GeoKeys, OneTextAgainAndAgainIsNoLongReading) {
+    std::vector<std::uint16_t> keys{1, 1, 0, 256};
+    for (int key = 0; key < 256; ++key) {
+        keys.insert(keys.end(), {1026, 34737, 200, 0});
+    }
+    const std::string reading = keysReading(keys, {{34737, ascii(std::string(200, 'x') + "|")}});
+    EXPECT_TRUE(reading.ends_with("x\"\n...")) << reading;
+    EXPECT_LT(reading.size(), 4500u);
+}
+
 TEST(GeoKeys, TheProjectedSystemIsThatOfTheImage) {
     EXPECT_EQ(codeOf({1, 1, 0, 3, 1024, 0, 1, 1, 2048, 0, 1, 4326, 3072, 0, 1, 32633}), 32633);
     EXPECT_EQ(codeOf({1, 1, 0, 2, 1024, 0, 1, 2, 2048, 0, 1, 4326}), 4326);
