@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <limits>
 #include <memory>
 
@@ -71,6 +72,38 @@ std::optional<std::string> convert(std::string_view bytes, std::string_view set)
                                   converter.get(), status);
     return U_SUCCESS(status) ? std::optional(toUtf8(text)) : std::nullopt;
 }
+
+std::string decodeGuessed(std::string_view bytes) {
+    auto text = convert(bytes, guessSet(bytes));
+    return text ? *std::move(text) : convert(bytes, fallbackSet).value_or("");
+}
+
+/// Texts that were decoded before. Guessing takes by far longer than all else that is done for a
+/// text, and a file repeats its texts from page to page.
+class DecodedTexts {
+  public:
+    std::string find(std::string_view bytes) {
+        if (bytes.size() > longestKept) {
+            return decodeGuessed(bytes);
+        }
+        Row& row = rows_[std::hash<std::string_view>()(bytes) % rows_.size()];
+        if (row.bytes != bytes) {
+            // Should memory run out in between, no text stays with the bytes of another.
+            row.bytes.clear();
+            row.text = decodeGuessed(bytes);
+            row.bytes = bytes;
+        }
+        return row.text;
+    }
+
+  private:
+    static constexpr std::size_t longestKept = 4096;
+    struct Row {
+        std::string bytes;
+        std::string text;
+    };
+    std::array<Row, 8> rows_;
+};
 
 char16_t unitAt(std::span<const std::uint8_t> bytes, std::size_t index, std::endian order) {
     const std::uint8_t first = bytes[2 * index];
@@ -154,11 +187,8 @@ std::string decodeText(std::string_view bytes) {
         }
         return result;
     }
-    const std::string_view set = guessSet(bytes);
-    if (auto text = convert(bytes, set)) {
-        return *std::move(text);
-    }
-    return convert(bytes, fallbackSet).value_or("");
+    thread_local DecodedTexts decoded;
+    return decoded.find(bytes);
 }
 
 std::string decodeUtf16(std::span<const std::uint8_t> bytes, std::endian order) {

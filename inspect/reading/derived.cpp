@@ -80,17 +80,20 @@ bool isReducedImage(const Siblings& directory) {
 
 std::vector<DerivedFact> fileFacts(const FileParts& parts) {
     std::vector<DerivedFact> facts;
-    auto size = parts.frame;
-    if (!size && parts.image != nullptr) {
-        const auto width = unsignedOf(*parts.image, imageWidth);
-        const auto height = unsignedOf(*parts.image, imageLength);
-        if (width && height) {
-            size = {*width, *height};
-        }
+    std::optional<std::uint64_t> width;
+    std::optional<std::uint64_t> height;
+    if (parts.frame) {
+        width = parts.frame->first;
+        height = parts.frame->second;
+    } else if (parts.image != nullptr) {
+        width = unsignedOf(*parts.image, imageWidth);
+        height = unsignedOf(*parts.image, imageLength);
     }
-    if (size) {
-        facts.push_back({"width", size->first});
-        facts.push_back({"height", size->second});
+    if (width) {
+        facts.push_back({"width", *width});
+    }
+    if (height) {
+        facts.push_back({"height", *height});
     }
     facts.push_back({"pages", parts.pages});
     addPhotoFacts(facts, parts);

@@ -20,7 +20,7 @@ bool isControl(std::int32_t character) {
 std::string excerpt(std::string_view text, std::size_t mostCharacters) {
     constexpr std::size_t mostBytesEach = 4;
     constexpr std::string_view more = "...";
-    text = trimmed(text);
+    text = trimmed(text.substr(0, text.find('\0')));
     // Whatever the set of a text, a character has at most four bytes: what is behind can be left
     // out before a large text is decoded, and a character cut there is beyond what is shown.
     const std::string decoded =
@@ -38,6 +38,8 @@ std::string excerpt(std::string_view text, std::size_t mostCharacters) {
             result.append(start.substr(0, start.size() - rest.size()));
         }
     }
+    // Control characters at the end have become blanks.
+    result.resize(withoutEndBlanks(result).size());
     return result;
 }
 

@@ -31,8 +31,11 @@ constexpr std::uint16_t userDefined = 32767;
 /// The standard has less than 50 keys, each at most once.
 constexpr std::size_t mostKeys = 256;
 constexpr std::size_t mostNumbers = 16;
-/// Parameters of real files take some hundred bytes.
-constexpr std::size_t mostParameterBytes = std::size_t{64} << 10U;
+/// Parameters of real files take some hundred bytes; a file may have as many directories that share
+/// long ones as it has room for.
+constexpr std::size_t mostParameterBytes = std::size_t{8} << 10U;
+/// A text of several keys may be the same one again and again.
+constexpr std::size_t longestReading = std::size_t{4} << 10U;
 
 bool isRegistered(std::uint16_t code) noexcept {
     return code >= firstRegistered && code < userDefined;
@@ -73,8 +76,8 @@ std::string asciiText(const std::optional<Value>& parameters, const GeoKeyEntry&
     constexpr std::size_t longestCitation = 200;
     std::string_view text = asCharacters(*bytes).substr(key.value, key.count);
     text = text.substr(0, text.find('\0'));
-    // A bar takes the place of the zero at the end.
-    text.remove_suffix(text.ends_with('|') ? 1 : 0);
+    // A bar takes the place of the zero at the end, and parts of a text end in one as well.
+    text = text.substr(0, text.find_last_not_of('|') + 1);
     return "\"" + excerpt(text, longestCitation) + "\"";
 }
 
@@ -164,11 +167,16 @@ Text readGeoKeys(const Subject& subject) {
     const std::optional<Value> ascii = parameters(asciiParams);
     std::string reading;
     for (const GeoKeyEntry& entry : keys) {
+        if (reading.size() > longestReading) {
+            reading += "\n...";
+            break;
+        }
         const registry::GeoKey* key = registry::findGeoKey(entry.key);
         reading += reading.empty() ? "" : "\n";
         reading += key != nullptr ? std::string(key->name)
                                   : "Key " + integerText(std::uint64_t{entry.key});
-        reading += ": " + valueText(entry, subject, doubles, ascii);
+        const std::string value = valueText(entry, subject, doubles, ascii);
+        reading += ": " + (value.empty() ? "?" : value);
     }
     return reading.empty() ? std::nullopt : std::optional(reading);
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cstdint>
 
 #include "inspect/reading/elements.h"
 #include "inspect/reading/excerpt.h"
@@ -13,18 +15,17 @@ namespace {
 
 constexpr std::uint16_t xResolution = 282;
 
-/// A line of an ImageJ description, and how it is told.
-struct Key {
-    std::string_view name;
-    std::string_view before;
-    std::string_view behind;
+/// A line of an ImageJ description that counts something.
+struct Count {
+    std::string_view key;
+    std::string_view one;
+    std::string_view several;
 };
-constexpr std::array imageJKeys{
-    Key{"images", "", " images"},
-    Key{"channels", "", " channels"},
-    Key{"slices", "", " slices"},
-    Key{"frames", "", " frames"},
-    Key{"finterval", "frame interval ", " s"},
+constexpr std::array counts{
+    Count{"images", "image", "images"},
+    Count{"channels", "channel", "channels"},
+    Count{"slices", "slice", "slices"},
+    Count{"frames", "frame", "frames"},
 };
 
 /// The value of a line "name=value".
@@ -53,11 +54,17 @@ std::optional<std::string> describeImageJ(std::string_view text, const Siblings&
         return std::nullopt;
     }
     text = text.substr(0, longestKeys);
-    std::string reading = "ImageJ " + valueOf(text, "ImageJ");
-    for (const Key& key : imageJKeys) {
-        if (const std::string value = valueOf(text, key.name); !value.empty()) {
-            reading += ", " + std::string(key.before) + value + std::string(key.behind);
+    const std::string version = valueOf(text, "ImageJ");
+    std::string reading = concat({"ImageJ", version.empty() ? "" : " ", version});
+    for (const Count& count : counts) {
+        const std::string value = valueOf(text, count.key);
+        std::uint64_t number = 0;
+        if (std::from_chars(value.data(), value.data() + value.size(), number).ec == std::errc()) {
+            reading += ", " + countText(number, count.one, count.several);
         }
+    }
+    if (const std::string interval = valueOf(text, "finterval"); !interval.empty()) {
+        reading += ", frame interval " + interval + " s";
     }
     const std::string unit = unitOf(text);
     if (unit.empty()) {

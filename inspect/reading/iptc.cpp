@@ -103,8 +103,11 @@ Text readIptc(const Subject& subject) {
         return std::nullopt;
     }
     const Walk walk = walkDataSets(*block);
-    std::string reading = "IPTC data, " + byteCountText(block->size()) + ", " +
-                          groupedText(walk.found) + (walk.found == 1 ? " data set" : " data sets");
+    if (walk.found == 0) {
+        return "no IPTC data, " + byteCountText(block->size());
+    }
+    std::string reading = concat({"IPTC data, ", byteCountText(block->size()), ", ",
+                                  countText(walk.found, "data set", "data sets")});
     for (std::size_t set = 0; set < dataSets.size(); ++set) {
         if (!walk.texts[set].empty()) {
             reading += ", " + std::string(dataSets[set].label) + " \"" + walk.texts[set] + "\"";

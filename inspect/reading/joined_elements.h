@@ -14,11 +14,12 @@ namespace corvinex::inspect::reading {
 inline constexpr std::size_t mostElementsRead = 64;
 
 /// What read gives for each element, joined by ", ", the first of them and their number when there
-/// are very many. Nothing as soon as it gives nothing for one.
+/// are more than most. Nothing as soon as it gives nothing for one.
 template <class Read>
-std::optional<std::string> joinElements(const Value& value, Read read) {
+std::optional<std::string> joinElements(const Value& value, Read read,
+                                        std::size_t most = mostElementsRead) {
     std::string text;
-    for (std::size_t index = 0; index < std::min(value.size(), mostElementsRead); ++index) {
+    for (std::size_t index = 0; index < std::min(value.size(), most); ++index) {
         const std::optional<std::string> element = read(index);
         if (!element) {
             return std::nullopt;
@@ -26,7 +27,7 @@ std::optional<std::string> joinElements(const Value& value, Read read) {
         text += index > 0 ? ", " : "";
         text += *element;
     }
-    if (value.size() > mostElementsRead) {
+    if (value.size() > most) {
         text += ", ... (" + groupedText(value.size()) + " in all)";
     }
     return text.empty() ? std::nullopt : std::optional(std::move(text));

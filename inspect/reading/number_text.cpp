@@ -89,8 +89,12 @@ std::string concat(std::initializer_list<std::string_view> parts) {
     return text;
 }
 
+std::string countText(std::uint64_t number, std::string_view one, std::string_view several) {
+    return concat({groupedText(number), " ", number == 1 ? one : several});
+}
+
 std::string byteCountText(std::uint64_t bytes) {
-    return groupedText(bytes) + (bytes == 1 ? " byte" : " bytes");
+    return countText(bytes, "byte", "bytes");
 }
 
 }  // namespace corvinex::inspect::reading

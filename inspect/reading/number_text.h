@@ -34,6 +34,10 @@ namespace corvinex::inspect::reading {
 /// The parts in one text.
 [[nodiscard]] std::string concat(std::initializer_list<std::string_view> parts);
 
+/// "3,144 slices", "1 slice": a number and what is counted, as one and as several are called.
+[[nodiscard]] std::string countText(std::uint64_t number, std::string_view one,
+                                    std::string_view several);
+
 /// "3,144 bytes", "1 byte".
 [[nodiscard]] std::string byteCountText(std::uint64_t bytes);
 

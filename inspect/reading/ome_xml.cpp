@@ -21,10 +21,6 @@ std::uint64_t sizeOf(pugi::xml_node pixels, const char* attribute) {
     return result.ec == std::errc() && result.ptr == text.data() + text.size() ? size : 0;
 }
 
-std::string plural(std::uint64_t number, std::string_view one, std::string_view several) {
-    return groupedText(number) + " " + std::string(number == 1 ? one : several);
-}
-
 /// ", 3 channels (DAPI, FITC, Cy5)".
 std::string channelsText(pugi::xml_node pixels) {
     const std::uint64_t channels = sizeOf(pixels, "SizeC");
@@ -42,7 +38,7 @@ std::string channelsText(pugi::xml_node pixels) {
             ++named;
         }
     }
-    return ", " + plural(channels, "channel", "channels") +
+    return ", " + countText(channels, "channel", "channels") +
            (names.empty() ? "" : " (" + names + ")");
 }
 
@@ -66,10 +62,16 @@ std::string pixelSizeText(pugi::xml_node pixels) {
 }  // namespace
 
 std::optional<std::string> describeOmeXml(std::string_view text) {
+    // Comments may stand before the root, which may have a prefix.
     constexpr std::size_t startOfDocument = 4096;
-    if (text.substr(0, startOfDocument).find("OME") == std::string_view::npos ||
-        !trimmed(text).starts_with('<')) {
+    const std::string_view start = text.substr(0, startOfDocument);
+    const bool namesRoot = start.find("<OME") != std::string_view::npos ||
+                           start.find(":OME") != std::string_view::npos;
+    if (!namesRoot || !trimmed(start).starts_with('<')) {
         return std::nullopt;
+    }
+    if (text.size() > longestXml) {
+        return "OME-XML, " + byteCountText(text.size());
     }
     const auto document = parseXml(text);
     const pugi::xml_node root = document ? document->document_element() : pugi::xml_node();
@@ -80,7 +82,7 @@ std::optional<std::string> describeOmeXml(std::string_view text) {
     for (const pugi::xml_node child : root.children()) {
         images += localName(child.name()) == "Image" ? 1 : 0;
     }
-    std::string reading = "OME-XML, " + plural(images, "image", "images");
+    std::string reading = "OME-XML, " + countText(images, "image", "images");
     const pugi::xml_node image = childNamed(root, "Image");
     if (const std::string name = excerpt(image.attribute("Name").value()); !name.empty()) {
         reading += ", \"" + name + "\"";
@@ -93,10 +95,10 @@ std::optional<std::string> describeOmeXml(std::string_view text) {
     }
     reading += channelsText(pixels);
     if (const std::uint64_t slices = sizeOf(pixels, "SizeZ"); slices > 0) {
-        reading += ", " + plural(slices, "slice", "slices");
+        reading += ", " + countText(slices, "slice", "slices");
     }
     if (const std::uint64_t times = sizeOf(pixels, "SizeT"); times > 0) {
-        reading += ", " + plural(times, "time point", "time points");
+        reading += ", " + countText(times, "time point", "time points");
     }
     return reading + pixelSizeText(pixels);
 }

@@ -9,7 +9,7 @@ namespace corvinex::inspect::reading {
 // Digests and identifiers are compared by eye, digit by digit; of more bytes their number is all
 // that a person can use.
 Text readOpaque(const Subject& subject) {
-    constexpr std::size_t mostInDigits = 32;
+    constexpr std::size_t mostInDigits = 16;
     constexpr std::string_view digits = "0123456789abcdef";
     const auto bytes = bytesOf(subject.value);
     if (!bytes || charactersOf(subject.value)) {

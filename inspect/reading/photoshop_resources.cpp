@@ -57,6 +57,9 @@ Text readPhotoshopResources(const Subject& subject) {
         }
         place = sizePlace + 4 + evened(*size);
     }
+    if (found == 0) {
+        return "no Photoshop resources, " + byteCountText(block->size());
+    }
     std::string names;
     for (std::size_t row = 0; row < resources.size(); ++row) {
         const std::string name(resources[row].name);
@@ -64,8 +67,9 @@ Text readPhotoshopResources(const Subject& subject) {
             names += (names.empty() ? "" : ", ") + name;
         }
     }
-    return "Photoshop resources, " + byteCountText(block->size()) + ", " + groupedText(found) +
-           (found == 1 ? " resource" : " resources") + (names.empty() ? "" : " (" + names + ")");
+    return concat({"Photoshop resources, ", byteCountText(block->size()), ", ",
+                   countText(found, "resource", "resources"), names.empty() ? "" : " (", names,
+                   names.empty() ? "" : ")"});
 }
 
 }  // namespace corvinex::inspect::reading

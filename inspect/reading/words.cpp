@@ -116,10 +116,12 @@ Text readCode(const Subject& subject) {
         const auto word = subject.fact.words->find(*code);
         return word ? std::string(*word) : unknown(*code);
     }
-    return joinElements(subject.value, [&](std::size_t index) -> std::optional<std::string> {
+    const auto read = [&](std::size_t index) -> std::optional<std::string> {
         const auto code = codeText(subject.value, index);
         return code ? wordAt(subject, index).value_or(unknown(*code)) : code;
-    });
+    };
+    // What follows the one code of a tag means nothing.
+    return joinElements(subject.value, read, subject.fact.count == "1" ? 1 : mostElementsRead);
 }
 
 Text readFlags(const Subject& subject) {

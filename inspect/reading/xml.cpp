@@ -3,9 +3,6 @@
 namespace corvinex::inspect::reading {
 namespace {
 
-/// A parsed document takes up to 20 times its text; packets of real files are a tenth as long as
-/// this at most.
-constexpr std::size_t longestDocument = std::size_t{4} << 20U;
 constexpr int deepestIndented = 64;
 
 /// The node behind this one in document order, within root. Keeps the depth below root.
@@ -35,7 +32,7 @@ class StringWriter : public pugi::xml_writer {
 }  // namespace
 
 std::unique_ptr<pugi::xml_document> parseXml(std::string_view text) {
-    if (text.empty() || text.size() > longestDocument) {
+    if (text.empty() || text.size() > longestXml) {
         return nullptr;
     }
     auto document = std::make_unique<pugi::xml_document>();

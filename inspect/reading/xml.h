@@ -13,8 +13,12 @@
 
 namespace corvinex::inspect::reading {
 
-/// The document, or null: it is not well formed, or longer than what a person's metadata come to.
-/// Text and attributes of its nodes are bytes that need not be UTF-8.
+/// The longest document that is parsed. A parsed one takes up to 20 times its text, and packets of
+/// real files are a tenth as long as this.
+inline constexpr std::size_t longestXml = std::size_t{4} << 20U;
+
+/// The document, or null: it is not well formed, or longer than the longest. Text and attributes of
+/// its nodes are bytes that need not be UTF-8.
 [[nodiscard]] std::unique_ptr<pugi::xml_document> parseXml(std::string_view text);
 
 /// The name behind a prefix: "title" of "dc:title".

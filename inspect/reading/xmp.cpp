@@ -18,6 +18,8 @@ struct Property {
 constexpr std::array properties{
     Property{"dc:title", "title"},
     Property{"xmp:CreatorTool", "creator tool"},
+    // The prefix that older packets use for the same.
+    Property{"xap:CreatorTool", "creator tool"},
 };
 
 /// The text of an element, or of the first one below it that has some: properties in several
