@@ -565,6 +565,7 @@ inline constexpr ValueWord exposureProgramValues[] = {
     {6, "Action program"},
     {7, "Portrait mode"},
     {8, "Landscape mode"},
+    {9, "Bulb"},  // not of the standard, but what cameras write
 };
 inline constexpr Words exposureProgram{exposureProgramValues};
 static_assert(isWordTable(exposureProgram));

@@ -16,7 +16,7 @@ constexpr int mostDecimals = 12;
 template <class Number>
 std::string allDigits(Number value) {
     std::array<char, 32> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
     return {text.data(), end};
 }
 
@@ -27,9 +27,9 @@ std::optional<std::string> decimalText(double value, int decimals) {
         return std::nullopt;
     }
     std::array<char, 40> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
-                                   std::chars_format::fixed, decimals)
-                         .ptr;
+    char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                    std::chars_format::fixed, decimals)
+                          .ptr;
     std::string text(digits.data(), end);
     if (text.find('.') != std::string::npos) {
         text.erase(text.find_last_not_of('0') + 1);

@@ -22,7 +22,7 @@ std::optional<double> sexagesimalOf(const Value& value) {
     constexpr std::size_t mostParts = 3;
     double sum = 0;
     double unit = 1;
-    for (std::size_t part = 0; part < std::min(value.size(), mostParts); ++part, unit /= inWhole) {
+    for (std::size_t part = 0; part < std::min(value.size(), mostParts); ++part) {
         const auto number = numberAt(value, part);
         if (number && !(std::abs(*number) <= largestPart)) {
             return std::nullopt;
@@ -31,6 +31,7 @@ std::optional<double> sexagesimalOf(const Value& value) {
             return std::nullopt;
         }
         sum += number.value_or(0) * unit;
+        unit /= inWhole;
     }
     return value.size() == 0 || charactersOf(value) ? std::nullopt : std::optional(sum);
 }
@@ -112,7 +113,7 @@ Text readGpsTime(const Subject& subject) {
     constexpr double inSecond = 100;
     constexpr double inHour = 3600;
     constexpr std::uint64_t inMinute = 6'000;
-    constexpr std::uint64_t inDay = 24 * 60 * inMinute;
+    constexpr std::uint64_t inDay = std::uint64_t{24} * 60 * inMinute;
     if (isClock(subject.value)) {
         const auto hour = static_cast<std::uint64_t>(numberAt(subject.value, 0).value_or(0));
         const auto minute = static_cast<std::uint64_t>(numberAt(subject.value, 1).value_or(0));

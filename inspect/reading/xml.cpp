@@ -63,8 +63,9 @@ std::optional<std::string> indentedXml(std::string_view text) {
     if (!document) {
         return std::nullopt;
     }
+    const pugi::xml_node root = document->root();
     int depth = 0;
-    for (pugi::xml_node node = *document; node; node = nextNode(node, *document, depth)) {
+    for (pugi::xml_node node = root; node; node = nextNode(node, root, depth)) {
         if (depth > deepestIndented) {
             return std::nullopt;
         }

@@ -61,7 +61,7 @@ Text readXmp(const Subject& subject) {
     std::string reading = "XMP packet, " + byteCountText(bytesOf(subject.value)->size());
     if (const auto document = parseXml(*text)) {
         for (const Property& property : properties) {
-            const std::string value = propertyOf(*document, property.name);
+            const std::string value = propertyOf(document->root(), property.name);
             if (!value.empty()) {
                 reading += ", " + std::string(property.label) + " \"" + value + "\"";
             }

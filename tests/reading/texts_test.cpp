@@ -77,6 +77,23 @@ TEST(Opaque, ShortBytesAreDigitsAndLongOnesACount) {
     EXPECT_EQ(mainReading(20485, ascii("flags")), "-");
 }
 
+TEST(FilterPattern, IsReadRowByRow) {
+    EXPECT_EQ(exifReading(41730, undefined("\2\0\2\0\0\1\1\2"sv)), "Red,Green / Green,Blue");
+    EXPECT_EQ(readingIn(DirectoryKind::Exif, 41730, undefined("\0\2\0\2\2\1\1\0"sv), {},
+                        std::endian::big),
+              "Blue,Green / Green,Red");
+}
+
+TEST(FilterPattern, ItsHeadMayHaveTheOtherByteOrder) {
+    EXPECT_EQ(exifReading(41730, undefined("\0\3\0\1\0\1\2"sv)), "Red,Green,Blue");
+}
+
+TEST(FilterPattern, OfAnotherSizeIsOnlyBytes) {
+    EXPECT_EQ(exifReading(41730, undefined("\2\0\2\0\0\1\1"sv)), "02000200000101");
+    EXPECT_EQ(exifReading(41730, undefined("\0\0\0\0\1"sv)), "0000000001");
+    EXPECT_EQ(exifReading(41730, undefined("\2\0\2\0"sv)), "02000200");
+}
+
 TEST(MakerNote, IsNamedByTheMakerWhoseMarkItBears) {
     EXPECT_EQ(exifReading(37500, undefined("Nikon\0\2\0"sv)), "Nikon maker note, 8 bytes");
     EXPECT_EQ(exifReading(37500, undefined(std::string(5000, '\0'))), "maker note, 5,000 bytes");
