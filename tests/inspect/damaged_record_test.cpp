@@ -63,4 +63,4 @@ TEST_P(DamagedRecord, IsALineOfJsonForAFileWithAnyByteChanged) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, DamagedRecord, testing::ValuesIn(test::sampleFiles()),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& sample) { return sample.param.name; });

@@ -301,3 +301,11 @@ TEST(FlatRecord, HasPlainNamesAndValues) {
     EXPECT_EQ(codes["0.Compression"], 50'000);
     EXPECT_EQ(codes["0.exif.Flash"], 1);
 }
+
+TEST(FlatRecord, ReadsACodeThatIsNoUtf8AsText) {
+    test::TiffBuilder builder;
+    const auto gps = builder.add({test::text(1, "\xD6")});
+    const auto first = builder.add({test::pointers(34853, test::LONG, {gps})});
+    builder.chain({first});
+    EXPECT_EQ(record(builder.bytes(), {}, Form::Flat)["0.gps.GPSLatitudeRef"], "\xC3\x96");
+}
