@@ -6,8 +6,8 @@
 
 namespace bench {
 
-/// What every program of the benchmark is told: the files to read and how often. "@LIST" stands for
-/// the files that a text file names, one a line, relative to the list's own folder.
+/// The arguments of every program of the benchmark: the files to read and how often. "@LIST" stands
+/// for the files that a text file names, one in each line, relative to the list's own folder.
 class Arguments {
   public:
     /// Reads the command line `[--OPTION...] [--repeat N] FILE... | @LIST`. Ends the process with

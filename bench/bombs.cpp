@@ -1,5 +1,5 @@
-// What pointer bombs cost: processor time, peak memory and stack of one call each, every bomb in a
-// process of its own. Ends with 1 when a bomb passes a limit.
+// Measures what pointer bombs cost: the processor time, peak memory and stack of one call each,
+// every bomb in a process of its own. The program ends with status 1 when a bomb passes a limit.
 //   bombs [NAME]
 
 #include <pthread.h>
@@ -18,7 +18,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/module.h"
+#include "host/loading/module.h"
 #include "tests/bombs/bomb_files.h"
 
 namespace {
@@ -56,7 +56,8 @@ class MeasuredStack {
         ::pthread_attr_destroy(&attributes);
     }
 
-    /// Bytes from the lowest one that was written to the top; fresh pages are zero.
+    /// The bytes from the lowest one that was written up to the top. Pages that nobody has written
+    /// are zero.
     [[nodiscard]] std::size_t used() const {
         const auto* const first = static_cast<const unsigned char*>(memory_);
         const auto* const last = first + stackSize;
@@ -88,7 +89,7 @@ std::string outcomeOf(const host::CallResult& result) {
     return text + ", " + std::to_string(result.warnings.size()) + " warning(s)";
 }
 
-/// One call; prints its row. False when a limit is passed.
+/// Makes one call and prints its row. Returns false when the call passes a limit.
 bool measure(const host::Module& module, const std::string& title, const std::u16string& file,
              double headerPosition) {
     double seconds = 0;
@@ -108,7 +109,7 @@ bool measure(const host::Module& module, const std::string& title, const std::u1
     return holds;
 }
 
-/// The same in a process of its own: a peak of memory cannot be taken back.
+/// Does the same in a process of its own, because the peak memory of a process never falls.
 bool measureApart(const test::PointerBomb& bomb, test::Container container,
                   const std::filesystem::path& path) {
     static_cast<void>(std::fflush(stdout));

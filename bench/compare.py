@@ -29,7 +29,7 @@ class Case:
     name: str
     argument: str
     programs: list
-    # Rounds in proportion to the number asked for: long runs need fewer, short ones more.
+    # The rounds are this many times the number asked for: short runs need more of them.
     share: float = 1
 
 
@@ -45,6 +45,7 @@ CASES = [
     Case("pages-500k", "pages-500k.tif", [MODULE, "libtiff", "floor"], 0.25),
     Case("scattered-20k", "scattered-20k.tif", [MODULE, "libtiff", "libtiff, reading", "floor"]),
     Case("wide-60k", "wide-60k.tif", [MODULE, "floor"], 2),
+    Case("wide-text", "wide-text.tif", [MODULE, "floor"], 2),
     Case("big-arrays", "big-arrays.tif", [MODULE, "libtiff", "floor"]),
     Case("small-tiff", "@small-tiff.list", [MODULE, "libtiff", "exiv2", "floor"]),
     Case("small-jpeg", "@small-jpeg.list", [MODULE, "libexif", "exiv2", "floor"], 2),
@@ -73,7 +74,7 @@ class Programs:
         return str(self.bench / name)
 
     def command(self, program, argument):
-        # From the current folder, as a list's files are found from the list's own name.
+        # The paths are relative to the inputs' folder, in which the programs are started.
         return [*self.commands[program], argument]
 
     def counting(self, argument):
@@ -111,7 +112,7 @@ class Bench:
 
     def run(self, command, is_tool=False):
         measure = str(self.programs.bench / "measure")
-        # The tool's output is the result as text, which nobody here reads.
+        # The tool prints the whole result as text, which is not needed here.
         done = subprocess.run(
             [measure, *command],
             cwd=self.programs.inputs,
@@ -147,7 +148,7 @@ class Bench:
         show_progress("")
 
     def check(self, case):
-        """Compares what the programs count; returns complaints."""
+        """Compares what the programs count, and returns the differences as sentences."""
         self.count(case)
         expected = {name: self.counts[case.name][name] for name in ("directories", "values")}
         complaints = []
@@ -173,7 +174,7 @@ class Bench:
         return statistics.median(run.peak for run in self.runs[case, program])
 
     def ratio(self, case, program, other):
-        """Of CPU seconds; nothing where one did not run."""
+        """The ratio of CPU seconds, or None where one of the two did not run."""
         pairs = zip(self.runs.get((case, program), []), self.runs.get((case, other), []))
         ratios = [run.cpu / other_run.cpu for run, other_run in pairs]
         return statistics.median(ratios) if ratios else None
@@ -212,6 +213,7 @@ def cpu_targets(bench):
         ("scattered-20k", "libtiff, reading", 0.8),
         ("scattered-20k", "floor", 1.7),
         ("wide-60k", "floor", 6),
+        ("wide-text", "floor", 8),
         ("big-arrays", "libtiff", 0.5),
         ("big-arrays", "floor", 4),
         ("small-tiff", "libtiff", 0.75),

@@ -21,7 +21,7 @@ unsigned widthOf(Type type) {
     }
 }
 
-// Values begin at even offsets, as TIFF asks.
+// TIFF asks for even offsets of values.
 std::uint64_t evened(std::uint64_t size) {
     return size + size % 2;
 }

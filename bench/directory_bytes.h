@@ -29,12 +29,12 @@ using Bytes = std::vector<unsigned char>;
 /// Appends the low bytes of a number.
 void appendNumber(Bytes& out, std::uint64_t value, unsigned width, ByteOrder order);
 
-/// A header whose first directory follows it at once.
+/// Appends a header whose first directory follows it at once.
 void appendHeader(Bytes& out, ByteOrder order, Layout layout);
 [[nodiscard]] std::uint64_t headerSize(Layout layout);
 
-/// One directory in the making: its entries, ascending by tag, and the bytes of their values. It
-/// is made to be filled again and again.
+/// A directory that is being put together: its entries, ascending by tag, and the bytes of their
+/// values. It keeps its memory when it is cleared, so that it can be filled again and again.
 class Directory {
   public:
     Directory(ByteOrder order, Layout layout) : order_(order), layout_(layout) {}
@@ -46,26 +46,26 @@ class Directory {
         return numbers(tag, type, std::span(values.begin(), values.size()));
     }
     Directory& doubles(std::uint16_t tag, std::initializer_list<double> values);
-    /// Numerators and denominators.
+    /// The values are pairs of a numerator and a denominator.
     Directory& rationals(std::uint16_t tag,
                          std::initializer_list<std::pair<std::uint32_t, std::uint32_t>> values,
                          Type type = Type::Rational);
-    /// ASCII with its closing zero, or other bytes as they are.
+    /// Adds ASCII with its closing zero, or other bytes as they are.
     Directory& text(std::uint16_t tag, std::string_view characters);
     Directory& bytes(std::uint16_t tag, Type type, std::string_view content);
 
-    /// Bytes of the entries with the count before and the next offset behind them, and of the
-    /// values that stand outside.
+    /// The bytes of the entries, with the entry count before and the next offset after them, and
+    /// the bytes of the values that stand outside of their entries.
     [[nodiscard]] std::uint64_t blockSize() const;
     [[nodiscard]] std::uint64_t valuesSize() const;
-    /// Of both, which is where the next directory may stand.
+    /// The bytes of both together, after which the next directory may stand.
     [[nodiscard]] std::uint64_t size() const { return blockSize() + valuesSize(); }
 
     /// Appends the directory with its values behind it, position being its offset in the file.
     void append(Bytes& out, std::uint64_t position, std::uint64_t next) const;
     /// Appends the directory alone; the values outside stand at these offsets, in their order.
     void appendBlock(Bytes& out, std::span<const std::uint64_t> offsets, std::uint64_t next) const;
-    /// The values outside, in the order of their entries.
+    /// The values that stand outside, in the order of their entries.
     [[nodiscard]] std::vector<std::span<const unsigned char>> valuesOutside() const;
 
   private:

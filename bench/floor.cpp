@@ -1,5 +1,6 @@
-// The floor of the work: reads the same bytes with stdio and turns every value into doubles in one
-// reused buffer. Builds nothing, names nothing, checks nothing: its inputs are sound.
+// The least that any reader of all values could do: this program reads the same bytes with stdio
+// and turns every value into doubles in one reused buffer. It builds no result, looks up no names
+// and checks nothing, because its inputs are sound.
 //   floor [--repeat N] FILE... | @LIST
 
 #include <algorithm>
@@ -18,7 +19,7 @@
 
 namespace {
 
-/// A stream that knows where it stands: a seek costs a system call even when it leads nowhere.
+/// A stream that knows its position, because a seek costs a system call even to where it stands.
 class Stream {
   public:
     explicit Stream(const char* path) : file_(std::fopen(path, "rb")) {
@@ -38,7 +39,7 @@ class Stream {
     void moveTo(std::uint64_t target) {
         constexpr std::uint64_t shortGap = 256;
         if (target > position_ && target - position_ <= shortGap) {
-            // Left as it is found: what is read is not looked at.
+            // The array needs no value, because nobody looks at what is read into it.
             // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
             std::array<unsigned char, shortGap> passedOver;
             read(passedOver.data(), target - position_);
@@ -66,7 +67,7 @@ class Stream {
     std::uint64_t position_ = 0;
 };
 
-/// The reused buffer; it has room for the largest value so far.
+/// The reused buffer, which has room for the largest value so far.
 class Numbers {
   public:
     double* room(std::uint64_t count) {
@@ -115,7 +116,7 @@ struct FieldType {
     void (*convert)(const unsigned char* bytes, std::uint64_t count, double* out);
 };
 
-/// By type code.
+/// The types of values, indexed by their codes.
 template <bool Swap>
 constexpr std::array<FieldType, 19> fieldTypes{{
     {0, nullptr},
@@ -143,10 +144,12 @@ constexpr bool isPointer(unsigned tag) {
     return tag == 330 || tag == 34665 || tag == 34853 || tag == 40965;
 }
 
-// With auto the sums and products of a classic file's numbers would be of 32 bits.
+// The types are spelled out: with auto, sums and products of a classic file's numbers would have 32
+// bits.
 // NOLINTBEGIN(modernize-use-auto)
 
-/// Reads one structure in one byte order, classic (Offset of 4 bytes, Count of 2) or big (8 and 8).
+/// Reads one structure in one byte order: a classic one, with an Offset of 4 and a Count of 2
+/// bytes, or that of a BigTIFF, with 8 bytes for both.
 template <bool Swap, class Offset, class Count>
 class Structure {
   public:
@@ -234,7 +237,7 @@ class Structure {
 
 // NOLINTEND(modernize-use-auto)
 
-/// Reads from the header's version on.
+/// Reads a structure from the version field of its header on.
 template <bool Swap>
 void readStructure(Stream& stream, std::uint64_t base, bench::Totals& totals) {
     std::array<unsigned char, 2> version{};
@@ -247,7 +250,8 @@ void readStructure(Stream& stream, std::uint64_t base, bench::Totals& totals) {
     }
 }
 
-/// Moves from behind a JPEG's start-of-image marker to behind the identifier of its EXIF segment.
+/// Moves a JPEG's stream from the end of its start-of-image marker to the TIFF header in its EXIF
+/// segment, which follows the segment's identifier.
 void moveToExif(Stream& stream) {
     while (true) {
         std::array<unsigned char, 10> start{};  // marker, length, identifier

@@ -1,4 +1,4 @@
-// Makes the inputs of the benchmark, always the same ones.
+// Makes the inputs of the benchmark. Every run makes the same bytes.
 //   generate_inputs [--tiny] FOLDER
 // --tiny makes them all a hundred times smaller. Inputs of many files are folders, each with a list
 // of its files beside it (NAME.list).
@@ -46,6 +46,7 @@ void generateInputs(const path& folder, std::uint64_t divisor) {
     pages("pages-500k.tif", 500'000, ByteOrder::Little, Layout::Classic);
     bench::writeScattered(folder / "scattered-20k.tif", 20'000 / divisor);
     bench::writeWide(folder / "wide-60k.tif", 60'000 / divisor);
+    bench::writeWideText(folder / "wide-text.tif", 60'000 / divisor);
     bench::writeBigArrays(folder / "big-arrays.tif", 5'000'000 / divisor, 64'000'000 / divisor);
     writeMany(folder, "small-tiff", "%05llu.tif", 5'000 / divisor, bench::writeSmallTiff);
     writeMany(folder, "small-jpeg", "%05llu.jpg", 2'000 / divisor, bench::writeSmallJpeg);

@@ -1,7 +1,7 @@
 // Runs a program and writes to standard error, as its last line, what the process took:
 //   EXIT-STATUS CPU-SECONDS WALL-SECONDS PEAK-KIB
-// A process inherits the peak memory of the one that starts it, so this one is small: a scripting
-// language's own size would hide that of the small programs.
+// A process inherits the peak memory of the process that starts it. This program is small for that
+// reason: started from a scripting language, small programs would show that language's size.
 
 #include <sys/resource.h>
 #include <sys/wait.h>

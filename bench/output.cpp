@@ -12,7 +12,7 @@ Output::Output(std::filesystem::path path)
     : path_(std::move(path)), stream_(path_, std::ios::binary) {}
 
 void Output::write(Bytes& bytes) {
-    // Streams write plain char; unsigned char may be read as it.
+    // Streams write char, as which unsigned char may be read.
     stream_.write(reinterpret_cast<const char*>(bytes.data()),
                   static_cast<std::streamsize>(bytes.size()));
     bytes.clear();

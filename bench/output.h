@@ -9,13 +9,13 @@
 
 namespace bench {
 
-/// A file being written piece by piece. Raises std::runtime_error when it cannot be written.
+/// A file that is written in parts. Raises std::runtime_error when it cannot be written.
 class Output {
   public:
     explicit Output(std::filesystem::path path);
     /// Writes the bytes and empties them.
     void write(Bytes& bytes);
-    /// Ends the file and dates it: the date is part of what is read.
+    /// Ends the file and sets its date, which is part of what is read.
     void close();
 
   private:

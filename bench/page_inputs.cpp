@@ -3,6 +3,7 @@
 #include <numeric>
 #include <random>
 #include <span>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -10,7 +11,7 @@
 #include "bench/output.h"
 #include "vocabulary/tag_table.h"
 
-// Files of many pages, and of one page with very much in it.
+// Files of many pages, and files of one page with very many tags or very long values.
 
 namespace bench {
 namespace {
@@ -25,7 +26,8 @@ void writePage(const std::filesystem::path& path, const Directory& page, Layout 
     output.close();
 }
 
-/// Indices in an order of no order. Not std::shuffle, which may differ between libraries.
+/// Indices in a random order that is always the same. std::shuffle may give another one with
+/// another library.
 std::vector<std::size_t> shuffledIndices(std::size_t count) {
     std::vector<std::size_t> indices(count);
     std::iota(indices.begin(), indices.end(), std::size_t{0});
@@ -42,7 +44,7 @@ bool hasName(std::uint16_t tag) {
                        [tag](const corvinex::TagName& row) { return row.number == tag; });
 }
 
-/// A value of one of all widths, one in eight outside of its entry.
+/// Adds a value of one of all widths in turn. One in eight stands outside of its entry.
 void addPrivateTag(Directory& page, std::uint16_t tag, std::uint64_t index) {
     switch (index % 8) {
         case 0:
@@ -66,9 +68,56 @@ void addPrivateTag(Directory& page, std::uint16_t tag, std::uint64_t index) {
     }
 }
 
+/// A text of 3 to 39 characters, with words and a number as cameras and microscopes write them.
+std::string shortText(std::uint64_t index) {
+    std::string text = numbered("Lens %05llu f/2.8 by the workshop of 1967", index);
+    text.resize(3 + index / 6 % 37);
+    return text;
+}
+
+/// Adds a value of one of the six commonest types in turn. Texts of more than 8 bytes stand outside
+/// of their entries.
+void addTextOrNumber(Directory& page, std::uint16_t tag, std::uint64_t index) {
+    switch (index % 6) {
+        case 0:
+            page.number(tag, Type::Byte, index);
+            return;
+        case 1:
+            page.text(tag, shortText(index));
+            return;
+        case 2:
+            page.number(tag, Type::Short, index);
+            return;
+        case 3:
+            page.number(tag, Type::Long, index);
+            return;
+        case 4:
+            page.rationals(tag, {{static_cast<std::uint32_t>(index), 7}});
+            return;
+        default:
+            page.doubles(tag, {static_cast<double>(index) / 4});
+    }
+}
+
+/// Writes a BigTIFF of one page with this many more tags, each made by add. There may be more of
+/// them than there are numbers for private use, so every number that has no name is taken.
+void writePrivateTags(const std::filesystem::path& path, std::uint64_t tags,
+                      void (*add)(Directory& page, std::uint16_t tag, std::uint64_t index)) {
+    constexpr std::uint16_t firstPrivate = 701;
+    Directory page(ByteOrder::Little, Layout::BigTiff);
+    fillPage(page, 0);
+    std::uint64_t index = 0;
+    for (std::uint16_t tag = firstPrivate; index < tags; ++tag) {
+        if (!hasName(tag)) {
+            add(page, tag, index++);
+        }
+    }
+    writePage(path, page, Layout::BigTiff);
+}
+
 }  // namespace
 
-// LZW: a reader has no reason to check the strip's size against that of the image.
+// The compression is LZW, with which a reader cannot check the strip's size against the image's.
 void fillPage(Directory& page, std::uint64_t index) {
     const auto resolution = static_cast<std::uint32_t>(72 + index % 300);
     page.clear();
@@ -146,16 +195,11 @@ void writeScattered(const std::filesystem::path& path, std::uint64_t pages) {
 }
 
 void writeWide(const std::filesystem::path& path, std::uint64_t tags) {
-    constexpr std::uint16_t firstPrivate = 701;
-    Directory page(ByteOrder::Little, Layout::BigTiff);
-    fillPage(page, 0);
-    std::uint64_t index = 0;
-    for (std::uint16_t tag = firstPrivate; index < tags; ++tag) {
-        if (!hasName(tag)) {
-            addPrivateTag(page, tag, index++);
-        }
-    }
-    writePage(path, page, Layout::BigTiff);
+    writePrivateTags(path, tags, addPrivateTag);
+}
+
+void writeWideText(const std::filesystem::path& path, std::uint64_t tags) {
+    writePrivateTags(path, tags, addTextOrNumber);
 }
 
 void writeBigArrays(const std::filesystem::path& path, std::uint64_t strips, std::uint64_t bytes) {

@@ -141,7 +141,7 @@ void nameTags(benchmark::State& state, std::span<const std::uint16_t> tags) {
 constexpr std::array<std::uint16_t, 8> knownTags{254, 256, 273, 282, 306, 33434, 37386, 41990};
 constexpr std::array<std::uint16_t, 8> unknownTags{253, 2000, 20000, 33000, 45000, 60000, 65000, 3};
 
-/// Stores a number in each field that every page has, one array element a round.
+/// Stores a number in each field that every page has, in one array element per round.
 void setFields(benchmark::State& state) {
     constexpr std::size_t elements = 1000;
     const auto names = corvinex::getDefaultFieldNames(corvinex::FileFormat::ClassicTIFF);

@@ -1,8 +1,8 @@
-// Reads files with the module as a host does: loads it, calls it on each file and destroys the
-// result. Prints totals; the times are those of the calls with their destruction alone.
+// Reads files with the module as a host does: this program loads it, calls it on each file and
+// destroys the result. It prints totals; the times are those of the calls and of the destruction.
 //   read_tags [--no-count] [--repeat N] FILE... | @LIST
-// Counting walks over each result, outside of the times but not of the process's own; --no-count
-// leaves it out.
+// It counts by a walk over each result, which those times leave out. The time of the whole process
+// has it in unless --no-count leaves it out.
 
 #include <cstdio>
 #include <exception>
@@ -12,14 +12,14 @@
 #include "bench/arguments.h"
 #include "bench/cpu_clock.h"
 #include "bench/result_count.h"
-#include "host/module.h"
-#include "host/unicode.h"
+#include "host/loading/module.h"
+#include "host/platform/unicode.h"
 #include "tool/jpeg_exif.h"
 #include "tool/positioned_file.h"
 
 namespace {
 
-// More than any input holds, so that nothing is cut.
+// No input has as many directories, so none is left out.
 constexpr double limit = 4294967295.0;
 
 bool isNamedAsJpeg(const std::string& file) {
@@ -65,7 +65,7 @@ class Reading {
     }
 
   private:
-    // Functions of their own, so that a profiler can be told to look at them alone.
+    // These are functions of their own so that a profiler can be told to look at them alone.
     [[gnu::noinline]] host::CallResult call(const std::u16string& name, double headerOffset) {
         return module_.call(name, headerOffset, 0, limit);
     }

@@ -5,13 +5,13 @@
 #include <cstdio>
 #include <string_view>
 
-#include "host/value.h"
+#include "host/values/value.h"
 
 namespace bench {
 namespace {
 
-/// Fields that no entry of the benchmark's inputs stands for: facts of the file and of the image,
-/// and the defaults of baseline tags that these inputs do not hold.
+/// Fields for which the benchmark's inputs have no entry: facts of the file and of the image, and
+/// the defaults of baseline tags that these inputs do not hold.
 constexpr std::array<std::string_view, 17> fieldsWithoutEntry{
     "Filename",         "FileModDate",     "FileSize",       "Format",
     "FormatVersion",    "FormatSignature", "BitDepth",       "ColorType",
@@ -52,7 +52,7 @@ void ResultCount::addFields(const zxArray& directories, std::size_t element,
             addField(names[field], *value);
         }
     }
-    // A JPEG's main directories have the fields, too, without entries behind them.
+    // A JPEG's main directories have the fields "Width" and "Height", too, but no entries for them.
     const bool isMain = !names.empty() && names.front() == "Filename";
     const bool isTiff = std::find(names.begin(), names.end(), "ByteOrder") != names.end();
     totals_.values -= isMain && !isTiff ? 2 : 0;

@@ -9,12 +9,12 @@
 
 namespace bench {
 
-/// Counts what the entries of a file became in a result. The inputs of the benchmark are made so
-/// that this can be told: each main directory holds the tags behind "Width" and "Height", and none
-/// of those for which a default is made in them.
+/// Counts the fields of a result that came from entries of the file. The inputs of the benchmark
+/// are made so that they can be told from the others: each main directory holds the tags that
+/// become "Width" and "Height", and none of the tags for which the module adds a default.
 class ResultCount {
   public:
-    /// A result, or the struct array of a set of directories.
+    /// Counts a result, or the struct array of a set of directories.
     void add(const zxArray& directories);
     void print() const;
 

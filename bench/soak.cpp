@@ -1,5 +1,5 @@
-// Reads files in turn, over and over, in one process, and tells how its memory grows. Ends with 1
-// when it grows by more than 1 MiB after the first tenth of the reads.
+// Reads files in turn, over and over, in one process, and prints how its memory grows. The program
+// ends with status 1 when it grows by more than 1 MiB after the first tenth of the reads.
 //   soak MODULE READS FILE...
 
 #include <malloc.h>
@@ -15,13 +15,13 @@
 #include <string>
 #include <vector>
 
-#include "host/module.h"
-#include "host/value.h"
+#include "host/loading/module.h"
+#include "host/values/value.h"
 
 namespace {
 
 constexpr long mostGrowth = 1024;  // KiB
-/// Chains of damaged files may come back on themselves.
+/// A limit is needed because the chain of a damaged file may come back on itself.
 constexpr double directoryLimit = 10;
 
 struct Memory {
@@ -44,7 +44,7 @@ void print(std::size_t reads, const Memory& memory) {
     static_cast<void>(std::fflush(stdout));
 }
 
-/// A file and where its header is: in a JPEG, behind the EXIF marker.
+/// A file and the position of its TIFF header, which in a JPEG follows the EXIF identifier.
 struct InputFile {
     std::u16string name;
     double headerOffset = 0;

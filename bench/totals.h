@@ -5,8 +5,8 @@
 
 namespace bench {
 
-/// What a program has read, over all files and rounds. A value is an entry that is no pointer to a
-/// further directory, whatever its count of elements.
+/// How much a program has read, over all files and rounds. A value is an entry that does not point
+/// to a further directory, whatever its count of elements.
 struct Totals {
     std::uint64_t directories = 0;
     std::uint64_t values = 0;
@@ -17,7 +17,7 @@ struct Totals {
     }
 };
 
-/// Makes the compiler believe that the memory at a pointer is read here.
+/// Makes the compiler take the memory at a pointer for read, so that it keeps what writes there.
 inline void keep(const void* memory) noexcept {
     asm volatile("" : : "r"(memory) : "memory");
 }

@@ -1,6 +1,7 @@
 // Reads every EXIF value of files through libexiv2's interface.
 //   walk_exiv2 [--repeat N] FILE... | @LIST
-// It reads the first page of a TIFF with what that leads to, and all of a JPEG's EXIF block.
+// The library reads the first page of a TIFF with the directories that its pointers lead to, and
+// all of a JPEG's EXIF block.
 
 #include <bitset>
 #include <cstdio>

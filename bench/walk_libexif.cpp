@@ -76,14 +76,14 @@ void readFile(const std::string& file, Walk& walk) {
             std::fprintf(stderr, "walk_libexif: %s holds no EXIF block\n", file.c_str()));
         std::exit(1);
     }
-    // As the file is: tags that it lacks are not made up, unknown ones are kept.
+    // The data are wanted as the file has them: with unknown tags, and without those that it lacks.
     exif_data_unset_option(data.get(), EXIF_DATA_OPTION_FOLLOW_SPECIFICATION);
     exif_data_unset_option(data.get(), EXIF_DATA_OPTION_IGNORE_UNKNOWN_TAGS);
     exif_data_load_data(data.get(), block, size);
     walk.order = exif_data_get_byte_order(data.get());
     exif_data_foreach_content(data.get(), readDirectory, &walk);
     if (data->data != nullptr) {
-        walk.totals.values += 2;  // the thumbnail's position and length, kept apart from entries
+        walk.totals.values += 2;  // the library keeps the thumbnail's position and length apart
     }
 }
 

@@ -20,8 +20,8 @@
 
 namespace {
 
-/// What a tag that libtiff keeps in its directory structure is got as. All others are in its list
-/// of custom values, with a description of their type.
+/// The arguments with which libtiff hands out a tag that it keeps in its directory structure. All
+/// other tags are in its list of custom values, with a description of their type.
 enum class Kind { Short, ShortPair, Long, Float, Strips, Tiles, Counted, Colormap, SubIfds };
 
 struct StandardTag {
@@ -29,7 +29,8 @@ struct StandardTag {
     Kind kind;
 };
 
-// Without PlanarConfiguration: libtiff makes one where a file has none, as the inputs have.
+// PlanarConfiguration is left out: libtiff adds one where a file has none, and the inputs have
+// none.
 constexpr std::array<StandardTag, 24> standardTags{{
     {TIFFTAG_SUBFILETYPE, Kind::Long},       {TIFFTAG_IMAGEWIDTH, Kind::Long},
     {TIFFTAG_IMAGELENGTH, Kind::Long},       {TIFFTAG_BITSPERSAMPLE, Kind::Short},
@@ -68,7 +69,7 @@ class Walk {
         gps_.clear();
         subImages_.clear();
         readChain();
-        // Reading one of these leaves the main chain, so they come after it.
+        // To read one of these leaves the main chain, so they are read after it.
         for (const std::uint64_t offset : subImages_) {
             TIFFSetSubDirectory(tiff_, offset);
             readDirectory();

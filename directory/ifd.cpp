@@ -21,6 +21,20 @@ namespace {
 // A JPEG's EXIF block lies in one APP1 segment, whose length field has 16 bits (JPEG, B.1.1.4).
 constexpr std::uint64_t maximumApp1Length = 65536;
 
+/// Whether length bytes, 1 at least, follow where the stream stands, which is position. The size
+/// that the status told may be out of date, and some file systems tell a wrong one: it can show
+/// that the bytes are there, but not that they are missing, so then the last of them is tried.
+/// After true the stream stands where it stood.
+bool holdsBytes(FileStream& stream, std::uint64_t position, std::uint64_t length,
+                std::uint64_t toldSize) {
+    if (liesWithin(position, length, toldSize)) {
+        return true;
+    }
+    unsigned char last = 0;
+    return stream.seek(saturatingAdd(position, length - 1)) && stream.read(&last, 1, 1) == 1 &&
+           stream.seek(position);
+}
+
 }  // namespace
 
 IFD::IFD(TagFile* file, IFDtype_t_ kind) : tagFile(file), ifdType(kind) {}
@@ -92,9 +106,9 @@ void IFD::refuse(const resource_core::BaseMsgID& warning) const {
 
 void IFD::readEntries() {
     FileStream& stream = tagFile->getStream();
-    // A block that the file cannot hold is never allocated.
+    // A block that the file does not hold is never allocated.
     const std::uint64_t position = saturatingAdd(ifdOffset, tagFile->getEntryCountSize());
-    bool isRead = liesWithin(position, entriesLength, tagFile->getFileSize());
+    bool isRead = holdsBytes(stream, position, entriesLength, tagFile->getFileSize());
     if (isRead) {
         // Sets of other kinds follow no chain.
         const std::uint64_t offsetSize = ifdType == IFDtype_t_::Main ? tagFile->getOffsetSize() : 0;

@@ -6,8 +6,9 @@
 
 namespace corvinex {
 
-// Each opens the file, reads its first bytes and closes it. A file that cannot be opened or is too
-// short is none of them. Only the signature decides: a BigTIFF header's further fields do not.
+// Each of these opens the file, reads its first bytes and closes it. A file that cannot be opened
+// or is too short is of none of these kinds. Only the signature decides: the further fields of a
+// BigTIFF header are not looked at.
 
 /// FF D8, the JPEG start-of-image marker.
 [[nodiscard]] bool isJpeg(const std::u16string& path);

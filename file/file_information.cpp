@@ -14,7 +14,7 @@ namespace corvinex {
 namespace {
 
 constexpr std::array defaultFieldNames{
-    // Every kind.
+    // These are fields of every kind of file.
     "Filename",
     "FileModDate",
     "FileSize",
@@ -25,7 +25,7 @@ constexpr std::array defaultFieldNames{
     "BitDepth",
     "ColorType",
     "FormatSignature",
-    // TIFF and BigTIFF only.
+    // These are fields of TIFF and BigTIFF files only.
     "ByteOrder",
     "NewSubFileType",
     "BitsPerSample",
@@ -55,7 +55,7 @@ constexpr std::array defaultFieldNames{
 
 constexpr std::size_t commonFieldCount = 10;
 
-// Where a name is looked for: every set of directories asks for each of its tags.
+// A hash table of the names, because every set of directories looks up each of its tags.
 constexpr std::size_t bucketCount = 128;
 
 constexpr std::size_t bucketOf(std::string_view name) noexcept {
@@ -64,7 +64,8 @@ constexpr std::size_t bucketOf(std::string_view name) noexcept {
     return (name.size() * 13 + first * 5 + last) % bucketCount;
 }
 
-// A place plus 1, or 0 for empty; a name stands in its bucket or behind it.
+// A bucket holds the index of a name plus 1, or 0 where it is empty. A name whose bucket is taken
+// stands in the next one that was free.
 using Buckets = std::array<std::uint8_t, bucketCount>;
 
 constexpr Buckets fillBuckets() {

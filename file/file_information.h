@@ -7,7 +7,7 @@
 
 #include "file/file_format.h"
 
-// The fields of the result that tell about the file as a whole.
+// The fields of the result that describe the file as a whole.
 
 namespace corvinex {
 

@@ -6,7 +6,8 @@ namespace corvinex {
 
 namespace {
 
-/// A size known to the compiler lets it use the machine's byte-swap instruction.
+/// The size is a template argument so that the compiler can use the machine's byte-swap
+/// instruction.
 template <std::size_t ElementSize>
 void reverseElements(unsigned char* bytes, unsigned long count) {
     for (unsigned long i = 0; i < count; ++i, bytes += ElementSize) {

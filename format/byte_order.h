@@ -15,8 +15,8 @@ void raw2native(void* data, unsigned long elementSize, unsigned long count, bool
 /// Raises std::out_of_range.
 [[noreturn]] void refuseOutside();
 
-/// The native value of type T that starts at byte position of bytes; raises std::out_of_range when
-/// it does not lie inside.
+/// The native value of type T that starts at a byte position in bytes. Raises std::out_of_range
+/// when it does not lie inside of them.
 template <class T>
 [[nodiscard]] T loadNative(std::span<const unsigned char> bytes, std::size_t position) {
     if (position > bytes.size() || bytes.size() - position < sizeof(T)) {

@@ -5,8 +5,8 @@
 
 namespace corvinex {
 
-// Sums and products of numbers taken from a file. What would pass 2^64 - 1 is held there, which is
-// past the end of every file and beyond every seek.
+// Sums and products of numbers taken from a file. A result that would pass 2^64 - 1 is held at that
+// number, which lies past the end of every file and beyond every seek.
 
 inline constexpr std::uint64_t saturated = std::numeric_limits<std::uint64_t>::max();
 

@@ -7,8 +7,8 @@
 #include "fuzz/value_walk.h"
 #include "host/interface/array.h"
 #include "host/interface/platform.h"
-#include "host/unicode.h"
-#include "host/value.h"
+#include "host/platform/unicode.h"
+#include "host/values/value.h"
 
 // Text conversion and character-set detection. The input's first byte chooses the way, the rest are
 // the bytes to convert.

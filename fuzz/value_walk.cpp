@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "host/value.h"
+#include "host/values/value.h"
 
 namespace fuzz {
 

@@ -9,9 +9,9 @@
 #include "fuzz/target.h"
 #include "fuzz/value_walk.h"
 #include "host/interface/plugin.h"
-#include "host/message_catalog.h"
-#include "host/reports.h"
-#include "host/value.h"
+#include "host/messages/message_catalog.h"
+#include "host/messages/reports.h"
+#include "host/values/value.h"
 
 // One call of the module on a file in memory. CORVINEX_FUZZ_FORMAT, when it is defined, is the
 // format whose signature is written over the file's first bytes.

@@ -4,8 +4,8 @@
 #include "fuzz/file_on_disk.h"
 #include "fuzz/target.h"
 #include "fuzz/value_walk.h"
-#include "host/module.h"
-#include "host/value.h"
+#include "host/loading/module.h"
+#include "host/values/value.h"
 
 // One call of the loaded module on a real file: the inputs of the whole-call targets as a host
 // program would meet them, without a bound on what is read.
@@ -26,6 +26,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
                                                     input->headerOffset, input->skip, input->limit);
         fuzz::require(result.failure.has_value() == (result.output == nullptr),
                       "an output beside an error, or neither");
+        fuzz::require(!result.failure || !result.failure->isOutOfMemory, "memory does not suffice");
         static_cast<void>(fuzz::digestOf(result.output.get()));
     }
     fuzz::require(host::livingValues() == 0, "a value was not destroyed");

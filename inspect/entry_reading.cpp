@@ -83,6 +83,9 @@ std::vector<DerivedFact> Directory::derived() const {
 
 std::vector<DerivedFact> File::derived() const {
     const FileContent& file = *content_;
+    if (!file.container) {
+        return {};
+    }
     const auto first = findFirst(file, DirectoryKind::Main);
     const auto image =
         findFirst(file, [](const Directory& directory, const DirectorySiblings& siblings) {

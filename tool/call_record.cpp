@@ -3,17 +3,18 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
-#include "host/unicode.h"
-#include "host/value.h"
+#include "host/platform/unicode.h"
+#include "host/values/value.h"
 #include "tool/output_buffer.h"
 #include "tool/text_display.h"
 
@@ -28,6 +29,25 @@ bool isPairAt(std::u16string_view text, std::size_t index) {
     return text[index] >= 0xD800 && text[index] <= 0xDBFF && index + 1 < text.size() &&
            text[index + 1] >= 0xDC00 && text[index + 1] <= 0xDFFF;
 }
+
+/// Memory for the JSON library, whose own allocator gives null where there is none and is believed.
+class JsonMemory {
+  public:
+    static void* Malloc(std::size_t size) { return ::operator new(size); }
+    static void* Realloc(void* block, std::size_t before, std::size_t size) {
+        void* const larger = Malloc(size);
+        std::copy_n(static_cast<const std::byte*>(block), std::min(before, size),
+                    static_cast<std::byte*>(larger));
+        Free(block);
+        return larger;
+    }
+    static void Free(void* block) { ::operator delete(block); }
+};
+
+using JsonBuffer = rapidjson::GenericStringBuffer<rapidjson::UTF8<>, JsonMemory>;
+
+template <class Stream>
+using JsonWriter = rapidjson::Writer<Stream, rapidjson::UTF8<>, rapidjson::UTF8<>, JsonMemory>;
 
 /// A buffer as the JSON library's streams are.
 class JsonStream {
@@ -94,7 +114,8 @@ class RecordWriter {
     }
 
     /// The library writes valid text only: the stretches between lone surrogates are its own, the
-    /// escapes are put between them. Long stretches go out in pieces, not as a second long text.
+    /// escapes are put between them. A long stretch goes out in parts, so that it does not become a
+    /// second long text.
     void escaped(std::u16string_view text) {
         constexpr std::size_t longStretch = 4096;
         std::size_t from = 0;
@@ -116,8 +137,8 @@ class RecordWriter {
     }
 
     static std::string quotedJson(std::string_view utf8) {
-        rapidjson::StringBuffer buffer;
-        rapidjson::Writer<rapidjson::StringBuffer> json(buffer);
+        JsonBuffer buffer;
+        JsonWriter<JsonBuffer> json(buffer);
         json.String(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
         return {buffer.GetString(), buffer.GetSize()};
     }
@@ -304,7 +325,7 @@ class RecordWriter {
 
     OutputBuffer& out_;
     JsonStream stream_;
-    rapidjson::Writer<JsonStream> json_;
+    JsonWriter<JsonStream> json_;
 };
 
 }  // namespace

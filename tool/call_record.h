@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "host/module.h"
+#include "host/loading/module.h"
 
 namespace tool {
 

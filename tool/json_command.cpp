@@ -57,4 +57,15 @@ ExitStatus json(const JsonOptions& options, std::ostream& out, std::ostream& err
     return out.flush() ? status : OutputFailed;
 }
 
+ExitStatus runJson(const Arguments& arguments, std::ostream& out, std::ostream& err) {
+    return json({.files = arguments.operands(),
+                 .tags = arguments.texts("tag"),
+                 .headerOffset = arguments.whole("header-offset"),
+                 .maxValues = arguments.whole("max-values"),
+                 .flat = arguments.isGiven("flat"),
+                 .pretty = arguments.isGiven("pretty"),
+                 .numeric = arguments.isGiven("numeric")},
+                out, err);
+}
+
 }  // namespace tool

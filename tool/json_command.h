@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tool/arguments.h"
 #include "tool/exit_status.h"
 
 namespace tool {
@@ -22,5 +23,8 @@ struct JsonOptions {
 
 /// Prints a record for each file, in order. Failed when one could not be read or is no image.
 ExitStatus json(const JsonOptions& options, std::ostream& out, std::ostream& err);
+
+/// The same for a command line.
+ExitStatus runJson(const Arguments& arguments, std::ostream& out, std::ostream& err);
 
 }  // namespace tool

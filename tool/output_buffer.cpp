@@ -8,20 +8,20 @@ namespace tool {
 
 void OutputBuffer::append(std::size_t count, char c) {
     while (count > 0) {
-        const std::size_t piece = std::min(count, capacity);
-        std::fill_n(room(piece), piece, c);
-        used_ += piece;
-        count -= piece;
+        const std::size_t part = std::min(count, capacity);
+        std::fill_n(room(part), part, c);
+        used_ += part;
+        count -= part;
     }
 }
 
 void OutputBuffer::appendAscii(std::u16string_view text) {
     while (!text.empty()) {
-        const std::u16string_view piece = text.substr(0, capacity);
-        std::transform(piece.begin(), piece.end(), room(piece.size()),
+        const std::u16string_view part = text.substr(0, capacity);
+        std::transform(part.begin(), part.end(), room(part.size()),
                        [](char16_t unit) { return static_cast<char>(unit); });
-        used_ += piece.size();
-        text.remove_prefix(piece.size());
+        used_ += part.size();
+        text.remove_prefix(part.size());
     }
 }
 

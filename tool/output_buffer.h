@@ -9,7 +9,7 @@
 
 namespace tool {
 
-/// Collects text and hands it to a stream in large pieces: a stream's own functions cost more than
+/// Collects text and hands it to a stream in large blocks: a stream's own functions cost more than
 /// the few characters that most values have. What is left goes out when the buffer is destroyed,
 /// also on the way of an exception. Nothing else may be written to the stream in the meantime.
 class OutputBuffer {

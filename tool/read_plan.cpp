@@ -1,6 +1,7 @@
 #include "tool/read_plan.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "tool/chain_check.h"
 #include "tool/chain_survey.h"
@@ -50,6 +51,24 @@ void setLimit(ReadPlan& plan, const DirectoryReader& reader, const ChainSurvey& 
     }
 }
 
+/// The main chain as far as the skipped directories and those asked for go.
+MainChain chainFor(const DirectoryReader& reader, const ReadRequest& request) {
+    constexpr std::uint64_t all = std::numeric_limits<std::uint64_t>::max();
+    const std::uint64_t asked = request.limit == 0 ? all : request.limit;
+    return followMainChain(reader, asked > all - request.skip ? all : request.skip + asked);
+}
+
+/// The main chain from its start on, which the survey has seen already unless it comes back.
+MainChain wholeChain(const DirectoryReader& reader, const ChainSurvey& survey) {
+    if (survey.mainComesBack) {
+        return chainFor(reader, {});
+    }
+    return {.directories = survey.mainDirectories,
+            .isWhole = true,
+            .comesBackTo = std::nullopt,
+            .mayLackDirectories = reader.isJpeg()};
+}
+
 }  // namespace
 
 ReadPlan planRead(const std::string& path, const ReadRequest& request) {
@@ -58,6 +77,13 @@ ReadPlan planRead(const std::string& path, const ReadRequest& request) {
     plan.headerOffset = headerOffsetOf(file, request);
     plan.limit = request.limit;
     const auto reader = DirectoryReader::open(file, plan.headerOffset);
+    if (reader && (request.skip != 0 || request.limit != 0)) {
+        plan.chain = chainFor(*reader, request);
+    }
+    if (request.skip != 0 && plan.chain.isWhole && plan.chain.directories <= request.skip) {
+        throw UnreadableFile("the file has " + directoriesText(plan.chain.directories) +
+                             "; --skip " + std::to_string(request.skip) + " leaves none");
+    }
     const auto start = reader ? firstDirectoryRead(*reader, request.skip) : std::nullopt;
     if (!start) {
         return plan;  // the module will say what is wrong
@@ -73,6 +99,9 @@ ReadPlan planRead(const std::string& path, const ReadRequest& request) {
     }
     if (request.limit == 0) {
         setLimit(plan, *reader, survey);
+    }
+    if (request.skip == 0 && request.limit == 0) {
+        plan.chain = wholeChain(*reader, survey);
     }
     return plan;
 }

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "tool/main_chain.h"
+
 namespace tool {
 
 /// What a person asked of a file: directories to skip and to keep at most (0 for no limit), and
@@ -20,6 +22,7 @@ struct ReadPlan {
     std::uint64_t headerOffset = 0;
     std::uint64_t limit = 0;
     std::string warning;  ///< what the person should know of it; often empty
+    MainChain chain;      ///< as far as the read goes, or further
 };
 
 /// Raised when a file is better not handed to the module; what() says why, without the name.
@@ -30,8 +33,8 @@ class UnreadableFile : public std::runtime_error {
 
 /// Looks at a file and plans its read: finds the EXIF block of a JPEG, and where no limit was asked
 /// for sets one that ends every chain of directories that comes back on itself and cuts no other,
-/// as far as that can be found out cheaply. Raises UnreadableFile for a JPEG without an EXIF block
-/// and for one whose chain no limit could end.
+/// as far as that can be found out cheaply. Raises UnreadableFile for a JPEG without an EXIF block,
+/// for one whose chain no limit could end, and where every directory of the chain is skipped.
 ReadPlan planRead(const std::string& path, const ReadRequest& request);
 
 }  // namespace tool

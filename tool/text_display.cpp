@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
+#include <utility>
 
-#include "host/unicode.h"
+#include "host/platform/unicode.h"
 
 namespace tool {
 namespace {
@@ -37,6 +39,12 @@ bool isInvisible(char16_t unit) {
 bool isPairAt(std::u16string_view text, std::size_t index) {
     return text[index] >= 0xD800 && text[index] <= 0xDBFF && index + 1 < text.size() &&
            text[index + 1] >= 0xDC00 && text[index + 1] <= 0xDFFF;
+}
+
+/// The bytes of a UTF-8 character by its first one.
+std::size_t sequenceLength(char first) {
+    const auto ones = std::countl_one(static_cast<unsigned char>(first));
+    return ones == 0 ? 1 : static_cast<std::size_t>(ones);
 }
 
 void appendEscape(std::string& out, char16_t unit) {
@@ -95,19 +103,19 @@ std::string visibleText(std::u16string_view text) {
 }
 
 std::string visibleText(std::string_view text) {
-    if (const auto decoded = host::utf16FromUtf8(text)) {
-        return visibleText(*decoded);
+    return visibleText(lenientUtf16(text));
+}
+
+std::u16string lenientUtf16(std::string_view text) {
+    if (auto decoded = host::utf16FromUtf8(text)) {
+        return *std::move(decoded);
     }
-    std::string out;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            appendVisible(out, std::u16string(1, byte), false);
-        } else {
-            out += "\\x";
-            out += hexDigits[byte >> 4];
-            out += hexDigits[byte & 0xF];
-        }
+    std::u16string out;
+    while (!text.empty()) {
+        const std::size_t length = std::min(sequenceLength(text.front()), text.size());
+        const auto decoded = host::utf16FromUtf8(text.substr(0, length));
+        out += decoded.value_or(u"\uFFFD");
+        text.remove_prefix(decoded ? length : 1);
     }
     return out;
 }
@@ -125,10 +133,10 @@ void writeQuotedText(OutputBuffer& out, std::u16string_view text) {
         out.appendAscii(text);
         text = {};
     }
-    // Others in pieces, so that a long one does not become a second long text.
-    constexpr std::size_t longPiece = 4096;
+    // Other texts go out in parts, so that a long one does not become a second long text.
+    constexpr std::size_t longPart = 4096;
     while (!text.empty()) {
-        std::size_t length = std::min(text.size(), longPiece);
+        std::size_t length = std::min(text.size(), longPart);
         length += isPairAt(text, length - 1) ? 1 : 0;
         std::string visible;
         appendVisible(visible, text.substr(0, length), true);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -53,10 +54,11 @@ std::size_t placeOf(const zxArray& array, std::string_view name) {
 /// Prints the block of one file.
 class FilePrinter {
   public:
-    FilePrinter(std::ostream& out, bool all) : out_(out), all_(all) {}
+    FilePrinter(std::ostream& out, const ShownFile& file, bool all)
+        : out_(out), file_(file), all_(all) {}
 
-    void print(std::string_view fileName, const zxArray& output) {
-        line(0, visibleText(fileName));
+    void print(const zxArray& output) {
+        line(0, visibleText(file_.name));
         if (!isStruct(&output)) {
             line(indentStep, "no directories");
             return;
@@ -64,7 +66,7 @@ class FilePrinter {
         if (!all_) {
             fileFacts(output);
         }
-        directories(output, indentStep, true);
+        mainDirectories(output);
     }
 
   private:
@@ -93,13 +95,23 @@ class FilePrinter {
         }
     }
 
-    void directories(const zxArray& directories, std::size_t indent, bool alwaysHeaded) {
+    void mainDirectories(const zxArray& directories) {
         const std::size_t count = host::sizeOf(directories).rows;
-        const bool headed = alwaysHeaded || count > 1;
+        const std::vector<Column> columns = columnsOf(directories);
+        for (std::size_t i = 0; i < count; ++i) {
+            ordinalLine(indentStep, "Directory", file_.places.placeOf(i), file_.places.total);
+            directory(directories, i, columns, 2 * indentStep);
+        }
+    }
+
+    /// The directories below a field, with headings where there are several.
+    void directories(const zxArray& directories, std::size_t indent) {
+        const std::size_t count = host::sizeOf(directories).rows;
+        const bool headed = count > 1;
         const std::vector<Column> columns = columnsOf(directories);
         for (std::size_t i = 0; i < count; ++i) {
             if (headed) {
-                ordinalLine(indent, "Directory", i, count);
+                ordinalLine(indent, "Directory", i + 1, count);
             }
             directory(directories, i, columns, headed ? indent + indentStep : indent);
         }
@@ -145,7 +157,7 @@ class FilePrinter {
             if (name == "UnknownTags") {
                 unknownTags(*value, indent + indentStep);
             } else {
-                directories(*value, indent + indentStep, false);
+                directories(*value, indent + indentStep);
             }
         } else if (isDirectoryList(value)) {
             directoryList(name, *value, indent);
@@ -153,7 +165,11 @@ class FilePrinter {
             out_.append(indent, ' ');
             out_.append(name);
             out_.append(std::max(width, name.size()) - name.size() + 2, ' ');
-            writeSummary(out_, value, all_);
+            if (name == fileFactNames.front()) {
+                writeQuotedText(out_, file_.name);
+            } else {
+                writeSummary(out_, value, all_);
+            }
             out_.append('\n');
         }
     }
@@ -161,10 +177,10 @@ class FilePrinter {
     void directoryList(std::string_view name, const zxArray& list, std::size_t indent) {
         const std::size_t count = host::sizeOf(list).columns;
         for (std::size_t i = 0; i < count; ++i) {
-            ordinalLine(indent, name, i, count);
+            ordinalLine(indent, name, i + 1, count);
             const zxArray* set = host::cellAt(list, i);
             if (isStruct(set)) {
-                directories(*set, indent + indentStep, false);
+                directories(*set, indent + indentStep);
             }
         }
     }
@@ -185,14 +201,16 @@ class FilePrinter {
         }
     }
 
-    void ordinalLine(std::size_t indent, std::string_view what, std::size_t index,
-                     std::size_t count) {
+    void ordinalLine(std::size_t indent, std::string_view what, std::uint64_t place,
+                     std::optional<std::uint64_t> total) {
         out_.append(indent, ' ');
         out_.append(what);
         out_.append(' ');
-        out_.appendNumber(std::uint64_t{index + 1});
-        out_.append(" of ");
-        out_.appendNumber(std::uint64_t{count});
+        out_.appendNumber(place);
+        if (total) {
+            out_.append(" of ");
+            out_.appendNumber(*total);
+        }
         out_.append('\n');
     }
 
@@ -203,13 +221,14 @@ class FilePrinter {
     }
 
     OutputBuffer out_;
+    ShownFile file_;
     bool all_;
 };
 
 }  // namespace
 
-void ValuePrinter::printFile(std::string_view fileName, const zxArray& output) {
-    FilePrinter(out_, all_).print(fileName, output);
+void ValuePrinter::printFile(const ShownFile& file, const zxArray& output) {
+    FilePrinter(out_, file, all_).print(output);
 }
 
 }  // namespace tool

@@ -13,7 +13,7 @@
 namespace resource_core {
 
 /// A message of the host's catalogue: its ID, such as "quorra:corvinex:statFailure", and the
-/// ordered arguments for the holes of its text, each an unsigned number or a text.
+/// ordered arguments for the placeholders of its text, each an unsigned number or a text.
 class BaseMsgID {
   public:
     /// A number, or a text where there is one.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "inspect/reading/charset.h"
 #include "inspect/reading/elements.h"
 #include "inspect/reading/joined_elements.h"
 #include "inspect/reading/number_text.h"
@@ -79,7 +80,7 @@ std::optional<std::vector<std::string>> codeWords(const Subject& subject) {
     }
     if (const auto code = textCode(subject)) {
         const auto word = subject.fact.words->find(*code);
-        return std::vector{std::string(word.value_or(*code))};
+        return std::vector{word ? std::string(*word) : decodeText(*code)};
     }
     std::vector<std::string> words;
     for (std::size_t index = 0; index < subject.value.size(); ++index) {

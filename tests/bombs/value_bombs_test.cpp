@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tests/bombs/bomb_files.h"
 #include "tests/support/module_call.h"
 #include "tests/support/temporary_file.h"

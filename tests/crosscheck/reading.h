@@ -6,7 +6,7 @@
 #include <variant>
 #include <vector>
 
-#include "host/value.h"
+#include "host/values/value.h"
 
 // One form for what other software wrote or read and for what the module answers, so that the two
 // can be compared.

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "fuzz/value_walk.h"
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tests/damage/damage_samples.h"
 #include "tests/damage/damaged_call.h"
 #include "tests/damage/tiff_map.h"

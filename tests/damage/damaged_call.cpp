@@ -11,7 +11,7 @@
 
 #include "fuzz/memory_file.h"
 #include "fuzz/value_walk.h"
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tests/damage/documented_reports.h"
 #include "tests/support/module_call.h"
 #include "tests/vocabulary/expected_names.h"

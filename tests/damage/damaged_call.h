@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "host/module.h"
+#include "host/loading/module.h"
 #include "tests/damage/tiff_map.h"
 
 namespace test {

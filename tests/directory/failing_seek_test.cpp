@@ -6,7 +6,7 @@
 #include <string>
 
 #include "host/interface/platform.h"
-#include "host/unicode.h"
+#include "host/platform/unicode.h"
 #include "tests/directory/tiff_variants.h"
 
 // Seeks that fail although the file reaches that far. The host's way to open a file is replaced in

@@ -2,8 +2,8 @@
 
 #include <set>
 
-#include "host/faults.h"
 #include "tests/directory/tiff_variants.h"
+#include "tests/support/faults.h"
 #include "tests/support/temporary_file.h"
 
 // What the fields of a set's struct array hold.
@@ -242,17 +242,17 @@ TEST_P(FieldValues, ThatCannotBeMadeEndTheRequestWithoutALeak) {
     builder.add({text(305, "s")});
     const Bytes bytes = builder.bytes();
     const std::size_t before = host::livingValues();
-    for (const host::Operation operation :
-         {host::Operation::zxCreateStructArray, host::Operation::zxSetField,
-          host::Operation::zxCreateCellArray, host::Operation::zxSetCell,
-          host::Operation::zxCreateDoubleScalar, host::Operation::zxCreateString,
-          host::Operation::createFromUtf16, host::Operation::from_utc}) {
-        const std::size_t callsBefore = host::callsOf(operation);
+    for (const test::Operation operation :
+         {test::Operation::zxCreateStructArray, test::Operation::zxSetField,
+          test::Operation::zxCreateCellArray, test::Operation::zxSetCell,
+          test::Operation::zxCreateDoubleScalar, test::Operation::zxCreateString,
+          test::Operation::createFromUtf16, test::Operation::from_utc}) {
+        const std::size_t callsBefore = test::callsOf(operation);
         static_cast<void>(read(bytes));
-        const std::size_t calls = host::callsOf(operation) - callsBefore;
+        const std::size_t calls = test::callsOf(operation) - callsBefore;
         EXPECT_GT(calls, 0U);
         for (std::size_t n = 1; n <= calls; ++n) {
-            const host::ScopedFault fault(operation, n);
+            const test::ScopedFault fault(operation, n);
             EXPECT_TRUE(read(bytes).failed());
         }
         EXPECT_EQ(host::livingValues(), before);

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/interface/plugin.h"
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tests/support/module_call.h"
 
 // Calls of the module's exported functions with host values of any class.

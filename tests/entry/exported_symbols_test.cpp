@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tests/support/elf_image.h"
 #include "tests/support/module_call.h"
 
@@ -113,6 +113,23 @@ TEST(DynamicSymbolTable, NamesNoHostFacilityOutsideTheHostsNamespaces) {
     for (const std::string& function : functionsOf(module.undefined)) {
         const bool isOfHostProgram = function.find("host::") != std::string::npos;
         EXPECT_FALSE(isOfHostProgram) << function;
+    }
+}
+
+TEST(DynamicSymbolTable, OfTheHostHasNothingThatFailsOnCommand) {
+    const DynamicSymbols host = symbolsOf(hostLibrary());
+    ASSERT_FALSE(host.defined.empty());
+    for (const std::string& function : functionsOf(host.defined)) {
+        EXPECT_EQ(function.find("Fault"), std::string::npos) << function;
+        EXPECT_EQ(function.find("OperationFailed"), std::string::npos) << function;
+        EXPECT_EQ(function.find("callsOf"), std::string::npos) << function;
+    }
+}
+
+// The C library ends the process where it has no memory to note one.
+TEST(DynamicSymbolTable, OfTheHostRegistersNoDestructorOfAThread) {
+    for (const std::string& symbol : symbolsOf(hostLibrary()).undefined) {
+        EXPECT_EQ(symbol.find("thread_atexit"), std::string::npos) << symbol;
     }
 }
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "host/faults.h"
-#include "host/reports.h"
-#include "host/value.h"
+#include "host/messages/reports.h"
+#include "host/values/value.h"
 #include "tests/entry/entry_call.h"
+#include "tests/support/faults.h"
 #include "tests/support/module_call.h"
 #include "tests/support/temporary_file.h"
 
@@ -17,8 +17,8 @@
 
 namespace {
 
-using host::Operation;
 using host::ValuePtr;
+using test::Operation;
 using test::report;
 
 /// A structure that makes the module use every operation of the host.
@@ -127,7 +127,7 @@ TEST(FailingOperations, AnOpenThatFailsIsAnUnsupportedFormat) {
         const test::TemporaryFile file(sample.bytes);
         const test::Inputs inputs(file.name(), {sample.headerOffset, 0, 0});
         const Inventory inventory;
-        const host::ScopedFault fault(Operation::fopen, mainOpen);
+        const test::ScopedFault fault(Operation::fopen, mainOpen);
         try {
             callAndFree(inputs);
             ADD_FAILURE() << "no error";
@@ -145,7 +145,7 @@ TEST(FailingOperations, ADetectorThatCannotOpenTheFileSaysNo) {
         const test::TemporaryFile file(sample.bytes);
         const std::size_t right = sample.name == "jpeg" ? 1 : sample.name == "classic" ? 2 : 3;
         for (std::size_t n = 1; n <= right; ++n) {
-            const host::ScopedFault fault(Operation::fopen, n);
+            const test::ScopedFault fault(Operation::fopen, n);
             const test::Result result = test::readFile(file.name(), {sample.headerOffset, 0, 0});
             if (n < right) {
                 EXPECT_FALSE(result.failed());
@@ -162,14 +162,14 @@ TEST(ErrorChannel, GetsEveryFatalErrorOnceAndNothingStaysBehind) {
         const test::TemporaryFile file(bad.bytes);
         const test::Inputs inputs(file.name());
         const Inventory inventory;
-        const std::size_t before = host::callsOf(Operation::do_legacy_zx_error);
+        const std::size_t before = test::callsOf(Operation::do_legacy_zx_error);
         try {
             callAndFree(inputs);
             ADD_FAILURE() << "no error";
         } catch (const host::Error& error) {
             EXPECT_EQ(error.report().id, "quorra:corvinex:" + bad.identifier);
         }
-        EXPECT_EQ(host::callsOf(Operation::do_legacy_zx_error) - before, 1U);
+        EXPECT_EQ(test::callsOf(Operation::do_legacy_zx_error) - before, 1U);
         inventory.expectUnchanged();
     }
 }
@@ -186,7 +186,7 @@ TEST(ErrorChannel, ThatReturnsLeavesTheModuleToThrowTheErrorItself) {
             expected = error.report();
         }
         const Inventory inventory;
-        const host::ScopedFault returns(Operation::do_legacy_zx_error, 1);
+        const test::ScopedFault returns(Operation::do_legacy_zx_error, 1);
         try {
             callAndFree(inputs);
             ADD_FAILURE() << "no error";
@@ -207,7 +207,7 @@ TEST(ErrorChannel, ThatReturnsForAMissingFileOrNameLeavesTheModuleToThrowToo) {
     for (auto& [name, id] : cases) {
         const test::Inputs inputs(std::move(name));
         const Inventory inventory;
-        const host::ScopedFault returns(Operation::do_legacy_zx_error, 1);
+        const test::ScopedFault returns(Operation::do_legacy_zx_error, 1);
         try {
             callAndFree(inputs);
             ADD_FAILURE() << "no error";
@@ -241,7 +241,7 @@ TEST(NumericRangeFailure, IsReportedAfterTheFileIsClosed) {
     const host::ScopedWarningSink sink(
         [](const host::Report&) { throw boost::numeric::bad_numeric_cast(); });
     // The channel returns, so the error object itself arrives and nothing is left to unwind.
-    const host::ScopedFault returns(Operation::do_legacy_zx_error, 1);
+    const test::ScopedFault returns(Operation::do_legacy_zx_error, 1);
     try {
         callAndFree(inputs);
         ADD_FAILURE() << "no error";

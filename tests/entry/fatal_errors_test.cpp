@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "host/faults.h"
-#include "host/reports.h"
+#include "host/messages/reports.h"
+#include "tests/support/faults.h"
 #include "tests/support/module_call.h"
 
 namespace {
@@ -35,7 +35,7 @@ void expectError(const Error& raised, const std::string& id, const Arguments& ar
         },
         host::Error);
     // ... and should it return, the error itself is thrown.
-    const host::ScopedFault returns(host::Operation::do_legacy_zx_error, 1);
+    const test::ScopedFault returns(test::Operation::do_legacy_zx_error, 1);
     EXPECT_THROW(
         try { corvinex::raiseFatal(raised); } catch (const Error& thrown) {
             EXPECT_EQ(thrown.message().id(), id);

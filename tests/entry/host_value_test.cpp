@@ -7,17 +7,17 @@
 #include <vector>
 
 #include "entry/fatal_errors.h"
-#include "host/faults.h"
-#include "host/reports.h"
-#include "host/value.h"
+#include "host/messages/reports.h"
+#include "host/values/value.h"
+#include "tests/support/faults.h"
 #include "tests/support/module_call.h"
 
 namespace {
 
 using corvinex::HostArray;
-using host::Operation;
 using host::Size;
 using host::ValueClass;
+using test::Operation;
 
 constexpr std::array<const char*, 2> names{"first", "second"};
 
@@ -107,13 +107,13 @@ TEST(HostValues, AStoreThatFailsLeavesNothingBehind) {
     const HostArray structs = corvinex::makeStructColumn(1, names);
     const std::size_t before = host::livingValues();
     {
-        const host::ScopedFault fault(Operation::zxSetCell, 1);
-        EXPECT_THROW(corvinex::setCell(*cells, 0, corvinex::makeNumber(1)), host::OperationFailed);
+        const test::ScopedFault fault(Operation::zxSetCell, 1);
+        EXPECT_THROW(corvinex::setCell(*cells, 0, corvinex::makeNumber(1)), test::OperationFailed);
     }
     {
-        const host::ScopedFault fault(Operation::zxSetField, 1);
+        const test::ScopedFault fault(Operation::zxSetField, 1);
         EXPECT_THROW(corvinex::setField(*structs, 0, "first", corvinex::makeNumber(1)),
-                     host::OperationFailed);
+                     test::OperationFailed);
     }
     EXPECT_EQ(host::livingValues(), before);
 }

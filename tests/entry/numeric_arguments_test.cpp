@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "entry/numeric_conversion.h"
-#include "host/faults.h"
 #include "tests/entry/entry_call.h"
+#include "tests/support/faults.h"
 #include "tests/support/module_call.h"
 #include "tests/support/temporary_file.h"
 
@@ -162,7 +162,7 @@ TEST(NumericArguments, AreReadInTheOrderOfTheInputs) {
 }
 
 TEST(NumericArguments, EachIsAskedForOnce) {
-    const std::size_t before = host::callsOf(host::Operation::zxGetScalar);
+    const std::size_t before = test::callsOf(test::Operation::zxGetScalar);
     static_cast<void>(test::read(fivePages()));
-    EXPECT_EQ(host::callsOf(host::Operation::zxGetScalar) - before, 3U);
+    EXPECT_EQ(test::callsOf(test::Operation::zxGetScalar) - before, 3U);
 }

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "host/reports.h"
-#include "host/value.h"
+#include "host/messages/reports.h"
+#include "host/values/value.h"
 #include "tests/entry/entry_call.h"
 #include "tests/support/module_call.h"
 #include "tests/support/temporary_file.h"

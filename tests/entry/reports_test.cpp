@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "file/tag_file.h"
-#include "host/reports.h"
-#include "host/value.h"
+#include "host/messages/reports.h"
+#include "host/values/value.h"
 #include "tests/support/module_call.h"
 #include "tests/support/temporary_file.h"
 

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "host/reports.h"
+#include "host/messages/reports.h"
 #include "tests/entry/entry_call.h"
 #include "tests/support/module_call.h"
 #include "tests/support/temporary_file.h"

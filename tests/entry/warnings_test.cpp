@@ -5,7 +5,7 @@
 #include <limits>
 #include <vector>
 
-#include "host/reports.h"
+#include "host/messages/reports.h"
 #include "tests/support/module_call.h"
 
 namespace {

@@ -1,5 +1,6 @@
 #include "tests/faults/allocation_faults.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <new>
@@ -15,15 +16,17 @@ struct Plan {
     std::size_t failing = 0;  // the number of the first request that is refused
     std::size_t requests = 0;
     std::size_t refused = 0;
+    std::size_t largest = 0;  // bytes
 };
 
 constinit thread_local Plan plan;
 
-bool isRefused(Allocator allocator) noexcept {
+bool isRefused(Allocator allocator, std::size_t size) noexcept {
     if (!plan.isArmed || plan.allocator != allocator) {
         return false;
     }
     ++plan.requests;
+    plan.largest = std::max(plan.largest, size);
     const bool due = plan.lasting == Lasting::Once ? plan.requests == plan.failing
                                                    : plan.requests >= plan.failing;
     plan.refused += due ? 1 : 0;
@@ -31,13 +34,14 @@ bool isRefused(Allocator allocator) noexcept {
 }
 
 void* allocate(std::size_t size) noexcept {
-    return isRefused(Allocator::OperatorNew) ? nullptr : std::malloc(size == 0 ? 1 : size);
+    return isRefused(Allocator::OperatorNew, size) ? nullptr : std::malloc(size == 0 ? 1 : size);
 }
 
 void* allocate(std::size_t size, std::align_val_t alignment) noexcept {
     const auto boundary = static_cast<std::size_t>(alignment);
     const std::size_t rounded = (size / boundary + 1) * boundary;
-    return isRefused(Allocator::OperatorNew) ? nullptr : std::aligned_alloc(boundary, rounded);
+    return isRefused(Allocator::OperatorNew, size) ? nullptr
+                                                   : std::aligned_alloc(boundary, rounded);
 }
 
 void* orRaise(void* memory) {
@@ -51,7 +55,7 @@ void* orRaise(void* memory) {
 
 ScopedAllocationFault::ScopedAllocationFault(Allocator allocator, std::size_t n,
                                              Lasting lasting) noexcept {
-    plan = {true, allocator, lasting, n, 0, 0};
+    plan = {true, allocator, lasting, n, 0, 0, 0};
 }
 
 ScopedAllocationFault::~ScopedAllocationFault() {
@@ -60,6 +64,10 @@ ScopedAllocationFault::~ScopedAllocationFault() {
 
 std::size_t refusedAllocations() noexcept {
     return plan.refused;
+}
+
+std::size_t largestAllocation() noexcept {
+    return plan.largest;
 }
 
 }  // namespace test
@@ -138,7 +146,7 @@ void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* memory, std::size_t size);
 
 void* malloc(std::size_t size) {
-    if (test::isRefused(test::Allocator::Malloc)) {
+    if (test::isRefused(test::Allocator::Malloc, size)) {
         errno = ENOMEM;
         return nullptr;
     }
@@ -146,7 +154,7 @@ void* malloc(std::size_t size) {
 }
 
 void* calloc(std::size_t count, std::size_t size) {
-    if (test::isRefused(test::Allocator::Malloc)) {
+    if (test::isRefused(test::Allocator::Malloc, count * size)) {
         errno = ENOMEM;
         return nullptr;
     }
@@ -154,7 +162,7 @@ void* calloc(std::size_t count, std::size_t size) {
 }
 
 void* realloc(void* memory, std::size_t size) {
-    if (test::isRefused(test::Allocator::Malloc)) {
+    if (test::isRefused(test::Allocator::Malloc, size)) {
         errno = ENOMEM;
         return nullptr;
     }

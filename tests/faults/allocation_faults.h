@@ -19,8 +19,8 @@ inline constexpr bool mallocCanFail = true;
 
 enum class Lasting { Once, FromThenOn };
 
-/// Refuses the n-th request from now on (1 is the next one), and those after it if so asked, in
-/// this thread, while it lives. One at a time in a thread.
+/// Refuses the n-th request from now on (1 is the next one, 0 is none), and those after it if so
+/// asked, in this thread, while it lives. One at a time in a thread.
 class ScopedAllocationFault {
   public:
     ScopedAllocationFault(Allocator allocator, std::size_t n, Lasting lasting) noexcept;
@@ -31,5 +31,8 @@ class ScopedAllocationFault {
 
 /// How many requests this thread's latest fault refused.
 std::size_t refusedAllocations() noexcept;
+
+/// The bytes of the largest request that this thread's latest fault counted.
+std::size_t largestAllocation() noexcept;
 
 }  // namespace test

@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "host/faults.h"
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tests/entry/entry_call.h"
 #include "tests/faults/file_services.h"
+#include "tests/support/faults.h"
 #include "tests/support/temporary_file.h"
 #include "tests/support/tiff_builder.h"
 
@@ -60,9 +60,9 @@ TEST(ClosingOrder, TheFileIsClosedBeforeTheDirectoriesAreReleased) {
     const ScopedFileServices services(Buffering::Full, pass,
                                       [&] { inUseAtClosing = ::mallinfo2().uordblks; });
     // The first operation of packaging fails, so that all directories are still there.
-    const host::ScopedFault fault(host::Operation::zxCreateStructArray, 1);
+    const test::ScopedFault fault(test::Operation::zxCreateStructArray, 1);
     zxArray* output = nullptr;
-    EXPECT_THROW(callEntry(inputs, output), host::OperationFailed);
+    EXPECT_THROW(callEntry(inputs, output), test::OperationFailed);
     constexpr std::size_t bytesOfATag = 32;
     EXPECT_GT(inUseAtClosing, ::mallinfo2().uordblks + entries * bytesOfATag);
 }

@@ -70,11 +70,6 @@ void refuseEachInNewThread(const PreparedCall& call, const Shortage& shortage,
     refuseEach(call, shortage, what, [](const auto& step) { std::thread(step).join(); });
 }
 
-void refuseEachInThisThread(const PreparedCall& call, const Shortage& shortage,
-                            const std::string& what) {
-    refuseEach(call, shortage, what, [](const auto& step) { step(); });
-}
-
 class FailingAllocations : public ::testing::TestWithParam<SampleFile> {
   protected:
     [[nodiscard]] static PreparedCall call() {
@@ -93,21 +88,21 @@ TEST_P(FailingAllocations, FromThenOnEndTheCallCleanly) {
                           "new-from-then-on " + name());
 }
 
-// Here the conversion library and stdio run short as well. In a thread of its own the C library
-// itself would give up where it cannot note what a thread has to destroy.
+// Here the conversion library and stdio run short as well, and what the C library itself notes for a
+// thread.
 
 TEST_P(FailingAllocations, OfTheCLibraryOnceEndTheCallCleanly) {
     if (!mallocCanFail) {
         GTEST_SKIP() << "malloc is the sanitizer's";
     }
-    refuseEachInThisThread(call(), {Allocator::Malloc, Lasting::Once}, "malloc-once " + name());
+    refuseEachInNewThread(call(), {Allocator::Malloc, Lasting::Once}, "malloc-once " + name());
 }
 
 TEST_P(FailingAllocations, OfTheCLibraryFromThenOnEndTheCallCleanly) {
     if (!mallocCanFail) {
         GTEST_SKIP() << "malloc is the sanitizer's";
     }
-    refuseEachInThisThread(call(), {Allocator::Malloc, Lasting::FromThenOn},
+    refuseEachInNewThread(call(), {Allocator::Malloc, Lasting::FromThenOn},
                            "malloc-from-then-on " + name());
 }
 
@@ -120,6 +115,12 @@ TEST(FailingAllocationsAmongReports, EndTheCallCleanly) {
                               "new-once " + file.name);
         refuseEachInNewThread(call, {Allocator::OperatorNew, Lasting::FromThenOn},
                               "new-from-then-on " + file.name);
+        if (mallocCanFail) {
+            refuseEachInNewThread(call, {Allocator::Malloc, Lasting::Once},
+                                  "malloc-once " + file.name);
+            refuseEachInNewThread(call, {Allocator::Malloc, Lasting::FromThenOn},
+                                  "malloc-from-then-on " + file.name);
+        }
     }
 }
 

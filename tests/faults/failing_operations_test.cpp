@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "host/faults.h"
 #include "tests/damage/documented_reports.h"
 #include "tests/faults/entry_run.h"
 #include "tests/faults/report_files.h"
 #include "tests/faults/sample_files.h"
+#include "tests/support/faults.h"
 
 // Each call of each operation of the host fails in turn. What the host raises reaches the caller
 // unchanged, the output slot is not touched and nothing stays behind.
@@ -19,7 +19,7 @@
 namespace test {
 namespace {
 
-using host::Operation;
+using test::Operation;
 
 /// Expects what must come of a call in which an operation failed.
 void expectOutcome(Operation operation, const Outcome& outcome, const Outcome& undisturbed) {
@@ -28,7 +28,7 @@ void expectOutcome(Operation operation, const Outcome& outcome, const Outcome& u
         expectSame(outcome, undisturbed);
     } else if (operation != Operation::fopen) {
         EXPECT_EQ(outcome.ending, Ending::Raised);
-        EXPECT_EQ(outcome.raised, host::OperationFailed(operation).what());
+        EXPECT_EQ(outcome.raised, test::OperationFailed(operation).what());
     } else if (outcome.ending == Ending::Reported && outcome.error != undisturbed.error) {
         EXPECT_EQ(outcome.error, report("unsupportedFileFormat"));
     } else {
@@ -44,9 +44,9 @@ std::size_t failEachCallOf(Operation operation, const PreparedCall& call,
     for (bool isReached = true; isReached && !::testing::Test::HasFailure();) {
         const Stock stock;
         {
-            const std::size_t before = host::callsOf(operation);
-            const Outcome outcome = call.run([&] { return host::ScopedFault(operation, n); });
-            isReached = host::callsOf(operation) - before >= n;
+            const std::size_t before = test::callsOf(operation);
+            const Outcome outcome = call.run([&] { return test::ScopedFault(operation, n); });
+            isReached = test::callsOf(operation) - before >= n;
             if (isReached) {
                 expectOutcome(operation, outcome, undisturbed);
                 tally.count(outcome, undisturbed);
@@ -65,7 +65,7 @@ std::set<Operation> failEachOperation(const PreparedCall& call, const std::strin
     const Outcome undisturbed = call.run();
     Tally tally;
     std::set<Operation> failed;
-    for (std::size_t i = 0; i < host::operationCount; ++i) {
+    for (std::size_t i = 0; i < test::operationCount; ++i) {
         SCOPED_TRACE(i);
         const auto operation = static_cast<Operation>(i);
         if (failEachCallOf(operation, call, undisturbed, tally) != 0) {
@@ -154,7 +154,7 @@ TEST(FailingOperations, PassUnchangedFromFilesWithEveryWarningAndError) {
         const TemporaryFile disk(file.bytes);
         failed.merge(failEachOperation(PreparedCall(disk.name(), file.request), file.name));
     }
-    EXPECT_EQ(failed.size(), host::operationCount);
+    EXPECT_EQ(failed.size(), test::operationCount);
 }
 
 TEST(FailingOperations, IncludeASinkThatRaisesAtEachKindOfWarning) {

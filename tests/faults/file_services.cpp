@@ -173,6 +173,8 @@ file_status status(const std::u16string& path) {
     file_status result = own(path);
     if (effect.kind == test::FileEffect::Short) {
         --result.fileSize;
+    } else if (effect.kind == test::FileEffect::Told) {
+        result.fileSize = effect.limit;
     }
     return result;
 }

@@ -30,6 +30,7 @@ struct FileEffect {
         Fails,        ///< EIO; a file that is not there for Exists and Status
         Interrupted,  ///< EINTR; for Exists and Status the host raises
         Short,        ///< Read: at most limit bytes; Status: a size smaller by one byte
+        Told,         ///< Status: a size of limit bytes, whatever the file holds
     };
     Kind kind = Passes;
     std::size_t limit = 0;

@@ -34,7 +34,8 @@ std::vector<Field> damagedEntries() {
             at(60002, 14, 1, 0),  // no type
             at(60003, 0, 1, 0),   // the type of nothing
             at(60004, IFD, 1, 0),
-            text(60005, "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E and more")};
+            text(60005, "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E and more"),
+            text(60006, "J\xFCrgen M\xFCller, M\xFCnchen")};  // Latin-1
 }
 
 /// The structure that all the warning files have.

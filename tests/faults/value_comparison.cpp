@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "host/value.h"
+#include "host/values/value.h"
 
 namespace test {
 

@@ -6,7 +6,7 @@
 #include <ctime>
 
 #include "file/file_information.h"
-#include "host/reports.h"
+#include "host/messages/reports.h"
 #include "tests/support/module_call.h"
 
 // A time that the C library cannot format. Its function is replaced in this program by one that

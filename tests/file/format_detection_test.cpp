@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "file/file_format.h"
-#include "host/faults.h"
+#include "tests/support/faults.h"
 #include "tests/support/module_call.h"
 #include "tests/support/temporary_file.h"
 
@@ -186,9 +186,9 @@ TEST(FormatDetection, AsksForJpegThenClassicThenBigTiff) {
                  {{'M', 'M', 0, 43}, 4},
                  {{'G', 'I', 'F', '8'}, 3}};
     for (const auto& [bytes, opens] : cases) {
-        const std::size_t before = host::callsOf(host::Operation::fopen);
+        const std::size_t before = test::callsOf(test::Operation::fopen);
         EXPECT_TRUE(test::read(bytes).failed());
-        EXPECT_EQ(host::callsOf(host::Operation::fopen) - before, opens);
+        EXPECT_EQ(test::callsOf(test::Operation::fopen) - before, opens);
     }
 }
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "entry/warnings.h"
-#include "host/reports.h"
-#include "host/value.h"
+#include "host/messages/reports.h"
+#include "host/values/value.h"
 #include "tests/support/module_call.h"
 #include "tests/support/temporary_file.h"
 

@@ -3,7 +3,7 @@
 #include <tuple>
 #include <vector>
 
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tests/support/layered_tiff.h"
 #include "tests/support/module_call.h"
 

@@ -1,4 +1,4 @@
-#include "host/message_catalog.h"
+#include "host/messages/message_catalog.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/unicode.h"
+#include "host/platform/unicode.h"
 
 using host::messageText;
 using Arguments = std::vector<resource_core::BaseMsgID::Argument>;

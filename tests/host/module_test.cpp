@@ -1,4 +1,4 @@
-#include "host/module.h"
+#include "host/loading/module.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "host/faults.h"
+#include "tests/support/faults.h"
 
 using host::CallResult;
-using host::Operation;
 using host::Report;
+using test::Operation;
 
 namespace {
 
@@ -96,7 +96,7 @@ TEST_F(ModuleCalls, AnErrorWithAMessageIdIsAReportAndItsText) {
 }
 
 TEST_F(ModuleCalls, SoIsOneThatTheModuleThrowsItself) {
-    const host::ScopedFault fault(Operation::do_legacy_zx_error, 1);
+    const test::ScopedFault fault(Operation::do_legacy_zx_error, 1);
     const CallResult result = call(u"raise");
     ASSERT_TRUE(result.failure);
     EXPECT_EQ(result.failure->report, raisedReport);
@@ -119,7 +119,7 @@ TEST_F(ModuleCalls, AnOutputBesideAnErrorIsDestroyed) {
 }
 
 TEST_F(ModuleCalls, AFailingOperationOfTheHostIsAText) {
-    const host::ScopedFault fault(Operation::zxGetScalar, 2);
+    const test::ScopedFault fault(Operation::zxGetScalar, 2);
     EXPECT_EQ(messageOfNoReport(u"x"), "zxGetScalar failed on command");
 }
 

@@ -1,4 +1,4 @@
-#include "host/reports.h"
+#include "host/messages/reports.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "host/faults.h"
+#include "tests/support/faults.h"
 
 using host::Report;
 using host::ScopedWarningSink;
@@ -88,6 +88,6 @@ TEST(ErrorChannel, RaisesTheReportWithTheCataloguesText) {
 }
 
 TEST(ErrorChannel, ReturnsWhenItFailsOnCommand) {
-    const host::ScopedFault fault(host::Operation::do_legacy_zx_error, 1);
+    const test::ScopedFault fault(test::Operation::do_legacy_zx_error, 1);
     EXPECT_NO_THROW(matrix::detail::do_legacy_zx_error(TestError()));
 }

@@ -5,7 +5,7 @@
 #include <array>
 #include <stdexcept>
 
-#include "host/value.h"
+#include "host/values/value.h"
 
 using namespace matrix::detail::noninlined::zx_array_api;
 using host::ValuePtr;

@@ -7,13 +7,14 @@
 
 #include "host/interface/array.h"
 #include "host/interface/platform.h"
-#include "host/value.h"
+#include "host/values/value.h"
 
 using fl::i18n::codecvt_mode;
 using fl::i18n::codecvt_string_to_ustring;
 using fl::i18n::detect_charset;
 using fl::i18n::KvLocale;
 using fl::i18n::to_ustring;
+using namespace std::string_literals;
 
 namespace {
 
@@ -62,6 +63,10 @@ const BadUtf8 badUtf8[] = {
 
 std::u16string convert(const std::string& bytes, const std::string& charset) {
     return codecvt_string_to_ustring(bytes, charset, codecvt_mode::lenient, KvLocale::system);
+}
+
+std::string detected(const std::string& bytes) {
+    return detect_charset(bytes.data(), bytes.size(), "?");
 }
 
 }  // namespace
@@ -152,19 +157,81 @@ TEST(NamedCharset, StrictModeRaises) {
     EXPECT_THROW(strict("\xFFz"), std::range_error);
 }
 
-TEST(CharsetDetection, NamesTheSetOfATypicalText) {
-    const std::string utf8 = "Gr\xC3\xBC\xC3\x9F aus M\xC3\xBCnchen \xE2\x82\xAC";
-    EXPECT_EQ(detect_charset(utf8.data(), utf8.size(), "?"), "UTF-8");
+TEST(CharsetDetection, TakesBytesThatAreValidUtf8ForUtf8) {
+    for (const std::string& text : {
+             "24-70mm f/2.8"s,
+             "EF-S18-55mm f/3.5-5.6 IS\0"s,  // with the zero that closes a text
+             "0000304011\0"s,
+             "2019:07:04 18:02:51\0"s,
+             "N\0"s,
+             "7"s,
+             "12\0\0\0\0\0\0\0\0"s,  // filled up to a fixed length
+             "M\0o\0d\0e\0l\0"s,     // UTF-16 without a mark cannot be told from it
+             "Gr\xC3\xBC\xC3\x9F aus M\xC3\xBCnchen \xE2\x82\xAC\0"s,
+             "\xE6\x97\xA5\xE6\x9C\xAC"s,
+             "\xEF\xBB\xBFwith a mark"s,
+         }) {
+        EXPECT_EQ(detected(text), "UTF-8") << text;
+    }
+}
+
+TEST(CharsetDetection, NamesTheSingleByteSetOfATypicalText) {
     const std::string latin1 =
         "Le ch\xE2teau \xE9tait d\xE9j\xE0 ferm\xE9 quand nous sommes arriv\xE9s \xE0 la gare";
-    EXPECT_EQ(detect_charset(latin1.data(), latin1.size(), "?"), "ISO-8859-1");
-    const std::string utf16("\xFE\xFF\0a\0b\0c", 8);
-    EXPECT_EQ(detect_charset(utf16.data(), utf16.size(), "?"), "UTF-16BE");
+    EXPECT_EQ(detected(latin1), "ISO-8859-1");
+    EXPECT_EQ(detected(latin1 + '\0'), "ISO-8859-1");
+    EXPECT_EQ(detected("Foto: J\xFCrgen M\xFCller, M\xFCnchen\0"s), "ISO-8859-1");
+}
+
+TEST(CharsetDetection, NamesTheMultiByteSetOfATypicalText) {
+    // A sentence in kanji, hiragana and full stops.
+    const std::string japanese =
+        "\x82\xB1\x82\xCC\x8E\xCA\x90\x5E\x82\xCD\x93\x8C\x8B\x9E\x82\xC5\x8E\x42\x82\xE8\x82\xDC"
+        "\x82\xB5\x82\xBD\x81\x42\x93\xFA\x96\x7B\x8C\xEA\x82\xC5\x82\xB7\x81\x42";
+    EXPECT_EQ(detected(japanese), "Shift_JIS");
+    EXPECT_EQ(detected(japanese + '\0'), "Shift_JIS");
+}
+
+TEST(CharsetDetection, NamesUtf16AndUtf32WhereTheirByteOrderMarkStandsFirst) {
+    EXPECT_EQ(detected("\xFE\xFF\0a\0b\0c"s), "UTF-16BE");
+    EXPECT_EQ(detected("\xFF\xFE\x61\0\x62\0\x63\0"s), "UTF-16LE");
+    EXPECT_EQ(detected("\xFF\xFE\x61\0\0\0"s), "UTF-16LE");
+    EXPECT_EQ(detected("\0\0\xFE\xFF\0\0\0a"s), "UTF-32BE");
+    EXPECT_EQ(detected("\xFF\xFE\0\0\x61\0\0\0"s), "UTF-32LE");
+}
+
+TEST(CharsetDetection, NamesNoUtf16OrUtf32WithoutAByteOrderMark) {
+    for (int first = 0x80; first < 0x100; ++first) {
+        for (int second = 0; second < 0x100; ++second) {
+            const std::string text{static_cast<char>(first),
+                                   '\0',
+                                   static_cast<char>(second),
+                                   '\0',
+                                   'a',
+                                   '\0',
+                                   'b',
+                                   '\0'};
+            const std::string name = detected(text);
+            ASSERT_FALSE(name.starts_with("UTF-16")) << first << " " << second;
+            ASSERT_FALSE(name.starts_with("UTF-32")) << first << " " << second;
+        }
+    }
+}
+
+TEST(CharsetDetection, LooksForValidUtf8InAllOfALongText) {
+    const std::string ascii(std::size_t{1} << 20U, 'x');
+    EXPECT_EQ(detected(ascii + "\xC3\xA9"), "UTF-8");
+    EXPECT_NE(detected("\xE9" + ascii), "UTF-8");
+}
+
+TEST(CharsetDetection, TakesATextThatIsCutInALetterForWhatItWasBefore) {
+    EXPECT_EQ(detected("Gr\xC3\xBC\xC3\x9F aus M\xC3\xBCnchen und K\xC3\xB6ln, \xE2\x82"), "UTF-8");
 }
 
 TEST(CharsetDetection, GivesTheCallersNameForNothing) {
     EXPECT_EQ(detect_charset(nullptr, 0, "<unknown>"), "<unknown>");
     EXPECT_EQ(detect_charset("a", 0, "none"), "none");
+    EXPECT_EQ(detect_charset("\0\0\0", 3, "none"), "none");
 }
 
 TEST(CharsetDetection, AnswersForAnyShortBytesWithASetThatConverts) {

@@ -67,6 +67,16 @@ TEST(TimeZone, TheLocalDateMayBeTheNextOrThePreviousDay) {
     EXPECT_EQ(local("2024-03-01 04:59:59"), "2024-02-29T23:59:59");
 }
 
+TEST(TimeZone, TheLocalZoneFollowsTZAsItChanges) {
+    const ScopedLocalZone zone(centralEurope);
+    EXPECT_EQ(local("2024-01-15 12:00:00"), "2024-01-15T13:00:00");
+    ::setenv("TZ", "EST5", 1);
+    EXPECT_EQ(local("2024-01-15 12:00:00"), "2024-01-15T07:00:00");
+    ::unsetenv("TZ");
+    ::setenv("TZ", centralEurope, 1);
+    EXPECT_EQ(local("2024-07-15 12:00:00"), "2024-07-15T14:00:00");
+}
+
 TEST(TimeZone, MicrosecondsStay) {
     const ScopedLocalZone zone(centralEurope);
     EXPECT_EQ(local("2024-01-15 12:00:00.123456"), "2024-01-15T13:00:00.123456");

@@ -1,4 +1,4 @@
-#include "host/unicode.h"
+#include "host/platform/unicode.h"
 
 #include <gtest/gtest.h>
 

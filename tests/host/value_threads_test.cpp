@@ -4,7 +4,7 @@
 #include <thread>
 #include <vector>
 
-#include "host/value.h"
+#include "host/values/value.h"
 
 // Values whose thread has ended, and values that another thread destroys: their memory is theirs.
 

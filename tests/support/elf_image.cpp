@@ -81,4 +81,22 @@ Elf64_Xword ElfImage::dynamicValue(Elf64_Sxword tag) const {
     return 0;
 }
 
+std::vector<std::string> ElfImage::dynamicTexts(Elf64_Sxword tag) const {
+    std::vector<std::string> texts;
+    for (std::size_t i = 0; i < header().e_shnum; ++i) {
+        const Elf64_Shdr dynamic = section(i);
+        if (dynamic.sh_type != SHT_DYNAMIC) {
+            continue;
+        }
+        const Elf64_Shdr strings = section(dynamic.sh_link);
+        for (std::size_t at = 0; at < dynamic.sh_size; at += sizeof(Elf64_Dyn)) {
+            const auto entry = recordAt<Elf64_Dyn>(dynamic.sh_offset + at);
+            if (entry.d_tag == tag) {
+                texts.emplace_back(&bytes_.at(strings.sh_offset + entry.d_un.d_val));
+            }
+        }
+    }
+    return texts;
+}
+
 }  // namespace test

@@ -27,6 +27,8 @@ class ElfImage {
     [[nodiscard]] DynamicSymbols symbols() const;
     /// The value of the first entry of that tag in the dynamic section; 0 without one.
     [[nodiscard]] Elf64_Xword dynamicValue(Elf64_Sxword tag) const;
+    /// The texts of all entries of that tag in the dynamic section, in their order.
+    [[nodiscard]] std::vector<std::string> dynamicTexts(Elf64_Sxword tag) const;
 
   private:
     template <class Record>

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "host/unicode.h"
+#include "host/platform/unicode.h"
 #include "tests/support/temporary_file.h"
 
 namespace host {

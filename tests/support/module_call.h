@@ -11,8 +11,8 @@
 #include <variant>
 #include <vector>
 
-#include "host/module.h"
-#include "host/value.h"
+#include "host/loading/module.h"
+#include "host/values/value.h"
 #include "tests/support/tiff_builder.h"
 
 namespace host {

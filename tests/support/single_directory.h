@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tests/support/module_call.h"
 #include "tests/support/tiff_builder.h"
 

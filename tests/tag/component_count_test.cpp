@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "host/reports.h"
+#include "host/messages/reports.h"
 #include "tag/tag_validation.h"
 #include "tests/support/single_directory.h"
 

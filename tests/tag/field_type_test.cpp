@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "host/reports.h"
+#include "host/messages/reports.h"
 #include "tag/tiff_type.h"
 #include "tests/support/single_directory.h"
 

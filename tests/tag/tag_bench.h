@@ -6,7 +6,7 @@
 
 #include "directory/ifd_type.h"
 #include "file/tag_file.h"
-#include "host/reports.h"
+#include "host/messages/reports.h"
 #include "tag/tiff_tag.h"
 #include "tests/support/single_directory.h"
 #include "tests/support/temporary_file.h"

@@ -58,6 +58,12 @@ TEST(UnknownTags, TextInUtf8IsReadAsUtf8WhateverTheLocale) {
     }
 }
 
+TEST(UnknownTags, ShortTextsInAsciiAreReadAsTheyStand) {
+    for (const char* words : {"24-70mm f/2.8", "0000304011", "2019:07:04 18:02:51", "N", "7"}) {
+        EXPECT_EQ(textOf(valueOf(readDirectory({text(60001, words)}))), words);
+    }
+}
+
 TEST(UnknownTags, TextInLatin1IsReadAsLatin1) {
     EXPECT_EQ(textOf(valueOf(readDirectory({text(60001, latin1Text)}))), frenchText);
 }

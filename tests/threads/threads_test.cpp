@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "fuzz/value_walk.h"
-#include "host/value.h"
+#include "host/values/value.h"
 #include "tests/damage/damage_samples.h"
 #include "tests/support/module_call.h"
 #include "tests/support/temporary_file.h"

@@ -130,7 +130,7 @@ TEST(CallRecord, AnErrorWithoutAnIdHasItsMessageAsValidText) {
     result.failure = host::Failure{std::nullopt, "bad \xFF"};
     EXPECT_EQ(recordOf(result),
               "{\"output\":null,\"warnings\":[],"
-              "\"error\":{\"id\":null,\"message\":\"bad \\\\xff\"}}\n");
+              "\"error\":{\"id\":null,\"message\":\"bad \uFFFD\"}}\n");
 }
 
 }  // namespace

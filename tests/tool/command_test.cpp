@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/tool/run_command.h"
@@ -15,6 +17,7 @@ namespace {
 
 using nlohmann::json;
 using tool_test::CommandResult;
+using tool_test::Input;
 using tool_test::Output;
 using tool_test::runTool;
 using tool_test::TemporaryFolder;
@@ -41,6 +44,15 @@ json recordOf(const CommandResult& result) {
 
 std::size_t elementsOf(const CommandResult& result) {
     return recordOf(result)["output"]["data"].size();
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return lines;
 }
 
 class Command : public testing::Test {
@@ -71,6 +83,38 @@ TEST_F(Command, BadUsageIsToldOnStandardErrorWithStatus2) {
         EXPECT_EQ(result.exitStatus, 2) << testing::PrintToString(commandLine);
         EXPECT_EQ(result.out, "") << testing::PrintToString(commandLine);
         EXPECT_NE(result.err, "") << testing::PrintToString(commandLine);
+        for (const std::string& line : linesOf(result.err)) {
+            EXPECT_TRUE(line.starts_with("corvinex: ")) << line;
+        }
+    }
+}
+
+TEST_F(Command, BadUsageIsToldWithWhatIsWrong) {
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
+        {{}, "a command is missing; the commands are: show, call"},
+        {{"shwo"}, "there is no command \"shwo\"; the nearest is \"show\""},
+        {{"photo.jpg"}, "there is no command \"photo.jpg\"; the commands are: show, call"},
+        {{"--vresion"}, "there is no option \"--vresion\"; the nearest is \"--version\""},
+        {{"show"}, "show: FILE is missing"},
+        {{"call", good, "b\n"}, "call: \"b\\n\" is one FILE too many"},
+        {{"show", good, "--limit=two"},
+         "show: --limit: \"two\" is not a whole number from 0 to 2^53"},
+        {{"show", good, "--limit"}, "show: \"--limit\" needs a value: N"},
+        {{"show", good, "--limit=1", "--limit=2"}, "show: --limit is given twice"},
+        {{"show", good, "--warnings=some"},
+         "show: --warnings: \"some\" is not one of all|first|none"},
+        {{"show", good, "--all=yes"}, "show: --all takes no value"},
+        {{"show", good, "--limt=1"},
+         "show: there is no option \"--limt\"; the nearest is \"--limit\""},
+        {{"show", good, "-x"}, "show: there is no option \"-x\""},
+        {{"show", good, "--lim=1"},
+         "show: there is no option \"--lim\"; the nearest is \"--limit\""},
+        {{"show", good, "--hel"}, "show: there is no option \"--hel\"; the nearest is \"--help\""},
+    };
+    for (const auto& [commandLine, reason] : cases) {
+        const CommandResult result = runTool(commandLine);
+        EXPECT_EQ(result.exitStatus, 2) << reason;
+        EXPECT_EQ(linesOf(result.err).front(), "corvinex: " + reason);
     }
 }
 
@@ -110,10 +154,39 @@ TEST_F(Command, ErrorsStandBehindTheBlocksBefore) {
 TEST_F(Command, OptionsMayStandBeforeTheFiles) {
     const CommandResult result = runTool({"show", "--limit", "1", "--skip=1", good});
     EXPECT_EQ(result.exitStatus, 0) << result.err;
-    EXPECT_NE(result.out.find("Directory 1 of 1"), std::string::npos);
+    EXPECT_NE(result.out.find("Directory 2 of 2"), std::string::npos);
     EXPECT_EQ(result.out, runTool({"show", good, "--limit=1", "--skip", "1"}).out);
     EXPECT_EQ(runTool({"show", good, "--skip=1", good}).out,
               runTool({"show", "--skip=1", good, good}).out);
+}
+
+TEST_F(Command, AHeadingCarriesThePlaceInTheChainAndTheTotalWhereTheReadComesToTheEnd) {
+    const auto headings = [](const CommandResult& result) {
+        std::vector<std::string> found;
+        for (const std::string& line : linesOf(result.out)) {
+            if (line.starts_with("  Directory")) {
+                found.push_back(line.substr(2));
+            }
+        }
+        return found;
+    };
+    using Headings = std::vector<std::string>;
+    EXPECT_EQ(headings(runTool({"show", good, "--skip=1"})), Headings{"Directory 2 of 2"});
+    EXPECT_EQ(headings(runTool({"show", good, "--limit=1"})), Headings{"Directory 1"});
+    const std::string cycle = folder.file("cycle.tif", twoDirectories(8));
+    EXPECT_EQ(headings(runTool({"show", cycle, "--skip=1", "--limit=2"})),
+              (Headings{"Directory 2 of 2", "Directory 1 of 2"}));
+}
+
+TEST_F(Command, SkippingAllDirectoriesIsAnErrorThatTellsHowManyThereAre) {
+    const std::string cycle = folder.file("cycle.tif", twoDirectories(8));
+    for (const std::string& path : {good, cycle}) {
+        const CommandResult result = runTool({"show", path, "--skip=2"});
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.err, "corvinex: " + path +
+                                  ": error: the file has 2 directories; --skip 2 leaves none\n");
+    }
 }
 
 TEST_F(Command, AllShowsFieldsThatWereNeverSet) {
@@ -172,14 +245,63 @@ TEST_F(Command, APipeIsRefusedByBothCommands) {
               {"message", "this is a pipe (FIFO), not a file that can be read at any position"}}));
 }
 
-TEST_F(Command, ANameThatIsNotUtf8IsRefusedByBothCommands) {
+TEST_F(Command, ANameThatIsNotUtf8IsReadAndShownWithReplacementCharacters) {
+    const std::string path = folder.file("a\xE4\x1B.tif", twoDirectories());
+    const std::string shownName = folder.path("a\uFFFD\\u001b.tif");
+    const CommandResult shown = runTool({"show", path});
+    EXPECT_EQ(shown.exitStatus, 0) << shown.err;
+    EXPECT_TRUE(shown.out.starts_with(shownName + "\n  Filename         \"" + shownName + "\"\n"))
+        << shown.out;
+    EXPECT_NE(shown.out.find("Directory 2 of 2"), std::string::npos);
+    const CommandResult called = runTool({"call", path});
+    EXPECT_EQ(called.exitStatus, 0);
+    EXPECT_EQ(elementsOf(called), 2U);
+}
+
+TEST_F(Command, AReportNamesAFileAsItWasAskedFor) {
+    const std::string path = folder.file("a\xE4.tif", twoDirectories());
+    const CommandResult shown = runTool({"show", path, "--header-offset=8"});
+    EXPECT_TRUE(shown.err.ends_with("in " + folder.path("a\uFFFD.tif") +
+                                    " [quorra:corvinex:badEndianness]\n"))
+        << shown.err;
+}
+
+TEST_F(Command, AMissingFileWhoseNameIsNotUtf8IsToldByBothCommands) {
     const CommandResult shown = runTool({"show", "a\xE4.tif"});
     EXPECT_EQ(shown.exitStatus, 1);
-    EXPECT_EQ(shown.err, "corvinex: a\\xe4.tif: error: the file name is not valid UTF-8\n");
+    EXPECT_EQ(shown.err, "corvinex: a\uFFFD.tif: error: the file does not exist\n");
     const CommandResult called = runTool({"call", "a\xE4.tif"});
     EXPECT_EQ(called.exitStatus, 1);
-    EXPECT_EQ(recordOf(called)["error"]["message"], "the file name is not valid UTF-8");
+    EXPECT_EQ(recordOf(called)["error"],
+              json({{"id", nullptr}, {"message", "the file does not exist"}}));
     EXPECT_EQ(recordOf(called)["output"], nullptr);
+}
+
+TEST_F(Command, ADashIsTheStandardInput) {
+    const std::string block = runTool({"show", good}).out;
+    const std::string directories = block.substr(block.find("  Directory"));
+    for (const Input& input : {Input::file(good), Input::pipe(twoDirectories())}) {
+        const CommandResult shown = runTool({"show", "-"}, Output::Captured, input);
+        EXPECT_EQ(shown.exitStatus, 0) << shown.err;
+        EXPECT_TRUE(shown.out.starts_with("-\n  Filename         \"-\"\n")) << shown.out;
+        EXPECT_TRUE(shown.out.ends_with(directories)) << shown.out;
+        const CommandResult called = runTool({"call", "-"}, Output::Captured, input);
+        EXPECT_EQ(called.exitStatus, 0);
+        EXPECT_EQ(elementsOf(called), 2U);
+    }
+}
+
+TEST_F(Command, AFileWhoseNameIsADashIsReadByItsPath) {
+    static_cast<void>(folder.file("-", twoDirectories()));
+    EXPECT_EQ(runTool({"show", folder.path("-")}).exitStatus, 0);
+}
+
+TEST_F(Command, APipeThatHoldsMoreThanMayBeTakenIsRefused) {
+    const CommandResult result = runTool({"show", "-", "--max-memory=100K"}, Output::Captured,
+                                         Input::pipe(std::string(200 << 10, 'x')));
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.err,
+              "corvinex: -: error: the input holds more than 100K; --max-memory 1G allows more\n");
 }
 
 TEST_F(Command, FileNamesAreTakenAsTheyAre) {
@@ -230,10 +352,43 @@ TEST_F(Command, CallTakesTheEmptyName) {
               json({{"id", "quorra:corvinex:statFailure"}, {"arguments", json::array()}}));
 }
 
-TEST_F(Command, AFolderIsTheModulesToRefuse) {
-    const CommandResult result = runTool({"show", folder.path("")});
+TEST_F(Command, WhatIsNoFileToReadGetsAMessageOfItsOwn) {
+    const std::string empty = folder.file("empty.tif", "");
+    const CommandResult result = runTool({"show", folder.path(""), empty, bad});
     EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_TRUE(result.err.ends_with(" [quorra:corvinex:unsupportedFileFormat]\n")) << result.err;
+    const std::vector<std::string> lines = linesOf(result.err);
+    ASSERT_EQ(lines.size(), 3U) << result.err;
+    EXPECT_EQ(lines[0], "corvinex: " + folder.path("") + ": error: this is a folder, not a file");
+    EXPECT_EQ(lines[1], "corvinex: " + empty + ": error: the file is empty");
+    EXPECT_TRUE(lines[2].ends_with(" [quorra:corvinex:unsupportedFileFormat]")) << lines[2];
+}
+
+TEST_F(Command, AFolderIsTheModulesToRefuseInACall) {
+    EXPECT_EQ(recordOf(runTool({"call", folder.path("")}))["error"]["id"],
+              "quorra:corvinex:unsupportedFileFormat");
+}
+
+TEST_F(Command, OfEachKindOfWarningTheFirstTenArePrinted) {
+    TiffBytes tiff;
+    tiff.header(8).count(13);
+    for (std::uint64_t i = 0; i < 12; ++i) {
+        tiff.entry(50000 + i, 1, 1000, 5000);
+    }
+    const std::string path =
+        folder.file("warnings.tif", tiff.entry(60000, 99, 1, 0).offset(0).bytes());
+    const std::vector<std::string> all = linesOf(runTool({"show", path, "--warnings=all"}).err);
+    ASSERT_EQ(all.size(), 13U);
+    const CommandResult first = runTool({"show", path});
+    std::vector<std::string> expected(all.begin(), all.begin() + 10);
+    expected.push_back(all.back());
+    expected.push_back("corvinex: " + path +
+                       ": warning: 2 more warnings of this kind; --warnings all prints every one" +
+                       all[0].substr(all[0].find(" [")));
+    EXPECT_EQ(linesOf(first.err), expected);
+    EXPECT_EQ(linesOf(runTool({"show", path, "--warnings=first"}).err), expected);
+    EXPECT_EQ(runTool({"show", path, path}).err, first.err + first.err) << "each file anew";
+    EXPECT_EQ(runTool({"show", path, "--warnings=none"}).err, "");
+    EXPECT_NE(runTool({"show", bad, "--warnings=none"}).err, "") << "an error is no warning";
 }
 
 TEST_F(Command, OutputThatCannotBeWrittenIsAFailure) {

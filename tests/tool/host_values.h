@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/value.h"
+#include "host/values/value.h"
 
 namespace tool_test {
 

@@ -41,6 +41,13 @@ TEST(MemorySize, IsWhat64BitsHold) {
     EXPECT_EQ(tool::memorySize("17179869184G"), std::nullopt);
 }
 
+TEST(MoreMemory, IsTwiceAsMuchAtLeastAndOneGibibyteAtLeast) {
+    EXPECT_EQ(tool::moreMemoryText(1), "1 bytes; --max-memory 1G allows more");
+    EXPECT_EQ(tool::moreMemoryText(513U << 20U), "513M; --max-memory 2G allows more");
+    EXPECT_EQ(tool::moreMemoryText(UINT64_MAX - (UINT64_MAX >> 10U)),
+              "17163091968G; --max-memory 0 allows more");
+}
+
 /// So many BYTE entries that share one value of 1 MiB, behind the directory. In memory a byte is a
 /// double of 8.
 std::string valueBomb(std::uint64_t entries) {
@@ -53,6 +60,22 @@ std::string valueBomb(std::uint64_t entries) {
     }
     tiff.offset(0).raw(std::string(mebibyte, 'x'));
     return tiff.bytes();
+}
+
+/// So many BYTE entries, each with a value of its own.
+std::string valuesSideBySide(std::uint64_t entries, std::uint64_t length) {
+    const std::uint64_t end = 8 + 2 + entries * 12 + 4;
+    TiffBytes tiff;
+    tiff.header(8).count(entries);
+    for (std::uint64_t i = 0; i < entries; ++i) {
+        tiff.entry(40000 + i, 1, length, end + i * length);
+    }
+    tiff.offset(0).raw(std::string(entries * length, 'x'));
+    return tiff.bytes();
+}
+
+std::string recordMessage(const CommandResult& result) {
+    return nlohmann::json::parse(result.out)["error"]["message"];
 }
 
 std::string smallImage() {
@@ -77,7 +100,8 @@ TEST_F(MemoryLimit, AFileThatTakesMoreIsAnErrorAndTheNextFilesAreRead) {
     EXPECT_EQ(result.exitStatus, 1);
     const std::string line =
         "corvinex: " + bomb +
-        ": error: out of memory: this file takes more than the limit of 512M (--max-memory)\n";
+        ": error: out of memory: this file takes more than the limit of 512M; --max-memory 1G "
+        "allows more\n";
     EXPECT_EQ(result.err, line + line);
     const std::string alone = runTool({"show", good}).out;
     EXPECT_EQ(result.out, alone + "\n" + alone);
@@ -92,8 +116,33 @@ TEST_F(MemoryLimit, ACallThatTakesMoreHasARecordOfIt) {
     EXPECT_EQ(record["error"],
               nlohmann::json({{"id", nullptr},
                               {"message",
-                               "out of memory: this file takes more than the limit of 512M "
-                               "(--max-memory)"}}));
+                               "out of memory: this file takes more than the limit of 512M; "
+                               "--max-memory 1G allows more"}}));
+}
+
+TEST_F(MemoryLimit, IsOfAFilesSizeUnlessOneIsGiven) {
+    // 1 MiB of values and 24 KiB of entries.
+    const CommandResult result = runTool({"show", bomb, good});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.err, "corvinex: " + bomb +
+                              ": error: out of memory: this file takes more than the limit of "
+                              "537M; --max-memory 2G allows more\n");
+    EXPECT_EQ(result.out, runTool({"show", good}).out);
+    EXPECT_EQ(recordMessage(runTool({"call", bomb})),
+              "out of memory: this file takes more than the limit of 537M; --max-memory 2G allows "
+              "more");
+}
+
+TEST_F(MemoryLimit, OfALargeFileLeavesRoomForTheSmallOnesBehindIt) {
+    // Its values take 8 bytes for each of the file's; then less is allowed again.
+    const std::string large = folder.file("large.tif", valuesSideBySide(20, 4U << 20U));
+    const CommandResult result = runTool({"show", large, good, bomb, good});
+    EXPECT_EQ(result.exitStatus, 1);
+    const std::string small = runTool({"show", good}).out;
+    EXPECT_TRUE(result.out.starts_with(large)) << result.err;
+    EXPECT_TRUE(result.out.ends_with("\n" + small + "\n" + small)) << result.err;
+    EXPECT_TRUE(result.err.starts_with("corvinex: " + bomb + ": error: out of memory: "))
+        << result.err;
 }
 
 TEST_F(MemoryLimit, AFileReadsWholeUnderALimitThatItKeeps) {

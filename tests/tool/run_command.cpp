@@ -5,9 +5,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
+#include <csignal>
 #include <fstream>
 #include <iterator>
+#include <optional>
+#include <string_view>
 #include <system_error>
+#include <thread>
 
 #include "tests/tool/temporary_file.h"
 
@@ -31,6 +37,44 @@ class FileActions {
     posix_spawn_file_actions_t actions_{};
 };
 
+/// A pipe that a thread of its own fills, so that it may hold more than the system buffers.
+class FilledPipe {
+  public:
+    explicit FilledPipe(const std::string& bytes) {
+        if (::pipe2(ends_.data(), O_CLOEXEC) != 0) {
+            throw std::system_error(errno, std::generic_category(), "pipe2");
+        }
+        writer_ = std::thread([this, &bytes] { fill(bytes); });
+    }
+    ~FilledPipe() {
+        ::close(ends_[0]);  // a writer that nobody reads from ends here
+        writer_.join();
+    }
+    FilledPipe(const FilledPipe&) = delete;
+    FilledPipe& operator=(const FilledPipe&) = delete;
+
+    [[nodiscard]] int readEnd() const { return ends_[0]; }
+
+  private:
+    void fill(std::string_view bytes) {
+        sigset_t brokenPipe;
+        sigemptyset(&brokenPipe);
+        sigaddset(&brokenPipe, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
+        while (!bytes.empty()) {
+            const ssize_t written = ::write(ends_[1], bytes.data(), bytes.size());
+            if (written <= 0) {
+                break;
+            }
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        }
+        ::close(ends_[1]);
+    }
+
+    std::array<int, 2> ends_{};
+    std::thread writer_;
+};
+
 std::string contentOf(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
@@ -38,10 +82,17 @@ std::string contentOf(const std::string& path) {
 
 }  // namespace
 
-CommandResult runTool(const std::vector<std::string>& arguments, Output output) {
+CommandResult runTool(const std::vector<std::string>& arguments, Output output,
+                      const Input& input) {
     const TemporaryFolder folder;
     FileActions actions;
-    actions.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+    std::optional<FilledPipe> pipe;
+    if (input.path.empty()) {
+        pipe.emplace(input.bytes);
+        actions.duplicate(pipe->readEnd(), STDIN_FILENO);
+    } else {
+        actions.open(STDIN_FILENO, input.path, O_RDONLY);
+    }
     actions.open(STDOUT_FILENO, output == Output::DevFull ? "/dev/full" : folder.path("out"),
                  O_WRONLY | O_CREAT | O_APPEND);
     if (output == Output::WithErrors) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tool_test {
@@ -18,7 +19,17 @@ enum class Output {
     WithErrors,  ///< captured into one text together with the errors, as a terminal shows both
 };
 
+/// What the command's standard input brings: nothing unless told otherwise.
+struct Input {
+    static Input file(std::string path) { return {std::move(path), {}}; }
+    static Input pipe(std::string bytes) { return {"", std::move(bytes)}; }
+
+    std::string path = "/dev/null";  ///< empty for a pipe
+    std::string bytes;               ///< that the pipe brings
+};
+
 /// Runs the built tool with these arguments and waits for its end.
-CommandResult runTool(const std::vector<std::string>& arguments, Output output = Output::Captured);
+CommandResult runTool(const std::vector<std::string>& arguments, Output output = Output::Captured,
+                      const Input& input = {});
 
 }  // namespace tool_test

@@ -33,8 +33,10 @@ TEST(TextDisplay, QuotesAndBackslashesAreEscapedInsideQuotesOnly) {
     EXPECT_EQ(tool::visibleText(u"a\"b\\c"), R"(a"b\c)");
 }
 
-TEST(TextDisplay, BytesThatAreNotUtf8AreShownOneByOne) {
-    EXPECT_EQ(tool::visibleText("a\xE4\n.tif"s), "a\\xe4\\n.tif");
+TEST(TextDisplay, EachByteThatIsNotUtf8IsAReplacementCharacter) {
+    EXPECT_EQ(tool::visibleText("a\xE4\n\xC3\xBC.tif\xE2\x82"s), "a\uFFFD\\nü.tif\uFFFD\uFFFD");
+    EXPECT_EQ(tool::visibleText("\xED\xA0\x80"s), "\uFFFD\uFFFD\uFFFD");
+    EXPECT_EQ(tool::visibleText("\xFF\xF0\x9F\x93\xB7\x9F"s), "\uFFFD\U0001F4F7\uFFFD");
 }
 
 TEST(NumberText, IsTheShortestThatReadsBack) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -24,8 +25,10 @@ std::string summary(const host::ValuePtr& value, bool whole = false) {
 }
 
 std::string printed(const host::ValuePtr& output, bool all = false) {
+    const tool::DirectoryPlaces places{
+        .skipped = 0, .total = host::sizeOf(*output).rows, .comesBackTo = std::nullopt};
     std::ostringstream out;
-    tool::ValuePrinter(out, all).printFile("a.tif", *output);
+    tool::ValuePrinter(out, all).printFile({.name = u"a.tif", .places = places}, *output);
     return out.str();
 }
 

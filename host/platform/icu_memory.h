@@ -1,0 +1,25 @@
+#pragma once
+
+#include <memory>
+
+namespace host {
+
+struct IcuReserve;
+
+/// Has ICU find memory in this thread while it lives. ICU does not survive each refusal of memory,
+/// and where it makes something for the whole process it never forgets one. So what the C library
+/// refuses comes from a reserve that is taken beforehand, where a lack of memory can be told.
+/// One at a time in a thread.
+class IcuMemory {
+  public:
+    /// Raises std::bad_alloc.
+    IcuMemory();
+    ~IcuMemory();
+    IcuMemory(const IcuMemory&) = delete;
+    IcuMemory& operator=(const IcuMemory&) = delete;
+
+  private:
+    std::unique_ptr<IcuReserve> reserve_;
+};
+
+}  // namespace host

@@ -1,0 +1,71 @@
+#include "tool/command_table.h"
+
+#include <array>
+
+#include "tool/call_command.h"
+#include "tool/json_command.h"
+#include "tool/show_command.h"
+
+namespace tool {
+namespace {
+
+// Every command that reads files has it: any file may ask for more memory than there is.
+constexpr OptionRow maxMemory{
+    "max-memory", ValueKind::MemorySize, "SIZE", "",
+    "Most memory (address space) that a file may take: bytes, or with K, M or G powers of 1024; 0 "
+    "is no limit (default: 512 MiB and 24 times the file's size)"};
+
+constexpr std::array showOptions{
+    OptionRow{"skip", ValueKind::WholeNumber, "N", "0",
+              "Directories to skip at the start of the chain"},
+    OptionRow{"limit", ValueKind::WholeNumber, "N", "0",
+              "Most directories to read in one chain; 0 is as many as there are"},
+    OptionRow{"header-offset", ValueKind::WholeNumber, "N", "",
+              "Byte position of the TIFF header (default: 0, in a JPEG where the EXIF block is)"},
+    OptionRow{"all", ValueKind::None, "", "", "Print every field in every directory, whole"},
+    OptionRow{"warnings", ValueKind::Word, "all|first|none", "first",
+              "Which warnings to print; first is the first 10 of each kind in a file"},
+    maxMemory,
+};
+
+constexpr std::array callOptions{
+    OptionRow{"header-offset", ValueKind::AnyNumber, "N", "0", "Byte position of the TIFF header"},
+    OptionRow{"skip", ValueKind::AnyNumber, "N", "0", "Directories to skip"},
+    OptionRow{"limit", ValueKind::AnyNumber, "N", "0",
+              "Most directories to keep in one set; 0 is no limit"},
+    maxMemory,
+};
+
+constexpr std::array jsonOptions{
+    OptionRow{"flat", ValueKind::None, "", "",
+              "One object of plain names and values for each file"},
+    OptionRow{"pretty", ValueKind::None, "", "", "Indented, on several lines"},
+    OptionRow{"numeric", ValueKind::None, "", "", "With --flat: codes instead of their words"},
+    OptionRow{"max-values", ValueKind::WholeNumber, "N", "",
+              "Most elements, characters or bytes of a value"},
+    OptionRow{"tag", ValueKind::Texts, "TAG", "",
+              "Only this tag: a name, a number, or either behind the path of a directory and a "
+              "point; may be given several times"},
+    OptionRow{"header-offset", ValueKind::WholeNumber, "N", "",
+              "Byte position of the TIFF header (default: 0, in a JPEG where the EXIF block is)"},
+};
+
+constexpr std::array commands{
+    CommandRow{"show", "FILE", 1, anyNumberOfOperands, showOptions, runShow,
+               "Print the directories of files for people",
+               "A TIFF, BigTIFF or JPEG file; - is the standard input"},
+    CommandRow{"call", "FILE", 1, 1, callOptions, runCall,
+               "Call the module and print the record as JSON",
+               "The file name, handed over as it is; - is the standard input"},
+    CommandRow{"json", "PATH", 1, anyNumberOfOperands, jsonOptions, runJson,
+               "Print what files hold, each as a line of JSON",
+               "A TIFF, BigTIFF or JPEG file; - is the standard input"},
+};
+
+}  // namespace
+
+std::span<const CommandRow> allCommands() {
+    return commands;
+}
+
+}  // namespace tool
