@@ -12,9 +12,13 @@
 namespace tool {
 
 Arguments::Arguments(const CommandRow& command)
-    : command_(command), values_(command.options.size()) {}
+    : command_(command), values_(command.options.size()), texts_(command.options.size()) {}
 
 void Arguments::set(const OptionRow& option, std::string_view value) {
+    if (option.kind == ValueKind::Texts) {
+        texts_[placeOf(option.name)].emplace_back(value);
+        return;
+    }
     std::optional<std::string>& place = values_[placeOf(option.name)];
     if (option.kind != ValueKind::None) {
         const std::string name = std::string("--") + option.name;
@@ -40,6 +44,10 @@ std::optional<std::string_view> Arguments::text(std::string_view option) const {
     }
     const std::string_view initial = command_.options[place].initial;
     return initial.empty() ? std::nullopt : std::optional(initial);
+}
+
+const std::vector<std::string>& Arguments::texts(std::string_view option) const {
+    return texts_[placeOf(option)];
 }
 
 std::optional<std::uint64_t> Arguments::whole(std::string_view option) const {

@@ -26,6 +26,8 @@ class Arguments {
     [[nodiscard]] bool isGiven(std::string_view option) const;
     /// The value given, else the initial one; nothing where there is neither.
     [[nodiscard]] std::optional<std::string_view> text(std::string_view option) const;
+    /// All values of an option that may be given several times, in their order.
+    [[nodiscard]] const std::vector<std::string>& texts(std::string_view option) const;
     [[nodiscard]] std::optional<std::uint64_t> whole(std::string_view option) const;
     [[nodiscard]] std::optional<double> number(std::string_view option) const;
     [[nodiscard]] std::optional<std::uint64_t> size(std::string_view option) const;
@@ -36,6 +38,7 @@ class Arguments {
     const CommandRow& command_;
     std::vector<std::string> operands_;
     std::vector<std::optional<std::string>> values_;  // in the order of the command's options
+    std::vector<std::vector<std::string>> texts_;     // the same, of those that may be repeated
 };
 
 }  // namespace tool

@@ -5,8 +5,9 @@ namespace tool {
 /// What the command ends with.
 enum ExitStatus : int {
     Success = 0,
-    Failed = 1,    ///< a file could not be read, or the output could not be written
-    BadUsage = 2,  ///< the command line was not understood
+    Failed = 1,        ///< a file could not be read, or the output could not be written
+    BadUsage = 2,      ///< the command line was not understood
+    OutputFailed = 3,  ///< records could not be written
 };
 
 }  // namespace tool

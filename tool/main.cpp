@@ -60,7 +60,7 @@ int main(int argc, char** argv) {
     }
     if (!std::cout.flush()) {
         std::cerr << "corvinex: cannot write to the standard output\n";
-        return tool::Failed;
+        return status == tool::OutputFailed ? status : tool::Failed;
     }
     return status;
 }

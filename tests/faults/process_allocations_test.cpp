@@ -252,6 +252,10 @@ TEST_F(ProcessAllocations, OneThatIsRefusedIsToldByACallOfTheStandardInput) {
     refuseEach({{"call", "-"}, folder.file("a.tif", foreignText(0))}, 0);
 }
 
+TEST_F(ProcessAllocations, OneThatIsRefusedIsToldByARecord) {
+    refuseEach({{"json", sample}}, 0);
+}
+
 TEST_F(ProcessAllocations, OneThatIsRefusedDoesNotChangeTheReportOfBadUsage) {
     refuseEach({{"shwo", sample}}, 2);
 }

@@ -1,0 +1,108 @@
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "corvinex/directory.h"
+#include "corvinex/entry.h"
+#include "corvinex/file.h"
+#include "inspect/directory_siblings.h"
+#include "inspect/file_content.h"
+#include "inspect/reading/derived.h"
+#include "inspect/reading/reading.h"
+#include "inspect/reading/words.h"
+#include "vocabulary/registry.h"
+
+// What entries, directories and files mean to a person.
+
+namespace corvinex::inspect {
+
+namespace {
+
+/// Calls a function with what is read, when the registry knows the tag.
+template <class Read>
+auto readEntry(const FileContent& file, const Entry& entry, const Value& value, Read read)
+    -> decltype(read(std::declval<const reading::Subject&>())) {
+    const Directory& directory = entry.directory();
+    const registry::TagFact* fact = registry::findTag(directory.kind(), entry.number());
+    if (fact == nullptr) {
+        return std::nullopt;
+    }
+    const DirectorySiblings siblings(file, directory);
+    return read(reading::Subject{.kind = directory.kind(),
+                                 .number = entry.number(),
+                                 .fact = *fact,
+                                 .value = value,
+                                 .siblings = siblings,
+                                 .fileOrder = entry.fileOrder()});
+}
+
+/// The first directory for which a question is answered with yes, or null.
+template <class Question>
+std::optional<DirectorySiblings> findFirst(const FileContent& file, Question question) {
+    for (const Directory& directory : file.directories) {
+        const DirectorySiblings siblings(file, directory);
+        if (question(directory, siblings)) {
+            return siblings;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<DirectorySiblings> findFirst(const FileContent& file, DirectoryKind kind) {
+    return findFirst(file, [&](const Directory& directory, const DirectorySiblings&) {
+        return directory.kind() == kind;
+    });
+}
+
+}  // namespace
+
+std::optional<std::string> Entry::text() const {
+    const std::optional<Value> read = value();
+    return read ? text(*read) : std::nullopt;
+}
+
+std::optional<std::string> Entry::text(const Value& value) const {
+    return readEntry(*file_, *this, value, reading::readingOf);
+}
+
+std::optional<std::vector<std::string>> Entry::words(const Value& value) const {
+    return readEntry(
+        *file_, *this, value,
+        [](const reading::Subject& subject) -> std::optional<std::vector<std::string>> {
+            if (auto flags = reading::flagWords(subject)) {
+                return std::vector{*std::move(flags)};
+            }
+            return reading::codeWords(subject);
+        });
+}
+
+std::vector<DerivedFact> Directory::derived() const {
+    return isImageKind(kind()) ? reading::directoryFacts(DirectorySiblings(*file_, *this))
+                               : std::vector<DerivedFact>();
+}
+
+std::vector<DerivedFact> File::derived() const {
+    const FileContent& file = *content_;
+    if (!file.container) {
+        return {};
+    }
+    const auto first = findFirst(file, DirectoryKind::Main);
+    const auto image =
+        findFirst(file, [](const Directory& directory, const DirectorySiblings& siblings) {
+            return isImageKind(directory.kind()) && !reading::isReducedImage(siblings);
+        });
+    const auto exif = findFirst(file, DirectoryKind::Exif);
+    const auto gps = findFirst(file, DirectoryKind::Gps);
+    reading::FileParts parts{.pages = file.mainDirectories,
+                             .first = first ? &*first : nullptr,
+                             .image = image ? &*image : nullptr,
+                             .exif = exif ? &*exif : nullptr,
+                             .gps = gps ? &*gps : nullptr,
+                             .frame = std::nullopt};
+    if (file.segments && file.segments->frame) {
+        parts.frame = {file.segments->frame->width, file.segments->frame->height};
+    }
+    return reading::fileFacts(parts);
+}
+
+}  // namespace corvinex::inspect

@@ -1,0 +1,171 @@
+#include "inspect/interpretation.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "corvinex/directory.h"
+#include "inspect/field_type.h"
+#include "inspect/reading/charset.h"
+#include "vocabulary/registry.h"
+
+namespace corvinex::inspect {
+
+namespace {
+
+using ByteSpan = std::span<const std::uint8_t>;
+using Form = Interpretation::Form;
+using registry::Encoding;
+
+constexpr std::uint16_t inkNames = 333;
+constexpr std::uint16_t copyright = 33432;
+
+/// What the bytes of a value mean.
+enum class Content : std::uint8_t { Numbers, Bytes, Text, Comment, WideText, Xml, Version };
+
+Content contentOfBytes(Encoding encoding, bool isUndefined) {
+    switch (encoding) {
+        case Encoding::Text:
+        case Encoding::TextInUndefined:
+            return Content::Text;
+        case Encoding::Utf16Bytes:
+            return Content::WideText;
+        case Encoding::Xmp:
+        case Encoding::GdalMetadata:
+            return Content::Xml;
+        case Encoding::Icc:
+        case Encoding::Iptc:
+        case Encoding::PhotoshopIrb:
+        case Encoding::MakerNote:
+        case Encoding::Opaque:
+            return Content::Bytes;
+        case Encoding::Comment:
+            return isUndefined ? Content::Comment : Content::Numbers;
+        case Encoding::VersionBytes:
+            return isUndefined ? Content::Version : Content::Numbers;
+        default:
+            return isUndefined ? Content::Bytes : Content::Numbers;
+    }
+}
+
+Content contentOf(std::uint16_t typeCode, const registry::TagFact* fact) {
+    if (findFieldType(typeCode) == nullptr) {
+        return Content::Bytes;
+    }
+    const Encoding encoding = fact == nullptr ? Encoding::Number : fact->encoding;
+    switch (static_cast<FieldType>(typeCode)) {
+        case FieldType::Ascii:
+            return encoding == Encoding::Comment ? Content::Comment : Content::Text;
+        case FieldType::Utf8:
+            return Content::Text;
+        case FieldType::Undefined:
+            return contentOfBytes(encoding, true);
+        case FieldType::Byte:
+            return contentOfBytes(encoding, false);
+        default:
+            return Content::Numbers;
+    }
+}
+
+ByteSpan bytesOf(const Value& value) {
+    // Bytes may be looked at as any type of their size.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast)
+    return {reinterpret_cast<const std::uint8_t*>(value.bytes().data()), value.bytes().size()};
+}
+
+std::string_view charactersOf(ByteSpan bytes) {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the same
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+/// Padding is nothing to tell.
+ByteSpan withoutPadding(ByteSpan rest) {
+    const bool isPadding = std::ranges::all_of(rest, [](std::uint8_t byte) { return byte == 0; });
+    return isPadding ? ByteSpan() : rest;
+}
+
+Interpretation textUpToZero(ByteSpan bytes) {
+    const reading::CutBytes cut = reading::cutAtZero(bytes);
+    return {.form = Form::Text,
+            .texts = {reading::decodeText(charactersOf(cut.text))},
+            .charset = {},
+            .rest = withoutPadding(cut.behind)};
+}
+
+/// All texts of a value, zeros between them.
+Interpretation textsBetweenZeros(ByteSpan bytes) {
+    while (!bytes.empty() && bytes.back() == 0) {
+        bytes = bytes.first(bytes.size() - 1);
+    }
+    const std::string all = reading::decodeText(charactersOf(bytes));
+    Interpretation result{.form = Form::Texts, .texts = {}, .charset = {}, .rest = {}};
+    std::size_t start = 0;
+    for (std::size_t zero = all.find('\0'); zero != std::string::npos;
+         zero = all.find('\0', start)) {
+        result.texts.push_back(all.substr(start, zero - start));
+        start = zero + 1;
+    }
+    result.texts.push_back(all.substr(start));
+    return result;
+}
+
+Interpretation wideText(ByteSpan bytes) {
+    const reading::CutBytes cut = reading::cutAtWideZero(bytes);
+    return {.form = Form::Text,
+            .texts = {reading::decodeUtf16(cut.text, std::endian::little)},
+            .charset = {},
+            .rest = withoutPadding(cut.behind)};
+}
+
+Interpretation asBytes() {
+    return {.form = Form::Bytes, .texts = {}, .charset = {}, .rest = {}};
+}
+
+Interpretation comment(ByteSpan bytes, bool isUndefined, std::endian fileOrder) {
+    if (auto found = reading::decodeComment(bytes, fileOrder)) {
+        return {.form = Form::Text,
+                .texts = {std::move(found->text)},
+                .charset = found->charset,
+                .rest = withoutPadding(found->behind)};
+    }
+    return isUndefined ? asBytes() : textUpToZero(bytes);
+}
+
+Interpretation version(ByteSpan bytes) {
+    std::string text;
+    for (const std::uint8_t number : bytes) {
+        text.append(text.empty() ? "" : ".").append(std::to_string(number));
+    }
+    return {.form = Form::Text, .texts = {std::move(text)}, .charset = {}, .rest = {}};
+}
+
+}  // namespace
+
+Interpretation interpret(const Entry& entry, const Value& value) {
+    const DirectoryKind kind = entry.directory().kind();
+    const registry::TagFact* fact = registry::findTag(kind, entry.number());
+    const ByteSpan bytes = bytesOf(value);
+    const bool isUndefined = entry.type() == FieldType::Undefined;
+    switch (contentOf(entry.typeCode(), fact)) {
+        case Content::Text:
+            return fact != nullptr && (fact->number == copyright || fact->number == inkNames)
+                       ? textsBetweenZeros(bytes)
+                       : textUpToZero(bytes);
+        case Content::Comment:
+            return comment(bytes, isUndefined, entry.fileOrder());
+        case Content::WideText:
+            return wideText(bytes);
+        case Content::Xml:
+            return reading::isUtf8(charactersOf(bytes)) ? textUpToZero(bytes) : asBytes();
+        case Content::Version:
+            return version(bytes);
+        case Content::Bytes:
+            return asBytes();
+        case Content::Numbers:
+            break;
+    }
+    const bool isScalar = value.size() == 1 && registry::isScalar(kind, entry.number());
+    return {
+        .form = isScalar ? Form::Number : Form::Numbers, .texts = {}, .charset = {}, .rest = {}};
+}
+
+}  // namespace corvinex::inspect

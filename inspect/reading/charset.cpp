@@ -1,0 +1,270 @@
+#include "inspect/reading/charset.h"
+
+#include <unicode/ucnv.h>
+#include <unicode/ucsdet.h>
+#include <unicode/unistr.h>
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <limits>
+#include <memory>
+
+#include "inspect/reading/elements.h"
+
+namespace corvinex::inspect::reading {
+namespace {
+
+struct CloseDetector {
+    void operator()(UCharsetDetector* detector) const noexcept { ucsdet_close(detector); }
+};
+struct CloseConverter {
+    void operator()(UConverter* converter) const noexcept { ucnv_close(converter); }
+};
+using Detector = std::unique_ptr<UCharsetDetector, CloseDetector>;
+using Converter = std::unique_ptr<UConverter, CloseConverter>;
+
+constexpr std::string_view fallbackSet = "windows-1252";
+/// ICU counts in 32 bits; a longer text is read in parts of a set that needs no context.
+constexpr std::size_t longestText = std::numeric_limits<std::int32_t>::max() / 4;
+
+/// Sets that are taken from a guess. Not UTF-16 or UTF-32: what a field of single bytes looks like
+/// them by is chance.
+bool isTrusted(std::string_view set) {
+    constexpr std::array families{std::string_view("ISO-8859-"), std::string_view("windows-125")};
+    constexpr std::array sets{std::string_view("Shift_JIS"), std::string_view("EUC-JP"),
+                              std::string_view("EUC-KR"),    std::string_view("GB18030"),
+                              std::string_view("Big5"),      std::string_view("KOI8-R")};
+    return std::ranges::find(sets, set) != sets.end() ||
+           std::ranges::any_of(families, [&](auto family) { return set.starts_with(family); });
+}
+
+std::string_view guessSet(std::string_view bytes) {
+    constexpr std::int32_t leastConfidence = 50;
+    UErrorCode status = U_ZERO_ERROR;
+    const Detector detector(ucsdet_open(&status));
+    ucsdet_setText(detector.get(), bytes.data(), static_cast<std::int32_t>(bytes.size()), &status);
+    const UCharsetMatch* match = ucsdet_detect(detector.get(), &status);
+    if (U_FAILURE(status) || match == nullptr ||
+        ucsdet_getConfidence(match, &status) < leastConfidence) {
+        return fallbackSet;
+    }
+    // Names are constant data of ICU, which the match does not own.
+    const char* name = ucsdet_getName(match, &status);
+    return U_SUCCESS(status) && isTrusted(name) ? std::string_view(name) : fallbackSet;
+}
+
+std::string toUtf8(const icu::UnicodeString& text) {
+    std::string result;
+    text.toUTF8String(result);
+    return result;
+}
+
+/// Nothing when ICU does not know the set.
+std::optional<std::string> convert(std::string_view bytes, std::string_view set) {
+    UErrorCode status = U_ZERO_ERROR;
+    const Converter converter(ucnv_open(std::string(set).c_str(), &status));
+    if (U_FAILURE(status)) {
+        return std::nullopt;
+    }
+    const icu::UnicodeString text(bytes.data(), static_cast<std::int32_t>(bytes.size()),
+                                  converter.get(), status);
+    return U_SUCCESS(status) ? std::optional(toUtf8(text)) : std::nullopt;
+}
+
+std::string decodeGuessed(std::string_view bytes) {
+    auto text = convert(bytes, guessSet(bytes));
+    return text ? *std::move(text) : convert(bytes, fallbackSet).value_or("");
+}
+
+/// Texts that were decoded before. Guessing takes by far longer than all else that is done for a
+/// text, and a file repeats its texts from page to page.
+class DecodedTexts {
+  public:
+    std::string find(std::string_view bytes) {
+        if (bytes.size() > longestKept) {
+            return decodeGuessed(bytes);
+        }
+        Row& row = rows_[std::hash<std::string_view>()(bytes) % rows_.size()];
+        if (row.bytes != bytes) {
+            // Should memory run out in between, no text stays with the bytes of another.
+            row.bytes.clear();
+            row.text = decodeGuessed(bytes);
+            row.bytes = bytes;
+        }
+        return row.text;
+    }
+
+  private:
+    static constexpr std::size_t longestKept = std::size_t{64} << 10U;
+    struct Row {
+        std::string bytes;
+        std::string text;
+    };
+    std::array<Row, 8> rows_;
+};
+
+char16_t unitAt(std::span<const std::uint8_t> bytes, std::size_t index, std::endian order) {
+    const std::uint8_t first = bytes[2 * index];
+    const std::uint8_t second = bytes[2 * index + 1];
+    const auto [high, low] =
+        order == std::endian::big ? std::pair(first, second) : std::pair(second, first);
+    return static_cast<char16_t>(high << 8 | low);
+}
+
+constexpr char16_t byteOrderMark = 0xFEFF;
+
+std::endian orderOfUtf16(std::span<const std::uint8_t> bytes, std::endian fileOrder) {
+    const std::size_t units = bytes.size() / 2;
+    if (units > 0 && unitAt(bytes, 0, std::endian::big) == byteOrderMark) {
+        return std::endian::big;
+    }
+    if (units > 0 && unitAt(bytes, 0, std::endian::little) == byteOrderMark) {
+        return std::endian::little;
+    }
+    std::size_t smallBig = 0;
+    std::size_t smallLittle = 0;
+    for (std::size_t unit = 0; unit < units; ++unit) {
+        smallBig += bytes[2 * unit] == 0 ? 1 : 0;
+        smallLittle += bytes[2 * unit + 1] == 0 ? 1 : 0;
+    }
+    if (smallBig == smallLittle) {
+        return fileOrder;
+    }
+    return smallBig > smallLittle ? std::endian::big : std::endian::little;
+}
+
+std::string decodeJis(std::span<const std::uint8_t> bytes) {
+    // The set is told as JIS X 0208, and written with escapes, or as one of the sets built on it.
+    constexpr std::uint8_t escape = 0x1B;
+    if (std::ranges::find(bytes, escape) != bytes.end() && bytes.size() <= longestText) {
+        if (auto text = convert(asCharacters(bytes), "ISO-2022-JP")) {
+            return *std::move(text);
+        }
+    }
+    return decodeText(asCharacters(bytes));
+}
+
+}  // namespace
+
+// The macro of ICU narrows numbers on purpose.
+#ifdef __clang__
+[[clang::no_sanitize("integer")]]
+#endif
+std::int32_t
+takeCharacter(std::string_view& text) noexcept {
+    // ICU counts in 32 bits here, and a character has four bytes at most.
+    constexpr std::size_t longestCharacter = 4;
+    const std::string_view start = text.substr(0, longestCharacter);
+    const auto size = static_cast<std::int32_t>(start.size());
+    std::int32_t length = 0;
+    UChar32 character = 0;
+    // The macro's own conversions are not for the caller to write in another way.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
+    U8_NEXT(start, length, size, character);
+#pragma GCC diagnostic pop
+    text.remove_prefix(static_cast<std::size_t>(length));
+    return character;
+}
+
+bool isUtf8(std::string_view bytes) noexcept {
+    const auto isAscii = [](char character) { return static_cast<std::uint8_t>(character) < 0x80; };
+    const auto* start = std::ranges::find_if_not(bytes, isAscii);
+    bytes.remove_prefix(static_cast<std::size_t>(start - bytes.begin()));
+    while (!bytes.empty()) {
+        if (takeCharacter(bytes) < 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string decodeText(std::string_view bytes) {
+    if (isUtf8(bytes)) {
+        return std::string(bytes);
+    }
+    if (bytes.size() > longestText) {
+        std::string result;
+        for (; !bytes.empty(); bytes.remove_prefix(std::min(bytes.size(), longestText))) {
+            result += convert(bytes.substr(0, longestText), fallbackSet).value_or("");
+        }
+        return result;
+    }
+    thread_local DecodedTexts decoded;
+    return decoded.find(bytes);
+}
+
+std::string decodeUtf16(std::span<const std::uint8_t> bytes, std::endian order) {
+    std::size_t unit = 0;
+    const std::size_t units = bytes.size() / 2;
+    if (units > 0 && unitAt(bytes, 0, order) == byteOrderMark) {
+        unit = 1;
+    }
+    std::string result;
+    constexpr char32_t replacement = 0xFFFD;
+    while (unit < units) {
+        char32_t character = unitAt(bytes, unit, order);
+        ++unit;
+        if (U16_IS_LEAD(character) && unit < units && U16_IS_TRAIL(unitAt(bytes, unit, order))) {
+            character =
+                static_cast<char32_t>(U16_GET_SUPPLEMENTARY(character, unitAt(bytes, unit, order)));
+            ++unit;
+        } else if (U16_IS_SURROGATE(character)) {
+            character = replacement;
+        }
+        std::array<char, U8_MAX_LENGTH> encoded{};
+        std::size_t length = 0;
+        U8_APPEND_UNSAFE(encoded, length, character);
+        result.append(encoded.data(), length);
+    }
+    return result;
+}
+
+CutBytes cutAtZero(std::span<const std::uint8_t> bytes) noexcept {
+    const auto zero = std::ranges::find(bytes, std::uint8_t{0});
+    const auto length = static_cast<std::size_t>(zero - bytes.begin());
+    return {bytes.first(length), bytes.subspan(std::min(length + 1, bytes.size()))};
+}
+
+CutBytes cutAtWideZero(std::span<const std::uint8_t> bytes) noexcept {
+    for (std::size_t unit = 0; unit < bytes.size() / 2; ++unit) {
+        if (bytes[2 * unit] == 0 && bytes[2 * unit + 1] == 0) {
+            return {bytes.first(2 * unit), bytes.subspan(2 * unit + 2)};
+        }
+    }
+    return {bytes, {}};
+}
+
+std::optional<Comment> decodeComment(std::span<const std::uint8_t> bytes, std::endian fileOrder) {
+    using std::string_view_literals::operator""sv;
+    struct Prefix {
+        std::string_view bytes;
+        std::string_view set;
+    };
+    static constexpr std::array prefixes{
+        Prefix{"ASCII\0\0\0"sv, "ASCII"}, Prefix{"JIS\0\0\0\0\0"sv, "JIS"},
+        Prefix{"UNICODE\0"sv, "UNICODE"}, Prefix{"\0\0\0\0\0\0\0\0"sv, "UNDEFINED"}};
+    constexpr std::size_t prefixLength = 8;
+    if (bytes.size() < prefixLength) {
+        return std::nullopt;
+    }
+    const auto* prefix =
+        std::ranges::find(prefixes, asCharacters(bytes.first(prefixLength)), &Prefix::bytes);
+    if (prefix == prefixes.end()) {
+        return std::nullopt;
+    }
+    const auto text = bytes.subspan(prefixLength);
+    if (prefix->set == "UNICODE") {
+        const CutBytes cut = cutAtWideZero(text);
+        return Comment{prefix->set, decodeUtf16(cut.text, orderOfUtf16(cut.text, fileOrder)),
+                       cut.behind};
+    }
+    const CutBytes cut = cutAtZero(text);
+    return Comment{prefix->set,
+                   prefix->set == "JIS" ? decodeJis(cut.text) : decodeText(asCharacters(cut.text)),
+                   cut.behind};
+}
+
+}  // namespace corvinex::inspect::reading

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "inspect/reading/subject.h"
+
+namespace corvinex::inspect::reading {
+
+/// The words of a tag's codes: one for each element, an unknown code as its number; of a text the
+/// word for the whole. Nothing for tags without words and values that hold no codes.
+[[nodiscard]] std::optional<std::vector<std::string>> codeWords(const Subject& subject);
+
+/// The words of flags: that of the whole value, or those of its bits joined by ", ", what no bit
+/// explains as a number. Nothing for tags that are no flags, and where no bit is set and no word is
+/// known for that.
+[[nodiscard]] std::optional<std::string> flagWords(const Subject& subject);
+
+/// The word for one code, "unknown (50000)" where it has none.
+[[nodiscard]] std::string wordOrUnknown(const registry::Words& words, std::uint64_t code);
+
+}  // namespace corvinex::inspect::reading

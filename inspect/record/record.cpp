@@ -1,0 +1,220 @@
+#include "inspect/record/record.h"
+
+#include <optional>
+#include <string_view>
+
+#include "inspect/finding_rules.h"
+#include "inspect/interpretation.h"
+#include "inspect/record/derived_json.h"
+#include "inspect/record/record_head.h"
+#include "inspect/record/value_budget.h"
+#include "inspect/record/value_json.h"
+
+namespace corvinex::inspect {
+
+namespace {
+
+using Facts = std::vector<DerivedFact>;
+constexpr std::uint64_t schemaVersion = 1;
+
+class RecordWriter {
+  public:
+    RecordWriter(JsonWriter& json, const File* file, const RecordOptions& options)
+        : json_(json),
+          file_(file),
+          options_(options),
+          budget_(file == nullptr ? 0 : file->size()) {}
+
+    void write(const FileFacts& facts) {
+        json_.beginObject().key("schema").integer(schemaVersion);
+        writeName(json_, facts);
+        json_.key("size");
+        writeOptional(facts.size, [&](std::uint64_t size) { json_.integer(size); });
+        json_.key("modified");
+        writeOptional(facts.modified, [&](std::time_t time) { json_.string(isoTime(time)); });
+        json_.key("status").string(statusName(statusOf(file_)));
+        writeHead();
+        json_.key("directories").beginArray();
+        for (const Directory& directory : directories()) {
+            writeDirectory(directory);
+        }
+        json_.endArray();
+        json_.key("derived");
+        writeFacts([&] { return file_ == nullptr ? Facts() : file_->derived(); });
+        writeFindings();
+        json_.endObject();
+    }
+
+  private:
+    template <class Type, class Write>
+    void writeOptional(const std::optional<Type>& value, Write write) {
+        if (value) {
+            write(*value);
+        } else {
+            json_.null();
+        }
+    }
+
+    [[nodiscard]] std::span<const Directory> directories() const {
+        return file_ == nullptr ? std::span<const Directory>() : file_->directories();
+    }
+
+    template <class Read>
+    void writeFacts(Read read) {
+        writeDerived(json_,
+                     readIfPossible([&] { return std::optional(read()); }).value_or(Facts()));
+    }
+
+    void writeHead() {
+        const auto container = file_ == nullptr ? std::nullopt : file_->container();
+        const auto order = file_ == nullptr ? std::nullopt : file_->byteOrder();
+        const auto header = file_ == nullptr ? std::nullopt : file_->headerOffset();
+        json_.key("container");
+        writeOptional(container, [&](Container value) { json_.string(containerName(value)); });
+        json_.key("byte_order");
+        writeOptional(order, [&](ByteOrder value) { json_.string(byteOrderName(value)); });
+        json_.key("header_offset");
+        writeOptional(header, [&](std::uint64_t value) { json_.integer(value); });
+    }
+
+    void writeDirectory(const Directory& directory) {
+        const std::string path = directory.path();
+        json_.beginObject().key("path").string(path);
+        json_.key("kind").string(kindName(directory.kind()));
+        json_.key("offset").integer(directory.offset());
+        json_.key("entries").beginArray();
+        for (const Entry& entry : directory.entries()) {
+            if (options_.tags.contains(entry, path)) {
+                writeEntry(entry);
+            }
+        }
+        json_.endArray();
+        json_.key("derived");
+        writeFacts([&] { return directory.derived(); });
+        json_.endObject();
+    }
+
+    void writeEntry(const Entry& entry) {
+        const std::string_view name = entry.name();
+        const std::string_view field = entry.fieldName();
+        json_.beginRow().key("number").integer(std::uint64_t{entry.number()});
+        json_.key("name");
+        writeOptional(name.empty() ? std::nullopt : std::optional(name),
+                      [&](std::string_view text) { json_.string(text); });
+        if (!field.empty() && field != name) {
+            json_.key("field").string(field);
+        }
+        json_.key("type");
+        if (entry.type()) {
+            json_.string(entry.typeName());
+        } else {
+            json_.integer(std::uint64_t{entry.typeCode()});
+        }
+        json_.key("count").integer(entry.count()).key("offset");
+        writeOptional(entry.offset(), [&](std::uint64_t offset) { json_.integer(offset); });
+        bool isTruncated = writeEntryValue(entry);
+        if (entry.isPointer()) {
+            isTruncated = writeTargets(entry) || isTruncated;
+        }
+        if (isTruncated) {
+            json_.key("truncated").boolean(true);
+        }
+        json_.endObject();
+    }
+
+    /// Returns whether the value is not given whole.
+    bool writeEntryValue(const Entry& entry) {
+        json_.key("value");
+        if (entry.isInFile() && !budget_.take(entry.byteCount())) {
+            json_.null();
+            return true;
+        }
+        const std::optional<Value> value = readIfPossible([&] { return entry.value(); });
+        if (!value) {
+            json_.null();
+            return false;
+        }
+        const Interpretation interpretation = interpret(entry, *value);
+        const bool isTruncated = writeValue(json_, *value, interpretation, options_.maxValues);
+        if (!interpretation.charset.empty()) {
+            json_.key("charset").string(interpretation.charset);
+        }
+        if (!interpretation.rest.empty()) {
+            json_.key("rest").bytes(interpretation.rest);
+        }
+        if (const std::optional<std::string> text =
+                readIfPossible([&] { return entry.text(*value); })) {
+            json_.key("text").string(*text);
+        }
+        return isTruncated;
+    }
+
+    /// Writes what a pointer's values lead to. Returns whether it did not fit into the budget.
+    bool writeTargets(const Entry& entry) {
+        std::vector<std::string> paths;
+        json_.key("directories");
+        for (const std::uint32_t target : entry.targets()) {
+            const bool leadsNowhere = target >= file_->directories().size();
+            paths.push_back(leadsNowhere ? std::string() : file_->directories()[target].path());
+            if (!budget_.take(paths.back().size())) {
+                json_.null();
+                return true;
+            }
+        }
+        json_.beginArray();
+        for (const std::string& path : paths) {
+            writeOptional(path.empty() ? std::nullopt : std::optional(path),
+                          [&](const std::string& text) { json_.string(text); });
+        }
+        json_.endArray();
+        return false;
+    }
+
+    void writeFindings() {
+        json_.key("findings").beginArray();
+        if (file_ == nullptr) {
+            const RuleFact& rule = findingRules()[static_cast<std::size_t>(Rule::FileUnreadable)];
+            writeFinding({.id = rule.id,
+                          .severity = rule.severity,
+                          .directory = {},
+                          .tag = std::nullopt,
+                          .arguments = {},
+                          .text = std::string(rule.text)});
+        } else {
+            for (const Finding& finding : file_->findings()) {
+                writeFinding(finding);
+            }
+        }
+        json_.endArray();
+    }
+
+    void writeFinding(const Finding& finding) {
+        json_.beginRow().key("id").string(finding.id);
+        json_.key("severity").string(severityName(finding.severity));
+        json_.key("directory").string(finding.directory).key("tag");
+        writeOptional(finding.tag, [&](std::uint16_t tag) { json_.integer(std::uint64_t{tag}); });
+        json_.key("arguments").beginArray();
+        for (const Argument& argument : finding.arguments) {
+            std::visit([&](const auto& value) { writeArgument(value); }, argument);
+        }
+        json_.endArray().key("text").string(finding.text).endObject();
+    }
+
+    void writeArgument(std::uint64_t number) { json_.integer(number); }
+    void writeArgument(std::int64_t number) { json_.integer(number); }
+    void writeArgument(const std::string& text) { json_.string(text); }
+
+    JsonWriter& json_;
+    const File* file_;
+    const RecordOptions& options_;
+    ValueBudget budget_;
+};
+
+}  // namespace
+
+void writeRecord(JsonWriter& json, const FileFacts& facts, const File* file,
+                 const RecordOptions& options) {
+    RecordWriter(json, file, options).write(facts);
+}
+
+}  // namespace corvinex::inspect
