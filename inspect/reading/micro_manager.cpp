@@ -48,8 +48,8 @@ class KeyHandler {
             depth_ == 1 && key != keys.end() ? &values_[std::size_t(key - keys.begin())] : nullptr;
         return true;
     }
-    bool parse_error(std::size_t /*place*/, const std::string& /*token*/,
-                     const nlohmann::detail::exception& /*reason*/) {
+    static bool parse_error(std::size_t /*place*/, const std::string& /*token*/,
+                            const nlohmann::detail::exception& /*reason*/) {
         return false;
     }
     // NOLINTEND(readability-identifier-naming)
