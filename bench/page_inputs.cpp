@@ -40,8 +40,9 @@ std::vector<std::size_t> shuffledIndices(std::size_t count) {
 
 bool hasName(std::uint16_t tag) {
     const auto named = corvinex::primaryTagTable();
-    return std::any_of(named.begin(), named.end(),
-                       [tag](const corvinex::TagName& row) { return row.number == tag; });
+    return std::any_of(named.begin(), named.end(), [tag](const corvinex::TagRow& row) {
+        return row.number == tag && row.name != nullptr;
+    });
 }
 
 /// Adds a value of one of all widths in turn. One in eight stands outside of its entry.

@@ -15,7 +15,7 @@
 #include "bench/inputs.h"
 #include "bench/output.h"
 #include "directory/ifd_tree.h"
-#include "entry/host_value.h"
+#include "entry/values/host_value.h"
 #include "file/file_information.h"
 #include "file/tag_file.h"
 #include "tag/tiff_tag.h"

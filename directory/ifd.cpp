@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "directory/pointer_guard.h"
-#include "entry/fatal_errors.h"
-#include "entry/internal_errors.h"
-#include "entry/warnings.h"
+#include "entry/reports/fatal_errors.h"
+#include "entry/reports/internal_errors.h"
+#include "entry/reports/warnings.h"
 #include "file/tag_file.h"
 #include "format/checked_arithmetic.h"
 #include "tag/tag_numbers.h"
@@ -37,7 +37,13 @@ bool holdsBytes(FileStream& stream, std::uint64_t position, std::uint64_t length
 
 }  // namespace
 
-IFD::IFD(TagFile* file, IFDtype_t_ kind) : tagFile(file), ifdType(kind) {}
+IFD::IFD(TagFile* file, IFDtype_t_ kind)
+    : arena(file->beginDirectory()),
+      tags(arena.get()),
+      unknownTags(arena.get()),
+      tagFile(file),
+      ifdType(kind),
+      bitsPerSample(arena.get()) {}
 
 IFD::IFD(const IFD& other)
     : tags(other.tags),
@@ -55,7 +61,8 @@ IFD::IFD(const IFD& other)
       samplesPerPixel(other.samplesPerPixel) {}
 
 IFD::IFD(IFD&& other) noexcept
-    : tags(std::move(other.tags)),
+    : arena(std::move(other.arena)),
+      tags(std::move(other.tags)),
       unknownTags(std::move(other.unknownTags)),
       numberOfEntries(other.numberOfEntries),
       tagFile(other.tagFile),
@@ -73,10 +80,10 @@ void IFD::process() {
     ifdOffset = tagFile->getStream().tell();
     const PointerGuard::OpenDirectory open(tagFile->getPointerGuard(), ifdOffset);
     readEntryCount();
-    readEntries();
+    std::vector<unsigned char> entries = readEntries();
     tagFile->getPointerGuard().countDirectory(entriesLength);
-    processIfdTags();
-    tagFile->giveBackEntryBuffer(std::move(entryBuffer));
+    processIfdTags(std::span(entries).first(entriesLength));
+    tagFile->giveBackEntryBuffer(std::move(entries));
 }
 
 void IFD::readEntryCount() {
@@ -104,7 +111,9 @@ void IFD::refuse(const resource_core::BaseMsgID& warning) const {
     warn(warning);
 }
 
-void IFD::readEntries() {
+/// The entries, and behind them what was read of the next-directory offset.
+std::vector<unsigned char> IFD::readEntries() {
+    std::vector<unsigned char> buffer;
     FileStream& stream = tagFile->getStream();
     // A block that the file does not hold is never allocated.
     const std::uint64_t position = saturatingAdd(ifdOffset, tagFile->getEntryCountSize());
@@ -112,12 +121,12 @@ void IFD::readEntries() {
     if (isRead) {
         // Sets of other kinds follow no chain.
         const std::uint64_t offsetSize = ifdType == IFDtype_t_::Main ? tagFile->getOffsetSize() : 0;
-        entryBuffer = tagFile->takeEntryBuffer();
-        entryBuffer.resize(entriesLength + offsetSize);
-        const std::size_t length = stream.read(entryBuffer.data(), 1, entryBuffer.size());
+        buffer = tagFile->takeEntryBuffer();
+        buffer.resize(entriesLength + offsetSize);
+        const std::size_t length = stream.read(buffer.data(), 1, buffer.size());
         isRead = length >= entriesLength;
-        if (offsetSize != 0 && length == entryBuffer.size()) {
-            nextOffset = tagFile->readNextIfdOffset(std::span(entryBuffer).last(offsetSize));
+        if (offsetSize != 0 && length == buffer.size()) {
+            nextOffset = tagFile->readNextIfdOffset(std::span(buffer).last(offsetSize));
         }
     }
     if (!isRead) {
@@ -125,13 +134,13 @@ void IFD::readEntries() {
         raiseFatal(
             quorra::corvinex::badIFDread(asciiToUtf16("IFD #" + std::to_string(size() + 1))));
     }
+    return buffer;
 }
 
 // Entries are decoded from the buffer, never from the stream: making a tag may move the stream
 // anywhere.
-void IFD::processIfdTags() {
+void IFD::processIfdTags(std::span<const unsigned char> entries) {
     const std::uint64_t entrySize = tagFile->getEntrySize();
-    const std::span<const unsigned char> entries(entryBuffer);
     for (std::uint64_t i = 0; i < numberOfEntries; ++i) {
         try {
             processEntry(entries.subspan(i * entrySize, entrySize), i);
@@ -167,9 +176,9 @@ void IFD::processEntry(std::span<const unsigned char> entry, std::uint64_t index
     }
 }
 
-// Room for the entries to come, as far as an ordinary directory has them: a result holds this for
-// every directory, however many of its entries are dropped. A longer list grows fourfold, so that
-// few tags move.
+// The list gets room for the entries to come, but for no more than an ordinary directory has,
+// because a result holds that room for every directory, however many of its entries are dropped. A
+// longer list grows fourfold, so that few tags move.
 void IFD::fileTag(TagList& list, TiffTag&& tag, std::uint64_t index) const {
     if (list.size() == list.capacity()) {
         constexpr std::uint64_t most = 64;

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <bitset>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <memory_resource>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -10,26 +11,26 @@
 #include <vector>
 
 #include "directory/ifd_type.h"
-#include "entry/host_value.h"
+#include "entry/values/host_array.h"
 #include "host/interface/message.h"
-#include "tag/number_list.h"
+#include "tag/directory_arena.h"
 #include "tag/tag_value.h"
-#include "tag/value_memory.h"
 
 namespace corvinex {
 
 class TagFile;
 class TiffTag;
 
-using TagList = std::vector<TagValue, ValueAllocator<TagValue>>;
+using TagList = std::pmr::vector<TagValue>;
 
 /// One image file directory: its tags in entry order, the defaults of baseline tags that a main
 /// directory of a TIFF or BigTIFF file lacks, and the image facts that derived fields need.
 ///
 /// Defaults are made when they are output. Most directories have a dozen, all the same.
 ///
-/// A copy has no entry buffer: that serves the reading alone. A move leaves the target in the same
-/// state as a copy.
+/// What it keeps lies in the arena that it holds a share of, until it is packaged. A copy has
+/// memory of its own, from the default resource, and the length of the entries and the next offset
+/// serve the reading alone: neither a copy nor a move has them.
 class IFD {
   public:
     /// An empty directory. Reads nothing.
@@ -50,9 +51,9 @@ class IFD {
     [[nodiscard]] std::size_t size() const noexcept;
     /// The named tags that the file holds.
     [[nodiscard]] const TagList& getTags() const noexcept { return tags; }
-    /// The baseline tags with a default: bit i stands for the tag that is the i-th to be added.
+    /// The baseline tags that the file lacks: bit i stands for the i-th tag with a default.
     [[nodiscard]] std::uint32_t getDefaultTags() const noexcept { return defaultTags; }
-    /// Number and name of the baseline tag that stands i-th.
+    /// Number and name of the i-th tag with a default, by ascending number.
     [[nodiscard]] static std::pair<std::uint16_t, std::string_view> getBaselineTag(std::size_t i);
     [[nodiscard]] bool hasUnknownTags() const noexcept { return !unknownTags.empty(); }
     /// Absolute position of the entry-count field.
@@ -64,6 +65,8 @@ class IFD {
     /// side by side. Meaningful as the length is.
     [[nodiscard]] std::optional<std::uint64_t> getNextOffset() const noexcept { return nextOffset; }
 
+    // Towards the host. These are defined in ifd_output.cpp, which reading does without.
+
     /// Write the derived fields of one element of a main set's struct array: "Width" and "Height",
     /// "ColorType" and "BitDepth".
     void setWidthAndHeight(zxArray& output, std::size_t index) const;
@@ -73,17 +76,18 @@ class IFD {
     void ifd2struct(zxArray& output, std::size_t index);
 
   private:
-    void processIfdTags();
+    void processIfdTags(std::span<const unsigned char> entries);
     void processEntry(std::span<const unsigned char> entry, std::uint64_t index);
     void readEntryCount();
     void refuse(const resource_core::BaseMsgID& warning) const;
-    void readEntries();
+    [[nodiscard]] std::vector<unsigned char> readEntries();
     void flagDefaultValues(const TiffTag& tag);
     void processRequiredFields();
     void fileTag(TagList& list, TiffTag&& tag, std::uint64_t index) const;
     void setDefaultFields(zxArray& output, std::size_t index) const;
     [[nodiscard]] HostArray getDefaultZxArray(std::size_t i, const TagValue& standardDefault) const;
 
+    std::shared_ptr<DirectoryArena> arena;  // outlives what lies in it
     TagList tags;
     TagList unknownTags;
     std::uint64_t numberOfEntries = 0;
@@ -93,11 +97,10 @@ class IFD {
     std::uint64_t entriesLength = 0;
     double width = 0;
     double height = 0;
-    std::bitset<326> tagsSeen;
+    std::uint32_t tagsSeen = 0;  // of those with a default, their bits
     std::uint32_t defaultTags = 0;
     std::int32_t photometric = -1;
-    NumberList bitsPerSample;
-    std::vector<unsigned char> entryBuffer;
+    std::pmr::vector<double> bitsPerSample;
     std::optional<std::uint64_t> nextOffset;
     std::uint64_t samplesPerPixel = 1;
 };

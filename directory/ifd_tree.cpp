@@ -4,14 +4,15 @@
 #include <bit>
 #include <utility>
 
-#include "entry/internal_errors.h"
-#include "entry/warnings.h"
+#include "entry/reports/internal_errors.h"
+#include "entry/reports/warnings.h"
 #include "file/tag_file.h"
 #include "format/checked_arithmetic.h"
 
 namespace corvinex {
 
-IFDTree::IFDTree(TagFile* file, IFDtype_t_ kind) : tagFile(file), ifdType(kind) {
+IFDTree::IFDTree(TagFile* file, IFDtype_t_ kind)
+    : tagFile(file), ifdType(kind), ifds(&file->getSetMemory()), tagNames(&file->getSetMemory()) {
     processIfdSet();
 }
 
@@ -30,16 +31,6 @@ IFDTree& IFDTree::operator=(const IFDTree& other) {
         defaultTagsSeen = other.defaultTagsSeen;
         hasUnknownTags = other.hasUnknownTags;
     }
-    return *this;
-}
-
-IFDTree& IFDTree::operator=(IFDTree&& other) noexcept {
-    tagFile = other.tagFile;
-    ifdType = other.ifdType;
-    hasUnknownTags = other.hasUnknownTags;
-    ifds.swap(other.ifds);
-    tagNames.swap(other.tagNames);
-    defaultTagsSeen = std::exchange(other.defaultTagsSeen, defaultTagsSeen);
     return *this;
 }
 
@@ -67,8 +58,8 @@ void IFDTree::processIfdSet() {
 
 bool IFDTree::seekToNextIfd(std::uint64_t nextOffsetPosition,
                             std::optional<std::uint64_t> nextOffset) {
-    // Where the offset came with the entries and no value lies elsewhere, the stream stands behind
-    // it already.
+    // Where the offset was read together with the entries, and no value moved the stream away, the
+    // stream stands behind it already.
     FileStream& stream = tagFile->getStream();
     const bool isBehind =
         nextOffset && stream.tell() == nextOffsetPosition + tagFile->getOffsetSize();
@@ -105,8 +96,8 @@ std::uint64_t IFDTree::readNextIfdOffset(std::uint64_t position) {
 
 void IFDTree::push_back(IFD&& ifd) {
     if (ifds.empty()) {
-        // As many as an ordinary directory has: a number is there once, however often it is
-        // repeated.
+        // This is room for as many tags as an ordinary directory has. A number stands in the list
+        // once, however often a directory repeats it.
         constexpr std::size_t most = 64;
         tagNames.reserve(std::min(ifd.getTags().size(), most));
     }
@@ -119,8 +110,8 @@ void IFDTree::push_back(IFD&& ifd) {
     ifds.push_back(std::move(ifd));
 }
 
-// Directories of one file mostly have the same tags in ascending order, so each is where the one
-// before it lets expect, and nothing is looked for.
+// Directories of one file mostly have the same tags in ascending order. So each tag is expected at
+// the place behind the one before it, and is looked up only where it does not stand there.
 std::size_t IFDTree::addTagName(std::size_t expectedPlace, const NumberAndName& tag) {
     if (expectedPlace < tagNames.size() && tagNames[expectedPlace].number == tag.number) {
         return expectedPlace + 1;

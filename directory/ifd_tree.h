@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory_resource>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,7 +10,7 @@
 
 #include "directory/ifd.h"
 #include "directory/ifd_type.h"
-#include "entry/host_value.h"
+#include "entry/values/host_array.h"
 
 namespace corvinex {
 
@@ -29,14 +30,17 @@ class IFDTree {
     IFDTree(TagFile* file, IFDtype_t_ kind);
     IFDTree(const IFDTree&) = default;
     IFDTree(IFDTree&&) = default;
-    /// Clears first: assigning a set to itself leaves it with no directories and no names.
+    /// Clears first: assigning a set to itself leaves it with no directories and no names. That is
+    /// documented and kept on purpose, though it looks like a slip; the module itself never does
+    /// it.
     IFDTree& operator=(const IFDTree& other);
-    IFDTree& operator=(IFDTree&& other) noexcept;
     ~IFDTree() = default;
 
     /// Number of directories.
     [[nodiscard]] std::size_t size() const noexcept { return ifds.size(); }
-    [[nodiscard]] const std::vector<IFD>& getIfds() const noexcept { return ifds; }
+    [[nodiscard]] const std::pmr::vector<IFD>& getIfds() const noexcept { return ifds; }
+
+    // Towards the host. This is defined in ifd_tree_output.cpp, which reading does without.
 
     /// N x 1 struct array with one element per directory, or a 0 x 0 double for a set without any.
     /// Called once: a Colormap's values are scaled in place. Raises the fatal strftimeFailure.
@@ -58,13 +62,13 @@ class IFDTree {
     std::size_t addTagName(std::size_t expectedPlace, const NumberAndName& tag);
     [[nodiscard]] std::vector<const char*> getFieldNames() const;
     void setDefaultZxFields(zxArray& output) const;
-    [[nodiscard]] bool tagAlreadyOnDefaultList(std::string_view name) const;
+    [[nodiscard]] bool tagAlreadyOnDefaultList(std::uint16_t number) const;
 
     TagFile* tagFile = nullptr;
     IFDtype_t_ ifdType = IFDtype_t_::Main;
-    std::vector<IFD> ifds;
-    std::vector<NumberAndName> tagNames;  // ascending by number, each number once
-    std::uint32_t defaultTagsSeen = 0;    // in any directory, bits as in IFD::getDefaultTags
+    std::pmr::vector<IFD> ifds;
+    std::pmr::vector<NumberAndName> tagNames;  // ascending by number, each number once
+    std::uint32_t defaultTagsSeen = 0;         // in any directory, bits as in IFD::getDefaultTags
     bool hasUnknownTags = false;
 };
 

@@ -57,6 +57,9 @@ class PointerGuard {
     /// one entry. Both count while a pointer is followed.
     void countDirectory(std::uint64_t entryBytes) noexcept;
 
+    /// Whether what is being read was reached through a pointer.
+    [[nodiscard]] bool isFollowing() const noexcept { return depth_ > 0; }
+
     /// Whether a pointer that makes a set of this kind at this absolute position may be followed:
     /// not into a directory that is being read (GPS and interoperability directories hold no
     /// pointers and cannot loop), not deeper than maximumDepth, and not once the directories that

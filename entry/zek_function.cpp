@@ -3,10 +3,10 @@
 #include <string>
 #include <utility>
 
-#include "entry/fatal_errors.h"
-#include "entry/host_value.h"
-#include "entry/numeric_conversion.h"
+#include "entry/reports/fatal_errors.h"
+#include "entry/values/host_value.h"
 #include "file/tag_file.h"
+#include "format/numeric_conversion.h"
 #include "host/interface/plugin.h"
 
 // The two functions that a host calls.

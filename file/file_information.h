@@ -3,7 +3,6 @@
 #include <boost/date_time/posix_time/ptime.hpp>
 #include <span>
 #include <string>
-#include <string_view>
 
 #include "file/file_format.h"
 
@@ -14,9 +13,6 @@ namespace corvinex {
 /// The field names that every element of a main set opens with, in output order: 10 for a JPEG, 35
 /// for a TIFF or BigTIFF file.
 [[nodiscard]] std::span<const char* const> getDefaultFieldNames(FileFormat format) noexcept;
-
-/// Whether a name is one of these.
-[[nodiscard]] bool isDefaultFieldName(FileFormat format, std::string_view name) noexcept;
 
 /// "jpg", "tif" or "other".
 [[nodiscard]] const char* getFormatText(FileFormat format) noexcept;

@@ -1,11 +1,12 @@
 #include "file/tag_file.h"
 
+#include <algorithm>
 #include <bit>
 #include <utility>
 
-#include "entry/fatal_errors.h"
-#include "entry/internal_errors.h"
-#include "entry/warnings.h"
+#include "entry/reports/fatal_errors.h"
+#include "entry/reports/internal_errors.h"
+#include "entry/reports/warnings.h"
 #include "file/file_information.h"
 #include "format/byte_order.h"
 #include "format/checked_arithmetic.h"
@@ -24,6 +25,12 @@ constexpr std::size_t countFieldPosition = 4;
 
 constexpr std::uint64_t classicOffsetSize = 4;
 
+// A small file needs little memory. In a large one a group of directories takes the longest arena,
+// which is as long as the memory that it may leave unused is not felt.
+constexpr std::size_t firstArenaLength = std::size_t{4} << 10;
+constexpr std::size_t longestArenaLength = std::size_t{256} << 10;
+constexpr std::size_t arenaGrowth = 4;
+
 /// The offset or count at a position of bytes in the file's order.
 std::uint64_t loadOffset(std::span<const unsigned char> bytes, std::size_t position,
                          std::uint64_t offsetSize, bool swap) {
@@ -35,7 +42,11 @@ std::uint64_t loadOffset(std::span<const unsigned char> bytes, std::size_t posit
 
 TagFile::TagFile(std::u16string name, unsigned long long header, unsigned long skip,
                  unsigned long limit)
-    : filename(std::move(name)), headerOffset(header), ifdsToSkip(skip), maxIfdsPerSet(limit) {
+    : filename(std::move(name)),
+      headerOffset(header),
+      ifdsToSkip(skip),
+      maxIfdsPerSet(limit),
+      nextArenaLength(firstArenaLength) {
     fileStatus = fl::filesystem::status(filename);
     if (!fl::filesystem::exists(filename)) {
         raiseFatal(error::statFailure());
@@ -48,6 +59,7 @@ TagFile::TagFile(std::u16string name, unsigned long long header, unsigned long s
     }
     setupDefaultFields();
     pointerGuard = PointerGuard(getFileSize());
+    beginArena();
 }
 
 TagFile::~TagFile() {
@@ -88,17 +100,25 @@ void TagFile::readThroughTagFile() {
     }
     try {
         readThroughTiffHeader();
-        ifdTree = IFDTree(this, IFDtype_t_::Main);
+        ifdTree.emplace(this, IFDtype_t_::Main);
     } catch (const TiffTagsRecoverableError&) {
         // The tree is filled only by a whole walk, so within one request it is always empty here.
-        if (ifdTree.size() == 0) {
+        if (!ifdTree) {
             raiseFatal(error::unableToReadTagData());
         }
     }
 }
 
-HostArray TagFile::repackageIfds() {
-    return ifdTree.size() == 0 ? makeEmptyNumbers() : ifdTree.repackageIfds();
+void TagFile::beginArena() {
+    arena = std::make_shared<DirectoryArena>(nextArenaLength);
+    nextArenaLength = std::min(arenaGrowth * nextArenaLength, longestArenaLength);
+}
+
+std::shared_ptr<DirectoryArena> TagFile::beginDirectory() {
+    if (arena->isFull() && !pointerGuard.isFollowing()) {
+        beginArena();
+    }
+    return arena;
 }
 
 void TagFile::readThroughTiffHeader() {

@@ -1,7 +1,11 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <memory_resource>
+#include <optional>
 #include <set>
 #include <span>
 #include <string>
@@ -10,11 +14,12 @@
 
 #include "directory/ifd_tree.h"
 #include "directory/pointer_guard.h"
-#include "entry/host_value.h"
+#include "entry/values/host_array.h"
 #include "file/file_format.h"
 #include "file/file_stream.h"
 #include "host/interface/message.h"
 #include "host/interface/platform.h"
+#include "tag/directory_arena.h"
 
 namespace corvinex {
 
@@ -38,6 +43,8 @@ class TagFile {
     /// badEndianness, badTiffIfdOffset, badTiffHeaderIfdOffset, unableToReadTagData, and what the
     /// directories raise.
     void readThroughTagFile();
+
+    // Towards the host. This is defined in tag_file_output.cpp, which reading does without.
 
     /// The result: the main set's struct array, or a 0 x 0 double when no directory was kept.
     [[nodiscard]] HostArray repackageIfds();
@@ -95,10 +102,32 @@ class TagFile {
     }
     [[nodiscard]] PointerGuard& getPointerGuard() noexcept { return pointerGuard; }
 
+    /// The arena of a directory that is about to be read: directories of a chain share arenas, and
+    /// sub-directories lie in that of the directory which leads to them. Raises std::bad_alloc.
+    [[nodiscard]] std::shared_ptr<DirectoryArena> beginDirectory();
+    /// The arena of the latest directory.
+    [[nodiscard]] DirectoryArena& getArena() noexcept { return *arena; }
+    /// Where a set keeps its directories: sets behind pointers in the arena, and others elsewhere,
+    /// as they outlive the arenas of their directories.
+    [[nodiscard]] std::pmr::memory_resource& getSetMemory() noexcept {
+        return pointerGuard.isFollowing() ? *arena : *std::pmr::get_default_resource();
+    }
+    /// Where the latest directory keeps a value of this many bytes: an entry that is dropped, or a
+    /// value that is replaced, leaves no more than a short one in the arena.
+    [[nodiscard]] std::pmr::memory_resource& getValueMemory(std::size_t bytes) noexcept {
+        if (bytes <= longestValueInArena) {
+            return *arena;
+        }
+        return arena->getSource();
+    }
+
   private:
+    static constexpr std::size_t longestValueInArena = 64;
+
     void detectFormat();
     void determineArchitectureEndianness() noexcept;
     void setupDefaultFields();
+    void beginArena();
     void readThroughTiffHeader();
     void readTiffHeaderEndianFormat();
     void seekToDirectory(std::uint64_t position);
@@ -117,8 +146,12 @@ class TagFile {
     bool swapBytes = false;
     std::uint64_t entrySize = 0;
     std::uint64_t baseOffset = 0;
-    IFDTree ifdTree;
+    std::size_t nextArenaLength;
+    std::shared_ptr<DirectoryArena> arena;  // outlives the tags that are read
+    std::optional<IFDTree> ifdTree;
     std::uint64_t valueFieldPosition = 0;
+    // Documented members. The first tells a debugger which mark the file has; swapBytes is taken
+    // from the other two, which would change with a machine of another byte order.
     std::uint32_t fileByteOrder = 0;
     bool machineIsBigEndian = false;
     bool machineIsLittleEndian = true;

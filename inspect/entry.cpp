@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "corvinex/directory.h"
-#include "format/field_type.h"
+#include "inspect/field_type.h"
 #include "inspect/file_content.h"
 #include "inspect/stored_value.h"
 #include "vocabulary/registry.h"
@@ -13,33 +13,18 @@ namespace corvinex::inspect {
 
 namespace {
 
-/// Names by number: every entry of a record asks for one.
-class FieldNames {
-  public:
-    explicit FieldNames(std::span<const TagName> rows) : rows_(rows.begin(), rows.end()) {
-        std::ranges::stable_sort(rows_, {}, &TagName::number);  // the first of equal ones counts
-    }
-    [[nodiscard]] std::string_view find(std::uint16_t number) const noexcept {
-        const auto row = std::ranges::lower_bound(rows_, number, {}, &TagName::number);
-        return row == rows_.end() || row->number != number ? std::string_view() : row->name;
-    }
-
-  private:
-    std::vector<TagName> rows_;
-};
-
-const FieldNames& fieldNamesOf(DirectoryKind kind) {
-    static const FieldNames gps(gpsTagTable());
-    static const FieldNames interop(interopTagTable());
-    static const FieldNames others(primaryTagTable());
+const char* fieldNameOf(DirectoryKind kind, std::uint16_t number) noexcept {
     switch (kind) {
         case DirectoryKind::Gps:
-            return gps;
+            return findGpsTagName(number);
         case DirectoryKind::Interop:
-            return interop;
-        default:
-            return others;
+            return findInteropTagName(number);
+        case DirectoryKind::Main:
+        case DirectoryKind::Sub:
+        case DirectoryKind::Exif:
+            break;
     }
+    return findTag(number).name;
 }
 
 }  // namespace
@@ -49,8 +34,9 @@ std::string_view Entry::name() const noexcept {
     return fact == nullptr ? std::string_view() : fact->name;
 }
 
-std::string_view Entry::fieldName() const {
-    return fieldNamesOf(directory().kind()).find(number());
+std::string_view Entry::fieldName() const noexcept {
+    const char* name = fieldNameOf(directory().kind(), number());
+    return name == nullptr ? std::string_view() : name;
 }
 
 std::optional<FieldType> Entry::type() const noexcept {

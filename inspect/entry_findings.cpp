@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "format/checked_arithmetic.h"
-#include "format/field_type.h"
+#include "inspect/field_type.h"
 #include "inspect/stored_value.h"
 #include "inspect/structure_findings.h"
 

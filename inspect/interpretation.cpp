@@ -4,7 +4,7 @@
 #include <bit>
 
 #include "corvinex/directory.h"
-#include "format/field_type.h"
+#include "inspect/field_type.h"
 #include "inspect/reading/charset.h"
 #include "vocabulary/registry.h"
 

@@ -142,7 +142,7 @@ std::optional<bool> findJpegEndMarker(const Source& source, std::uint64_t from) 
             break;  // the file has become shorter
         }
         const std::array<unsigned char, 2> wanted{prefix, endOfImage};
-        if (!std::ranges::search(bytes, wanted).empty()) {
+        if (std::search(bytes.begin(), bytes.end(), wanted.begin(), wanted.end()) != bytes.end()) {
             return true;
         }
         end -= length - 1;

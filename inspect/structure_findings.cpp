@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "format/checked_arithmetic.h"
-#include "format/field_type.h"
+#include "inspect/field_type.h"
 #include "inspect/stored_value.h"
 
 namespace corvinex::inspect {

@@ -6,7 +6,7 @@
 
 #include "format/byte_order.h"
 #include "format/checked_arithmetic.h"
-#include "format/field_type.h"
+#include "inspect/field_type.h"
 #include "inspect/file_content.h"
 #include "inspect/stored_value.h"
 

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <memory_resource>
+#include <optional>
 #include <span>
 #include <utility>
 
-#include "tag/owned_array.h"
+#include "tag/unset_allocator.h"
 
 namespace corvinex {
 
@@ -14,22 +16,20 @@ namespace corvinex {
 /// them, need no memory of their own.
 class RawValue {
   public:
-    /// What fits inside. Longer values are no pieces of a chunk, which would keep them too long.
-    static constexpr std::size_t shortLength = OwnedArray<unsigned char>::longestPiece;
+    /// What fits inside.
+    static constexpr std::size_t shortLength = 64;
 
     /// Room for size bytes, which are unspecified. Whoever asks has checked that the file holds as
-    /// many.
+    /// many. Raises std::bad_alloc.
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
-    explicit RawValue(std::size_t size) : size_(size), outside_(size > shortLength ? size : 0) {}
-
-    [[nodiscard]] std::span<unsigned char> bytes() noexcept {
-        return isOutside() ? outside_.elements() : std::span(inside_).first(size_);
+    RawValue(std::size_t size, std::pmr::memory_resource& memory) : size_(size) {
+        if (isOutside()) {
+            outside_.emplace(size, &memory);
+        }
     }
-    [[nodiscard]] std::span<const unsigned char> bytes() const noexcept {
-        return isOutside() ? outside_.elements() : std::span(inside_).first(size_);
-    }
-    /// Takes the value field of an entry, 4 or 8 bytes, of which the value may be a part.
-    void setField(std::span<const unsigned char> field) noexcept {
+    /// The value field of an entry, 4 or 8 bytes, of which the value may be a part.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
+    RawValue(std::size_t size, std::span<const unsigned char> field) noexcept : size_(size) {
         // Lengths known to the compiler: this is what most entries are.
         if (field.size() == 4) {
             std::copy_n(field.begin(), 4, inside_.begin());
@@ -37,14 +37,21 @@ class RawValue {
             std::copy_n(field.begin(), 8, inside_.begin());
         }
     }
+
+    [[nodiscard]] std::span<unsigned char> bytes() noexcept {
+        return isOutside() ? std::span(*outside_) : std::span(inside_).first(size_);
+    }
+    [[nodiscard]] std::span<const unsigned char> bytes() const noexcept {
+        return isOutside() ? std::span(*outside_) : std::span(inside_).first(size_);
+    }
     /// Whether the bytes have memory of their own, which can then be taken.
     [[nodiscard]] bool isOutside() const noexcept { return size_ > shortLength; }
-    [[nodiscard]] OwnedArray<unsigned char> takeOutside() noexcept { return std::move(outside_); }
+    [[nodiscard]] ValueVector<unsigned char> takeOutside() noexcept { return *std::move(outside_); }
 
   private:
     std::size_t size_;
     std::array<unsigned char, shortLength> inside_;  // unset, as its size tells
-    OwnedArray<unsigned char> outside_;
+    std::optional<ValueVector<unsigned char>> outside_;
 };
 
 }  // namespace corvinex

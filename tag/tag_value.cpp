@@ -9,10 +9,9 @@
 
 namespace corvinex {
 
-SubDirectories::SubDirectories() : sets_(std::make_unique<std::vector<IFDTree>>()) {}
+SubDirectories::SubDirectories(std::pmr::memory_resource& memory) : sets_(&memory) {}
 
-SubDirectories::SubDirectories(const SubDirectories& other)
-    : sets_(std::make_unique<std::vector<IFDTree>>(other.sets())) {}
+SubDirectories::SubDirectories(const SubDirectories& other) = default;
 
 SubDirectories::SubDirectories(SubDirectories&& other) noexcept = default;
 
@@ -34,9 +33,9 @@ double TagValue::getNumber(std::size_t index) const {
         return *number;
     }
     if (const auto* numbers = std::get_if<Numbers>(&value)) {
-        return numbers->elements()[index];
+        return (*numbers)[index];
     }
-    const auto bytes = std::get<PackedNumbers>(value).bytes.elements();
+    const std::span<const unsigned char> bytes(std::get<PackedNumbers>(value).bytes);
     double number = 0;
     convertNumbers(dataType, bytes.subspan(index * getNumberStride(dataType)), {&number, 1});
     return number;
@@ -48,9 +47,9 @@ double TagValue::getNumericValue(int /*index*/) const {
 
 void TagValue::copyNumbersTo(std::span<double> numbers) const {
     if (const auto* packed = std::get_if<PackedNumbers>(&value)) {
-        convertNumbers(dataType, packed->bytes.elements(), numbers);
+        convertNumbers(dataType, packed->bytes, numbers);
     } else if (const auto* several = std::get_if<Numbers>(&value)) {
-        std::copy(several->elements().begin(), several->elements().end(), numbers.begin());
+        std::copy(several->begin(), several->end(), numbers.begin());
     } else if (const auto* number = std::get_if<double>(&value)) {
         numbers.front() = *number;
     }
@@ -68,11 +67,11 @@ std::span<double> TagValue::unpackNumbers() {
     }
     if (std::holds_alternative<PackedNumbers>(value)) {
         Numbers numbers(countNumericValues());
-        copyNumbersTo(numbers.elements());
+        copyNumbersTo(numbers);
         value = std::move(numbers);
     }
     auto* numbers = std::get_if<Numbers>(&value);
-    return numbers == nullptr ? std::span<double>() : numbers->elements();
+    return numbers == nullptr ? std::span<double>() : std::span(*numbers);
 }
 
 std::size_t TagValue::subIfdSize() const noexcept {
@@ -85,7 +84,7 @@ std::string_view TagValue::getRawText() const noexcept {
     if (text == nullptr) {
         return {};
     }
-    return {text->characters.elements().data(), text->characters.size()};
+    return {reinterpret_cast<const char*>(text->characters.data()), text->characters.size()};
 }
 
 }  // namespace corvinex

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <memory_resource>
 #include <span>
 #include <string>
 #include <string_view>
@@ -10,8 +10,9 @@
 #include <variant>
 #include <vector>
 
-#include "entry/host_value.h"
-#include "tag/owned_array.h"
+#include "entry/values/host_array.h"
+#include "tag/unset_allocator.h"
+#include "vocabulary/word_tables.h"
 
 namespace corvinex {
 
@@ -20,24 +21,27 @@ class IFDTree;
 /// The directory sets that a pointer tag leads to, copied with their owner.
 class SubDirectories {
   public:
-    SubDirectories();
+    explicit SubDirectories(std::pmr::memory_resource& memory);
     SubDirectories(const SubDirectories& other);
     SubDirectories(SubDirectories&& other) noexcept;
     SubDirectories& operator=(const SubDirectories&) = delete;
     SubDirectories& operator=(SubDirectories&&) = delete;
     ~SubDirectories();
 
-    [[nodiscard]] std::vector<IFDTree>& sets() noexcept { return *sets_; }
-    [[nodiscard]] const std::vector<IFDTree>& sets() const noexcept { return *sets_; }
+    [[nodiscard]] std::pmr::vector<IFDTree>& sets() noexcept { return sets_; }
+    [[nodiscard]] const std::pmr::vector<IFDTree>& sets() const noexcept { return sets_; }
 
   private:
-    std::unique_ptr<std::vector<IFDTree>> sets_;
+    std::pmr::vector<IFDTree> sets_;
 };
 
 /// What a directory keeps of a tag: its number and name, its value, and the way to the value of its
 /// output field. A result holds a great many, so they are small: a value of one number needs no
 /// memory of its own, a large one stays in the type that the file has it in, and names and words
 /// are those of the constant tables.
+///
+/// What a tag was read with lies in the memory of its file and lives no longer than that. A copy
+/// has memory of its own, from the default resource.
 class TagValue {
   public:
     TagValue(const TagValue&) = default;
@@ -59,7 +63,8 @@ class TagValue {
     [[nodiscard]] const char* getFieldName() const noexcept { return name == nullptr ? "" : name; }
     /// Whether the tag has a name.
     [[nodiscard]] bool isKnown() const noexcept { return name != nullptr; }
-    /// The first number, or 0.0 when there is none. The index is accepted and ignored.
+    /// The first number, or 0.0 when there is none. The index is part of the documented interface
+    /// and is ignored on purpose: callers who pass another one rely on the first number.
     [[nodiscard]] double getNumericValue(int index) const;
     [[nodiscard]] std::vector<double> getNumericValues() const;
     [[nodiscard]] std::size_t countNumericValues() const noexcept;
@@ -67,6 +72,8 @@ class TagValue {
     void copyNumbersTo(std::span<double> numbers) const;
     /// Number of directory sets that a pointer tag holds.
     [[nodiscard]] std::size_t subIfdSize() const noexcept;
+
+    // Towards the host. These are defined in tag_value_output.cpp, which reading does without.
 
     /// The value of this tag's field: a new host array, or null for a tag without a value. Divides
     /// a Colormap's values in place, so a tag is output once.
@@ -80,14 +87,15 @@ class TagValue {
     [[nodiscard]] static HostArray trim_nulls(std::string_view text);
 
   protected:
-    using Numbers = OwnedArray<double>;
-    using Bytes = OwnedArray<unsigned char>;
+    using Numbers = ValueVector<double>;
+    using Bytes = ValueVector<unsigned char>;
     struct Text {
-        OwnedArray<char> characters;
+        explicit Text(Bytes text) noexcept : characters(std::move(text)) {}
+        Bytes characters;
     };
     /// Many numbers in host byte order, of the tag's type.
     struct PackedNumbers {
-        OwnedArray<unsigned char> bytes;
+        ValueVector<unsigned char> bytes;
     };
     /// Nothing, one number, several numbers in two forms, a text, the bytes of ImageSourceData,
     /// directory sets.
@@ -104,11 +112,11 @@ class TagValue {
 
     // The tag that is read fills them in.
     // NOLINTBEGIN(misc-non-private-member-variables-in-classes)
-    [[no_unique_address]] Value value;  // the two numbers behind it lie in its padding
+    [[no_unique_address]] Value value;  // the three numbers behind it lie in its padding
     std::uint16_t tagId = 0;
     std::uint16_t dataType = 0;
-    const char* decodedWord = nullptr;  // of a word table, or null
-    const char* name = nullptr;         // of a dictionary, or null for an unknown tag
+    words::Place decodedWord = words::noWord;  // in the word table of the tag
+    const char* name = nullptr;                // of a dictionary, or null for an unknown tag
     std::uint64_t valueOffset = 0;
     // NOLINTEND(misc-non-private-member-variables-in-classes)
 
@@ -120,7 +128,7 @@ class TagValue {
         }
         return std::move(from);
     }
-    // Kept out of the way of single numbers, which most values are.
+    // A function of its own, so that the way of single numbers, which most values are, stays short.
     [[nodiscard, gnu::noinline]] HostArray getTextOrNumberRow() const;
     [[nodiscard]] HostArray getNumberRow() const;
     [[nodiscard]] HostArray getZxArrayColormap();

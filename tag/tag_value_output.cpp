@@ -5,10 +5,11 @@
 #include <vector>
 
 #include "directory/ifd_tree.h"
-#include "entry/host_value.h"
+#include "entry/values/host_value.h"
 #include "host/interface/platform.h"
 #include "tag/tag_numbers.h"
 #include "tag/tag_value.h"
+#include "vocabulary/tag_table.h"
 #include "vocabulary/word_tables.h"
 
 // From a tag's value to the host array of its field.
@@ -35,8 +36,8 @@ HostArray TagValue::getZxArray() {
 }
 
 HostArray TagValue::getPlainZxArray() const {
-    if (decodedWord != nullptr) {
-        return makeWord(decodedWord);
+    if (decodedWord != words::noWord) {
+        return makeWord(words::getWord(findTag(tagId).words, decodedWord));
     }
     return std::holds_alternative<double>(value) ? getNumberRow() : getTextOrNumberRow();
 }
@@ -52,12 +53,11 @@ HostArray TagValue::getTextOrNumberRow() const {
 // Straight into the host's array: large values are never held as numbers twice.
 HostArray TagValue::getNumberRow() const {
     if (const double* number = std::get_if<double>(&value)) {
-        HostArray element = makeUnsetNumbers(1, 1);
-        getNumbers(*element).front() = *number;
-        return element;
+        return makeNumber(*number);
     }
-    HostArray row = makeUnsetNumbers(1, countNumericValues());
-    copyNumbersTo(getNumbers(*row));
+    const std::size_t count = countNumericValues();
+    HostArray row = makeUnsetNumbers(1, count);
+    copyNumbersTo(getNumbers(*row, count));
     return row;
 }
 
@@ -89,11 +89,11 @@ HostArray TagValue::getZxArraySampleFormat() const {
 }
 
 HostArray TagValue::getZxArrayImageSourceData() const {
-    return makeByteRow(std::get<Bytes>(value).elements());
+    return makeByteRow(std::get<Bytes>(value));
 }
 
 HostArray TagValue::getZxArraySubIfds() {
-    std::vector<IFDTree>& sets = std::get<SubDirectories>(value).sets();
+    auto& sets = std::get<SubDirectories>(value).sets();
     HostArray cells = makeCellRow(sets.size());
     for (std::size_t i = 0; i < sets.size(); ++i) {
         setCell(*cells, i, sets[i].repackageIfds());

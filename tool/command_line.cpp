@@ -71,6 +71,10 @@ class CommandWords {
             const OptionRow& row = command.options[i];
             const int value = row.kind == ValueKind::None ? no_argument : required_argument;
             options_.push_back({row.name, value, nullptr, firstCode + static_cast<int>(i)});
+            if (row.letter != 0) {
+                letters_ += row.letter;
+                letters_ += value == required_argument ? ":" : "";
+            }
         }
         options_.push_back({"help", no_argument, nullptr, helpCode});
         options_.push_back({nullptr, 0, nullptr, 0});
@@ -101,10 +105,8 @@ class CommandWords {
     /// The library's code of the next word, which becomes the current one; nothing behind the last.
     std::optional<int> next() {
         current_ = std::max(::optind, 1);
-        // The first sign has operands told in their order, the second tells a missing value from an
-        // unknown option.
-        const int code = ::getopt_long(static_cast<int>(words_.size()), words_.data(), "-:h",
-                                       options_.data(), nullptr);
+        const int code = ::getopt_long(static_cast<int>(words_.size()), words_.data(),
+                                       letters_.c_str(), options_.data(), nullptr);
         return code == -1 ? std::nullopt : std::optional(code);
     }
 
@@ -113,6 +115,8 @@ class CommandWords {
             arguments_.addOperand(::optarg);
         } else if (code == ':') {
             throw UsageError(quoted(word()) + " needs a value: " + describedValue(::optopt));
+        } else if (const OptionRow* const row = rowOfLetter(code)) {
+            arguments_.set(*row, ::optarg == nullptr ? "" : ::optarg);
         } else if (code >= firstCode && isWhole(code)) {
             arguments_.set(rowOf(code), ::optarg == nullptr ? "" : ::optarg);
         } else if (code == '?' && ::optopt >= firstCode && isWhole(::optopt)) {
@@ -129,6 +133,13 @@ class CommandWords {
         return command_.options[static_cast<std::size_t>(code - firstCode)];
     }
 
+    [[nodiscard]] const OptionRow* rowOfLetter(int code) const {
+        const auto found = std::find_if(
+            command_.options.begin(), command_.options.end(),
+            [code](const OptionRow& row) { return row.letter != 0 && row.letter == code; });
+        return found == command_.options.end() ? nullptr : &*found;
+    }
+
     /// Whether the current word spells an option out. The library takes the start of a name as
     /// well, which the next new option could make ambiguous.
     [[nodiscard]] bool isWhole(int code) const {
@@ -136,7 +147,8 @@ class CommandWords {
     }
 
     [[nodiscard]] std::string describedValue(int code) const {
-        return std::string(rowOf(code).placeholder);
+        const OptionRow* const row = rowOfLetter(code);
+        return std::string((row == nullptr ? rowOf(code) : *row).placeholder);
     }
 
     [[noreturn]] void refuse() const {
@@ -161,6 +173,9 @@ class CommandWords {
     const CommandRow& command_;
     std::span<char*> words_;
     std::vector<::option> options_;
+    // The first sign has operands told in their order, the second tells a missing value from an
+    // unknown option.
+    std::string letters_ = "-:h";
     Arguments arguments_;
     int current_ = 1;
 };

@@ -36,6 +36,29 @@ constexpr std::array callOptions{
     maxMemory,
 };
 
+// Every command that inspects any number of files has these.
+constexpr OptionRow headerOffset{
+    "header-offset", ValueKind::WholeNumber, "N", "",
+    "Byte position of the TIFF header (default: 0, in a JPEG where the EXIF block is)"};
+constexpr OptionRow filesFrom{"files0-from", ValueKind::Text, "FILE", "",
+                              "Read the files named in FILE as well, each name ended by a zero "
+                              "byte; - is the standard input"};
+constexpr OptionRow extensions{"ext", ValueKind::Text, "LIST", "",
+                               "In folders only files with these endings: tif,jpg"};
+constexpr OptionRow follow{"follow", ValueKind::None, "", "",
+                           "In folders follow symbolic links to folders"};
+constexpr OptionRow jobs{"jobs",
+                         ValueKind::WholeNumber,
+                         "N",
+                         "",
+                         "Read with N threads (default: as many as there are cores)",
+                         'j'};
+constexpr OptionRow quiet{
+    "quiet", ValueKind::None, "", "", "Nothing but errors on the standard error", 'q'};
+constexpr OptionRow tags{"tag", ValueKind::Texts, "TAG", "",
+                         "Only this tag: a name, a number, or either behind the path of a "
+                         "directory and a point; may be given several times"};
+
 constexpr std::array jsonOptions{
     OptionRow{"flat", ValueKind::None, "", "",
               "One object of plain names and values for each file"},
@@ -43,11 +66,13 @@ constexpr std::array jsonOptions{
     OptionRow{"numeric", ValueKind::None, "", "", "With --flat: codes instead of their words"},
     OptionRow{"max-values", ValueKind::WholeNumber, "N", "",
               "Most elements, characters or bytes of a value"},
-    OptionRow{"tag", ValueKind::Texts, "TAG", "",
-              "Only this tag: a name, a number, or either behind the path of a directory and a "
-              "point; may be given several times"},
-    OptionRow{"header-offset", ValueKind::WholeNumber, "N", "",
-              "Byte position of the TIFF header (default: 0, in a JPEG where the EXIF block is)"},
+    tags,
+    headerOffset,
+    filesFrom,
+    extensions,
+    follow,
+    jobs,
+    quiet,
 };
 
 constexpr std::array commands{
@@ -57,9 +82,9 @@ constexpr std::array commands{
     CommandRow{"call", "FILE", 1, 1, callOptions, runCall,
                "Call the module and print the record as JSON",
                "The file name, handed over as it is; - is the standard input"},
-    CommandRow{"json", "PATH", 1, anyNumberOfOperands, jsonOptions, runJson,
+    CommandRow{"json", "PATH", 0, anyNumberOfOperands, jsonOptions, runJson,
                "Print what files hold, each as a line of JSON",
-               "A TIFF, BigTIFF or JPEG file; - is the standard input"},
+               "A TIFF, BigTIFF or JPEG file, or a folder of them; - is the standard input"},
 };
 
 }  // namespace

@@ -21,6 +21,7 @@ enum class ValueKind {
     AnyNumber,    ///< whatever a double can be
     MemorySize,   ///< bytes, or units of K, M or G
     Word,         ///< one of those that the placeholder names
+    Text,         ///< anything
     Texts,        ///< anything; the option may be given several times
 };
 
@@ -30,6 +31,7 @@ struct OptionRow {
     std::string_view placeholder;  ///< of the value, for people; for a word all of them: a|b|c
     std::string_view initial;      ///< the value without the option; empty where there is none
     std::string_view help;
+    char letter = 0;  ///< its short name, where it has one
 };
 
 inline constexpr std::size_t anyNumberOfOperands = std::numeric_limits<std::size_t>::max();

@@ -33,7 +33,8 @@ void printRow(std::ostream& out, const std::string& name, std::string_view text)
 }
 
 std::string spelled(const OptionRow& option) {
-    std::string text = std::string("--") + option.name;
+    std::string text = option.letter == 0 ? "" : std::string{'-', option.letter, ',', ' '};
+    text.append("--").append(option.name);
     if (!option.placeholder.empty()) {
         text.append(" ").append(option.placeholder);
     }

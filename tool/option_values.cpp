@@ -50,6 +50,9 @@ bool acceptsValue(const OptionRow& option, std::string_view text) {
     if (option.kind == ValueKind::Word) {
         return isOneOf(option.placeholder, text);
     }
+    if (option.kind == ValueKind::Text || option.kind == ValueKind::Texts) {
+        return true;
+    }
     const KindRow* const row = rowOf(option.kind);
     return row != nullptr && row->accepts(text);
 }

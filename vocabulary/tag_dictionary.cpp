@@ -9,10 +9,12 @@ namespace corvinex {
 namespace {
 
 /// A number that is listed twice keeps its first name.
-TagDictionary makeDictionary(std::span<const TagName> table) {
+TagDictionary makeDictionary(std::span<const TagRow> table) {
     TagDictionary dictionary;
-    for (const TagName& row : table) {
-        dictionary.try_emplace(row.number, row.name);
+    for (const TagRow& row : table) {
+        if (row.name != nullptr) {
+            dictionary.try_emplace(row.number, row.name);
+        }
     }
     return dictionary;
 }
@@ -24,17 +26,6 @@ TagDictionary makeDictionary(std::span<const TagName> table) {
 const TagDictionary primaryMap = makeDictionary(primaryTagTable());
 const TagDictionary GPSmap = makeDictionary(gpsTagTable());
 const TagDictionary interopMap = makeDictionary(interopTagTable());
-
-TagNameIndex::TagNameIndex(const TagDictionary& dictionary)
-    : rows_(dictionary, [](const TagDictionary::value_type& entry) { return entry.first; }) {
-    names_.reserve(dictionary.size());
-    for (const auto& [number, name] : dictionary) {
-        names_.push_back(name.c_str());
-    }
-}
-
-const TagNameIndex gpsNames(GPSmap);
-const TagNameIndex interopNames(interopMap);
 
 // NOLINTEND(cert-err58-cpp)
 

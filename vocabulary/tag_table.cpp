@@ -1,84 +1,126 @@
 #include "vocabulary/tag_table.h"
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "vocabulary/tag_index.h"
+
 namespace corvinex {
 
 namespace {
 
+using Types = TypeGroupId;
+
+// The entries of columns that say nothing of a tag. Those behind the last that says something are
+// left out.
+constexpr const char* unnamed = nullptr;
+constexpr TypeGroupId anyType = TypeGroupId::Any;
+constexpr std::uint8_t any = 0;
+constexpr std::uint8_t one = 1;
+constexpr std::uint8_t no = 0;
+constexpr TagDefault none{};
+constexpr Pointer nowhere = Pointer::None;
+
+constexpr TagDefault noValue{DefaultKind::NoValue};
+constexpr TagDefault sampleCount{DefaultKind::SampleCount};
+constexpr TagDefault bitsPerSample{DefaultKind::BitsPerSample};
+constexpr TagDefault value(double number) {
+    return {DefaultKind::Value, number};
+}
+
+constexpr auto withDefaultBits(auto rows) {
+    std::uint32_t bit = 1;
+    for (TagRow& row : rows) {
+        if (row.standsIn.kind != DefaultKind::None) {
+            row.defaultBit = bit;
+            bit <<= 1U;
+        }
+    }
+    return rows;
+}
+
 // clang-format off
 
-// Directory kinds "main" and "EXIF". A number that is listed twice keeps its first name.
-constexpr TagName primaryTags[] = {
-    // Baseline and extension tags (TIFF 6.0, TIFF/FX, TIFF technical notes).
-    {  254, "NewSubFileType"},
-    {  255, "SubFileType"},
-    {  256, "Width"},
-    {  257, "Length"},
-    {  258, "BitsPerSample"},
-    {  259, "Compression"},
-    {  262, "PhotometricInterpretation"},
-    {  263, "Thresholding"},
+// Directory kinds "main" and "EXIF". Columns: number, name, types, components, place among the
+// baseline fields, default, pointer, decoder and its words.
+constexpr auto primaryTags = withDefaultBits(std::to_array<TagRow>({
+    // TIFF 6.0, its extensions and technical notes, TIFF/FX.
+    {  254, "NewSubFileType",              Types::Long,        any,  1, value(0)},
+    {  255, "SubFileType",                 Types::Short},
+    {  256, "Width",                       Types::ShortOrLong, one},
+    {  257, "Length",                      Types::ShortOrLong, one},
+    {  258, "BitsPerSample",               Types::Short,       any,  2, sampleCount},
+    {  259, "Compression",                 Types::Short,       any,  3, value(1), nowhere, Decoder::Compression,               words::compression},
+    {  262, "PhotometricInterpretation",   Types::Short,       any,  4, none,     nowhere, Decoder::PhotometricInterpretation, words::photometricInterpretation},
+    {  263, "Thresholding",                Types::Short,       any, 23, value(1)},
     {  264, "CellWidth"},
     {  265, "CellLength"},
-    {  266, "FillOrder"},
-    {  269, "DocumentName"},
-    {  270, "ImageDescription"},
-    {  271, "Make"},
-    {  272, "Model"},
-    {  273, "StripOffsets"},
-    {  274, "Orientation"},
-    {  277, "SamplesPerPixel"},
-    {  278, "RowsPerStrip"},
-    {  279, "StripByteCounts"},
-    {  280, "MinSampleValue"},
-    {  281, "MaxSampleValue"},
-    {  282, "XResolution"},
-    {  283, "YResolution"},
-    {  284, "PlanarConfiguration"},
+    {  266, "FillOrder",                   Types::Short,       any, 19, value(1)},
+    {  269, "DocumentName",                Types::Ascii},
+    {  270, "ImageDescription",            Types::Ascii,       any, no, none,     nowhere, Decoder::ImageDescription},
+    {  271, "Make",                        Types::Ascii},
+    {  272, "Model",                       Types::Ascii},
+    {  273, "StripOffsets",                Types::Offset,      any,  5, noValue},
+    {  274, "Orientation",                 Types::Short,       any, 18, value(1)},
+    {  277, "SamplesPerPixel",             Types::Short,       one,  6, value(1)},
+    {  278, "RowsPerStrip",                Types::ShortOrLong, one,  7, value(4294967295)},
+    {  279, "StripByteCounts",             Types::Offset,      any,  8, noValue},
+    {  280, "MinSampleValue",              Types::Short,       any, 22, bitsPerSample},
+    {  281, "MaxSampleValue",              Types::Short,       any, 21, bitsPerSample},
+    {  282, "XResolution",                 Types::Rational,    any,  9, noValue},
+    {  283, "YResolution",                 Types::Rational,    any, 10, noValue},
+    {  284, "PlanarConfiguration",         Types::Short,       one, 13, value(1), nowhere, Decoder::PlanarConfiguration,       words::planarConfiguration},
     {  285, "PageName"},
-    {  286, "XPosition"},
-    {  287, "YPosition"},
+    {  286, "XPosition",                   Types::Rational},
+    {  287, "YPosition",                   Types::Rational},
     {  288, "FreeOffsets"},
     {  289, "FreeByteCounts"},
-    {  290, "GrayResponseUnit"},
+    {  290, "GrayResponseUnit",            anyType,            any, 20, value(2), nowhere, Decoder::GrayResponseUnit},
     {  291, "GrayResponseCurve"},
-    {  292, "T4Options"},
-    {  293, "T6Options"},
-    {  296, "ResolutionUnit"},
-    {  297, "PageNumber"},
+    {  292, "T4Options",                   Types::Long},
+    {  293, "T6Options",                   Types::Long},
+    {  296, "ResolutionUnit",              Types::Short,       any, 11, value(2), nowhere, Decoder::ResolutionUnit,            words::resolutionUnit},
+    {  297, "PageNumber",                  Types::Short},
     {  300, "ColorResponseUnit"},
-    {  301, "TransferFunction"},
-    {  305, "Software"},
-    {  306, "DateTime"},
-    {  315, "Artist"},
-    {  316, "HostComputer"},
-    {  317, "Predictor"},
-    {  318, "WhitePoint"},
-    {  319, "PrimaryChromaticities"},
-    {  320, "Colormap"},
-    {  321, "HalftoneHints"},
-    {  322, "TileWidth"},
-    {  323, "TileLength"},
-    {  324, "TileOffsets"},
-    {  325, "TileByteCounts"},
-    {  326, "BadFaxLines"},
-    {  327, "CleanFaxData"},
-    {  328, "ConsecutiveBadFaxLines"},
-    {  330, "SubIFDs"},
-    {  332, "InkSet"},
-    {  333, "InkNames"},
-    {  334, "NumberOfInks"},
-    {  336, "DotRange"},
+    {  301, "TransferFunction",            Types::Short},
+    {  305, "Software",                    Types::Ascii},
+    {  306, "DateTime",                    Types::Ascii},
+    {  315, "Artist",                      Types::Ascii},
+    {  316, "HostComputer",                Types::Ascii},
+    {  317, "Predictor",                   Types::Short,       any, no, none,     nowhere, Decoder::Predictor,                 words::predictor},
+    {  318, "WhitePoint",                  Types::Rational},
+    {  319, "PrimaryChromaticities",       Types::Rational},
+    {  320, "Colormap",                    Types::Short,       any, 12, noValue},
+    {  321, "HalftoneHints",               Types::Short},
+    {  322, "TileWidth",                   Types::ShortOrLong, one, 14, noValue},
+    {  323, "TileLength",                  Types::ShortOrLong, one, 15, noValue},
+    {  324, "TileOffsets",                 Types::Offset,      any, 16, noValue},
+    {  325, "TileByteCounts",              Types::Offset,      any, 17, noValue},
+    {  326, "BadFaxLines",                 Types::ShortOrLong},
+    {  327, "CleanFaxData",                Types::Short},
+    {  328, "ConsecutiveBadFaxLines",      Types::ShortOrLong},
+    {  330, "SubIFDs",                     Types::Directory,   any, no, none,     Pointer::ToMain},
+    {  332, "InkSet",                      Types::Short,       any, no, none,     nowhere, Decoder::InkSet,                    words::inkSet},
+    {  333, "InkNames",                    Types::Ascii},
+    {  334, "NumberOfInks",                Types::Short},
+    {  336, "DotRange",                    Types::ByteOrShort},
     {  337, "TargetPrinter"},
-    {  338, "ExtraSamples"},
-    {  339, "SampleFormat"},
+    {  338, "ExtraSamples",                Types::Short},
+    {  339, "SampleFormat",                Types::Short},
     {  340, "SMinSampleValue"},
     {  341, "SMaxSampleValue"},
     {  342, "TransferRange"},
-    {  343, "ClipPath"},
+    {  343, "ClipPath",                    Types::Byte},
     {  344, "XClipPathUnits"},
     {  345, "YClipPathUnits"},
     {  346, "Indexed"},
-    {  347, "JPEGTables"},
+    {  347, "JPEGTables",                  Types::Undefined},
+    // A second name for 347, which is never used: it belongs to 519, which has none, so that 519 is an
+    // unknown tag. Kept on purpose: whoever reads "UnknownTags" would notice a change.
+    {  347, "JPEGQTables"},
     {  351, "OPIProxy"},
     {  400, "GlobalParametersIFD"},
     {  401, "ProfileType"},
@@ -88,23 +130,22 @@ constexpr TagName primaryTags[] = {
     {  405, "ModeNumber"},
     {  433, "Decode"},
     {  434, "DefaultImageColor"},
-    {  512, "JPEGProc"},
-    {  513, "JPEGInterchangeFormat"},
-    {  514, "JPEGInterchangeFormatLength"},
-    {  515, "JPEGRestartInterval"},
+    {  512, "JPEGProc",                    Types::Short,       any, no, none,     nowhere, Decoder::JPEGProc,                  words::jpegProc},
+    {  513, "JPEGInterchangeFormat",       Types::Long},
+    {  514, "JPEGInterchangeFormatLength", Types::Long},
+    {  515, "JPEGRestartInterval",         Types::Short},
     {  517, "JPEGLosslessPredictors"},
     {  518, "JPEGPointTransforms"},
-    // JPEG, YCbCr, XMP, private, GeoTIFF and DNG tags. The first pair is a second one for 347: the name
-    // JPEGQTables belongs to 519, which is not listed, so 519 is an unknown tag. Callers rely on it.
-    {  347, "JPEGQTables"},
-    {  520, "JPEGDCTables"},
-    {  521, "JPEGACTables"},
-    {  529, "YCbCrCoefficients"},
-    {  530, "YCbCrSubsampling"},
-    {  531, "YCbCrPositioning"},
-    {  532, "ReferenceBlackWhite"},
+    {  519, unnamed,                       Types::Long},
+    {  520, "JPEGDCTables",                Types::Long},
+    {  521, "JPEGACTables",                Types::Long},
+    {  529, "YCbCrCoefficients",           Types::Rational},
+    {  530, "YCbCrSubsampling",            Types::Short},
+    {  531, "YCbCrPositioning",            Types::Short,       any, no, none,     nowhere, Decoder::YCbCrPositioning,          words::yCbCrPositioning},
+    {  532, "ReferenceBlackWhite",         Types::Rational},
     {  559, "StripRowCounts"},
-    {  700, "XMP"},
+    {  700, "XMP",                         Types::Byte,        any, no, none,     nowhere, Decoder::XMP},
+    // Private tags, GeoTIFF, and the tags of EXIF 2.3.
     {32781, "ImageID"},
     {32932, "WangAnnotation"},
     {32953, "RefPts"},
@@ -122,7 +163,9 @@ constexpr TagName primaryTags[] = {
     {33304, "PixarFovCot"},
     {33305, "PixarMatrixWorldToScreen"},
     {33405, "WriterSerialNumber"},
-    {33432, "Copyright"},
+    {33432, "Copyright",            Types::Ascii},
+    {33434, "ExposureTime"},
+    {33437, "FNumber"},
     {33445, "MDFileTag"},
     {33446, "MDScalePixel"},
     {33447, "MDColorTable"},
@@ -157,24 +200,79 @@ constexpr TagName primaryTags[] = {
     {34232, "FrameCount"},
     {34264, "ModelTransformationTag"},
     {34377, "Photoshop"},
-    {34665, "DigitalCamera"},
-    {34675, "ICCProfileOffset"},
+    {34665, "DigitalCamera",        anyType, any, no, none, Pointer::ToExif},
+    {34675, "ICCProfileOffset",     anyType, any, no, none, nowhere, Decoder::ICCProfile},
     {34732, "ImageLayer"},
     {34735, "GeoKeyDirectoryTag"},
     {34736, "GeoDoubleParamsTag"},
     {34737, "GeoAsciiParamsTag"},
     {34750, "JBIGOptions"},
-    {34853, "GPSInfo"},
+    {34850, "ExposureProgram",      anyType, any, no, none, nowhere, Decoder::ExposureProgram,      words::exposureProgram},
+    {34852, "SpectralSensitivity"},
+    {34853, "GPSInfo",              anyType, any, no, none, Pointer::ToGps},
+    {34855, "ISOSpeedRatings"},
+    {34856, "OECF"},
     {34908, "HylaFAXFaxRecvParams"},
     {34909, "HylaFAXFaxSubAddress"},
     {34910, "HylaFAXFaxRecvTime"},
     {34911, "FaxDCS"},
     {34929, "FedExEdr"},
+    {36864, "ExifVersion"},
+    {36867, "DateTimeOriginal"},
+    {36868, "DateTimeDigitized"},
+    {37121, "ComponentsConfiguration"},
+    {37122, "CompressedBitsPerPixel"},
+    {37377, "ShutterSpeedValue"},
+    {37378, "ApertureValue"},
+    {37379, "BrightnessValue"},
+    {37380, "ExposureBiasValue"},
+    {37381, "MaxApertureValue"},
+    {37382, "SubjectDistance"},
+    {37383, "MeteringMode",         anyType, any, no, none, nowhere, Decoder::MeteringMode,         words::meteringMode},
+    {37384, "LightSource",          anyType, any, no, none, nowhere, Decoder::LightSource,          words::lightSource},
+    {37385, "Flash"},
+    {37386, "FocalLength"},
+    {37396, "SubjectArea"},
     {37439, "StoNITS"},
+    {37500, "MakerNote"},
+    {37510, "UserComment"},
+    {37520, "SubsecTime"},
+    {37521, "SubsecTimeOriginal"},
+    {37522, "SubsecTimeDigitized"},
     {37724, "ImageSourceData"},
-    {40965, "InteroperabilityIFD"},
+    {40960, "FlashpixVersion"},
+    {40961, "ColorSpace",           anyType, any, no, none, nowhere, Decoder::ColorSpace,           words::colorSpace},
+    {40962, "CPixelXDimension"},
+    {40963, "CPixelYDimension"},
+    {40964, "RelatedSoundFile"},
+    {40965, "InteroperabilityIFD",  anyType, any, no, none, Pointer::ToInteroperability},
+    {41483, "FlashEnergy"},
+    {41484, "SpatialFrequencyResponse"},
+    {41486, "FocalPlaneXResolution"},
+    {41487, "FocalPlaneYResolution"},
+    {41488, "FocalPlaneResolutionUnit"},
+    {41492, "SubjectLocation"},
+    {41493, "ExposureIndex"},
+    {41495, "SensingMethod",        anyType, any, no, none, nowhere, Decoder::SensingMethod,        words::sensingMethod},
+    {41728, "FileSource",           anyType, any, no, none, nowhere, Decoder::FileSource,           words::fileSource},
+    {41729, "SceneType",            anyType, any, no, none, nowhere, Decoder::SceneType,            words::sceneType},
+    {41730, "CFAPattern"},
+    {41985, "CustomRendered",       anyType, any, no, none, nowhere, Decoder::CustomRendered,       words::customRendered},
+    {41986, "ExposureMode",         anyType, any, no, none, nowhere, Decoder::ExposureMode,         words::exposureMode},
+    {41987, "WhiteBalance",         anyType, any, no, none, nowhere, Decoder::WhiteBalance,         words::whiteBalance},
+    {41988, "DigitalZoomRatio"},
+    {41989, "FocalLengthIn35mmFilm"},
+    {41990, "SceneCaptureType",     anyType, any, no, none, nowhere, Decoder::SceneCaptureType,     words::sceneCaptureType},
+    {41991, "GainControl",          anyType, any, no, none, nowhere, Decoder::GainControl,          words::gainControl},
+    {41992, "Contrast",             anyType, any, no, none, nowhere, Decoder::Contrast,             words::contrast},
+    {41993, "Saturation",           anyType, any, no, none, nowhere, Decoder::Saturation,           words::saturation},
+    {41994, "Sharpness",            anyType, any, no, none, nowhere, Decoder::Sharpness,            words::sharpness},
+    {41995, "DeviceSettingDescription"},
+    {41996, "SubjectDistanceRange", anyType, any, no, none, nowhere, Decoder::SubjectDistanceRange, words::subjectDistanceRange},
+    {42016, "ImageUniqueID"},
     {42112, "GDAL_METADATA"},
     {42113, "GDAL_NODATA"},
+    // Private tags and DNG.
     {50215, "OceScanjobDescription"},
     {50216, "OceApplicationSelector"},
     {50217, "OceIdentificationNumber"},
@@ -258,85 +356,27 @@ constexpr TagName primaryTags[] = {
     {51009, "OpcodeList2"},
     {51022, "OpcodeList3"},
     {51041, "NoiseProfile"},
-    {51125, "DefaultUserCrop"},
-    // Later DNG tags, the depth tags, and 65535.
-    {51110, "DefaultBlackRender"},
-    {51109, "BaselineExposureOffset"},
-    {51108, "ProfileLookTableEncoding"},
-    {51107, "ProfileHueSatMapEncoding"},
     {51089, "OriginalDefaultFinalSize"},
     {51090, "OriginalBestQualityFinalSize"},
     {51091, "OriginalDefaultCropSize"},
+    {51107, "ProfileHueSatMapEncoding"},
+    {51108, "ProfileLookTableEncoding"},
+    {51109, "BaselineExposureOffset"},
+    {51110, "DefaultBlackRender"},
     {51111, "NewRawImageDigest"},
     {51112, "RawToPreviewGain"},
+    {51125, "DefaultUserCrop"},
     {51177, "DepthFormat"},
     {51178, "DepthNear"},
-    {51179, "DepthFar"},
+    {51179, "DepthFar", anyType, any, no, none, nowhere, Decoder::DepthFar},
     {51180, "DepthUnits"},
     {51181, "DepthMeasureType"},
     {51182, "EnhanceParams"},
     {65535, "DCSHuesShiftValues"},
-    // EXIF 2.3 tags. They serve main directories too, as the TIFF tags serve EXIF directories.
-    {33434, "ExposureTime"},
-    {33437, "FNumber"},
-    {34850, "ExposureProgram"},
-    {34852, "SpectralSensitivity"},
-    {34855, "ISOSpeedRatings"},
-    {34856, "OECF"},
-    {36864, "ExifVersion"},
-    {36867, "DateTimeOriginal"},
-    {36868, "DateTimeDigitized"},
-    {37121, "ComponentsConfiguration"},
-    {37122, "CompressedBitsPerPixel"},
-    {37377, "ShutterSpeedValue"},
-    {37378, "ApertureValue"},
-    {37379, "BrightnessValue"},
-    {37380, "ExposureBiasValue"},
-    {37381, "MaxApertureValue"},
-    {37382, "SubjectDistance"},
-    {37383, "MeteringMode"},
-    {37384, "LightSource"},
-    {37385, "Flash"},
-    {37386, "FocalLength"},
-    {37396, "SubjectArea"},
-    {37500, "MakerNote"},
-    {37510, "UserComment"},
-    {37520, "SubsecTime"},
-    {37521, "SubsecTimeOriginal"},
-    {37522, "SubsecTimeDigitized"},
-    {40960, "FlashpixVersion"},
-    {40961, "ColorSpace"},
-    {40962, "CPixelXDimension"},
-    {40963, "CPixelYDimension"},
-    {40964, "RelatedSoundFile"},
-    {41483, "FlashEnergy"},
-    {41484, "SpatialFrequencyResponse"},
-    {41486, "FocalPlaneXResolution"},
-    {41487, "FocalPlaneYResolution"},
-    {41488, "FocalPlaneResolutionUnit"},
-    {41492, "SubjectLocation"},
-    {41493, "ExposureIndex"},
-    {41495, "SensingMethod"},
-    {41728, "FileSource"},
-    {41729, "SceneType"},
-    {41730, "CFAPattern"},
-    {41985, "CustomRendered"},
-    {41986, "ExposureMode"},
-    {41987, "WhiteBalance"},
-    {41988, "DigitalZoomRatio"},
-    {41989, "FocalLengthIn35mmFilm"},
-    {41990, "SceneCaptureType"},
-    {41991, "GainControl"},
-    {41992, "Contrast"},
-    {41993, "Saturation"},
-    {41994, "Sharpness"},
-    {41995, "DeviceSettingDescription"},
-    {41996, "SubjectDistanceRange"},
-    {42016, "ImageUniqueID"},
-};
+}));
 
 // The GPS directory (EXIF 2.3).
-constexpr TagName gpsTags[] = {
+constexpr TagRow gpsTags[] = {
     {    0, "GPSVersionID"},
     {    1, "GPSLatitudeRef"},
     {    2, "GPSLatitude"},
@@ -371,7 +411,7 @@ constexpr TagName gpsTags[] = {
 };
 
 // The interoperability directory (EXIF 2.3, DCF).
-constexpr TagName interopTags[] = {
+constexpr TagRow interopTags[] = {
     {    1, "InteroperabilityIndex"},
     {    2, "InteroperabilityVersion"},
     { 4096, "RelatedImageFileFormat"},
@@ -381,16 +421,114 @@ constexpr TagName interopTags[] = {
 
 // clang-format on
 
+// What must hold of the tables.
+
+constexpr std::span<const TagRow> primaryRows(primaryTags);
+constexpr std::span<const TagRow> gpsRows(gpsTags);
+constexpr std::span<const TagRow> interopRows(interopTags);
+
+constexpr bool ascends(std::span<const TagRow> rows) {
+    return std::ranges::is_sorted(rows, {}, &TagRow::number);
+}
+static_assert(ascends(primaryRows) && ascends(gpsRows) && ascends(interopRows));
+
+/// The number that opens each pair of rows with one number.
+constexpr std::size_t countRepeated(std::span<const TagRow> rows) {
+    std::size_t repeated = 0;
+    for (std::size_t i = 1; i < rows.size(); ++i) {
+        repeated += rows[i].number == rows[i - 1].number ? 1 : 0;
+    }
+    return repeated;
+}
+static_assert(countRepeated(primaryRows) == 1, "347 alone is listed twice");
+static_assert(countRepeated(interopRows) == 0);
+static_assert(gpsRows.size() == gpsRows.back().number + 1U, "GPS tags have no gap");
+
+constexpr bool everyGroupIsUsed() {
+    for (std::size_t id = 0; id < typeGroups.size(); ++id) {
+        if (std::ranges::count(primaryRows, static_cast<TypeGroupId>(id), &TagRow::types) == 0) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(everyGroupIsUsed());
+
+constexpr bool everyDecoderIsUsedOnce() {
+    for (std::size_t id = 1; id < decoderCount; ++id) {
+        if (std::ranges::count(primaryRows, static_cast<Decoder>(id), &TagRow::decoder) != 1) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(everyDecoderIsUsedOnce());
+
+// What is derived from them.
+
+using PrimaryIndex = TagIndex<countIndexPages(primaryRows)>;
+constexpr PrimaryIndex primaryIndex(primaryRows);
+
+constexpr TagRow unknownTag{};
+
+constexpr auto defaultTagRows = [] {
+    std::array<const TagRow*, defaultTagCount> rows{};
+    std::size_t count = 0;
+    for (const TagRow& row : primaryRows) {
+        if (row.defaultBit != 0) {
+            rows.at(count) = &row;
+            ++count;
+        }
+    }
+    return count == defaultTagCount ? rows : decltype(rows){};
+}();
+static_assert(defaultTagRows.front() != nullptr, "the number of tags with a default is wrong");
+
+constexpr auto baselineFieldNames = [] {
+    std::array<const char*, baselineFieldCount> names{};
+    for (const TagRow& row : primaryRows) {
+        if (row.baselinePlace != 0) {
+            names.at(row.baselinePlace - 1U) = row.name;
+        }
+    }
+    return names;
+}();
+static_assert(std::ranges::count(baselineFieldNames, nullptr) == 0, "a baseline place is missing");
+
 }  // namespace
 
-std::span<const TagName> primaryTagTable() noexcept {
-    return primaryTags;
+std::span<const TagRow> primaryTagTable() noexcept {
+    return primaryRows;
 }
-std::span<const TagName> gpsTagTable() noexcept {
-    return gpsTags;
+
+std::span<const TagRow> gpsTagTable() noexcept {
+    return gpsRows;
 }
-std::span<const TagName> interopTagTable() noexcept {
-    return interopTags;
+
+std::span<const TagRow> interopTagTable() noexcept {
+    return interopRows;
+}
+
+const TagRow& findTag(std::uint16_t number) noexcept {
+    const std::uint16_t place = primaryIndex.find(number);
+    return place == PrimaryIndex::none ? unknownTag : primaryTags[place];
+}
+
+const char* findGpsTagName(std::uint16_t number) noexcept {
+    return number < gpsRows.size() ? gpsRows[number].name : nullptr;
+}
+
+const char* findInteropTagName(std::uint16_t number) noexcept {
+    const auto row = std::ranges::find(interopRows, number, &TagRow::number);
+    return row == interopRows.end() ? nullptr : row->name;
+}
+
+std::span<const TagRow* const, defaultTagCount> getDefaultTagRows() noexcept {
+    return defaultTagRows;
+}
+
+std::span<const char* const, baselineFieldCount> getBaselineFieldNames() noexcept {
+    return baselineFieldNames;
 }
 
 }  // namespace corvinex

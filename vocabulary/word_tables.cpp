@@ -2,21 +2,37 @@
 
 #include <algorithm>
 
-#include "entry/numeric_conversion.h"
+#include "format/numeric_conversion.h"
 
 namespace corvinex::words {
 
-const char* findWordOrNull(Table table, std::int32_t value) noexcept {
-    // As unsigned numbers: a negative value is larger than every key.
+namespace {
+
+/// As unsigned numbers: a negative value is larger than every key.
+auto findRow(Table table, std::int32_t value) noexcept {
     const auto number = static_cast<std::uint32_t>(value);
-    const auto row = std::find_if(table.begin(), table.end(),
-                                  [number](const Word& word) { return word.value == number; });
+    return std::find_if(table.begin(), table.end(),
+                        [number](const Word& word) { return word.value == number; });
+}
+
+}  // namespace
+
+const char* findWordOrNull(Table table, std::int32_t value) noexcept {
+    const auto row = findRow(table, value);
     return row == table.end() ? nullptr : row->word;
 }
 
+Place findPlace(Table table, double value) noexcept {
+    const auto row = findRow(table, truncateTo<std::int32_t>(value));
+    return row == table.end() ? unknownWord : static_cast<Place>(row - table.begin());
+}
+
+const char* getWord(Table table, Place place) noexcept {
+    return place == unknownWord ? "unknown" : table[place].word;
+}
+
 const char* findWord(Table table, double value) noexcept {
-    const char* word = findWordOrNull(table, truncateTo<std::int32_t>(value));
-    return word == nullptr ? "unknown" : word;
+    return getWord(table, findPlace(table, value));
 }
 
 }  // namespace corvinex::words

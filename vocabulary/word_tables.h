@@ -19,8 +19,19 @@ using Table = std::span<const Word>;
 /// value the first counts.
 [[nodiscard]] const char* findWordOrNull(Table table, std::int32_t value) noexcept;
 
-/// The word for a value truncated toward zero to 32 bits (held at the limits, NaN taken as 0), or
-/// "unknown".
+/// The place of a word in its table, or one of the two below.
+using Place = std::uint8_t;
+/// No word at all.
+inline constexpr Place noWord = 0xFF;
+/// The place of "unknown", which stands in no table.
+inline constexpr Place unknownWord = 0xFE;
+
+/// The place of the word for a value truncated toward zero to 32 bits (held at the limits, NaN
+/// taken as 0), or unknownWord.
+[[nodiscard]] Place findPlace(Table table, double value) noexcept;
+/// The word at a place that findPlace told.
+[[nodiscard]] const char* getWord(Table table, Place place) noexcept;
+/// Both in one.
 [[nodiscard]] const char* findWord(Table table, double value) noexcept;
 
 // clang-format off

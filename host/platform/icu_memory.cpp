@@ -15,6 +15,7 @@
 namespace host {
 
 /// Blocks one behind the other, each with its size before it.
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): see bytes
 struct IcuReserve {
     // Several times what ICU takes for one text; less than the C library asks the system for.
     static constexpr std::size_t length = std::size_t{64} << 10;
@@ -22,6 +23,7 @@ struct IcuReserve {
     IcuReserve* next = nullptr;  // in the list of those that are kept
     std::size_t used = 0;
     std::size_t living = 0;  // blocks
+    // Unset: a reserve is hardly ever touched.
     alignas(std::max_align_t) std::array<std::byte, length> bytes;
 };
 
@@ -51,10 +53,14 @@ void* take(IcuReserve& reserve, std::size_t size) noexcept {
 }
 
 bool holds(const IcuReserve* reserve, const void* block) noexcept {
-    constexpr std::less_equal<const void*> isNotBehind;
-    constexpr std::less<const void*> isBefore;
-    return reserve != nullptr && isNotBehind(reserve->bytes.data(), block) &&
-           isBefore(block, reserve->bytes.data() + IcuReserve::length);
+    constexpr std::less_equal<> isNotBehind;
+    constexpr std::less<> isBefore;
+    if (reserve == nullptr) {
+        return false;
+    }
+    const void* const begin = reserve->bytes.data();
+    const void* const end = reserve->bytes.data() + IcuReserve::length;
+    return isNotBehind(begin, block) && isBefore(block, end);
 }
 
 /// The reserve that a block is from; null for the C library's.
@@ -110,12 +116,14 @@ void* U_CALLCONV reallocate(const void* context, void* block, std::size_t size) 
 
 // NOLINTEND(cppcoreguidelines-no-malloc)
 
-/// ICU asks that this is done before anything else, so it is done when the host is loaded.
-[[maybe_unused]] const bool isInstalled = [] {
+bool install() noexcept {
     UErrorCode status = U_ZERO_ERROR;
     u_setMemoryFunctions(nullptr, allocate, reallocate, release, &status);
     return U_SUCCESS(status) != 0;
-}();
+}
+
+// ICU asks that this is done before anything else, so it is done when the host is loaded.
+[[maybe_unused]] const bool isInstalled = install();
 
 void keep(IcuReserve* reserve) noexcept {
     reserve->next = kept.load(std::memory_order_relaxed);
@@ -126,7 +134,6 @@ void keep(IcuReserve* reserve) noexcept {
 
 }  // namespace
 
-// Unset: a reserve is hardly ever touched.
 IcuMemory::IcuMemory() : reserve_(new IcuReserve) {
     current = reserve_.get();
 }

@@ -1,8 +1,8 @@
-#include <atomic>
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 #include <cerrno>
 #include <cstdlib>
 #include <ctime>
+#include <mutex>
 #include <new>
 #include <stdexcept>
 
@@ -16,10 +16,13 @@ constexpr const char* utcName = "UTC";
 
 // Whether the C library once read the zone that TZ names without memory: it then takes UTC instead,
 // and does not read again while TZ stays as it is.
-constinit std::atomic<bool> isZoneUnread = false;
+constinit bool isZoneUnread = false;
+// The C library has a lock of its own, which checkers of threads do not see.
+constinit std::mutex zoneMutex;
 
 /// Has the C library look at TZ anew, which may have changed. False when there was not the memory.
 [[nodiscard]] bool readLocalZone() noexcept {
+    const std::lock_guard lock(zoneMutex);
     errno = 0;
     ::tzset();
     const bool isRead = errno != ENOMEM;

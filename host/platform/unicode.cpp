@@ -25,7 +25,7 @@ class Utf8Reader {
         // The macro narrows bits that it has masked.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wconversion"
-        U8_NEXT(text_.data(), place_, text_.size(), point);
+        U8_NEXT(text_, place_, text_.size(), point);
 #pragma GCC diagnostic pop
         return point;
     }
@@ -43,7 +43,7 @@ class Utf16Reader {
     /// The next one; negative for a lone surrogate.
     [[nodiscard]] UChar32 next() noexcept {
         UChar32 point = 0;
-        U16_NEXT(text_.data(), place_, text_.size(), point);
+        U16_NEXT(text_, place_, text_.size(), point);
         return U_IS_SURROGATE(point) ? -1 : point;
     }
 

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <mutex>
 #include <new>
+#include <thread>
 
 #include "host/values/fresh_memory.h"
 
@@ -86,12 +87,26 @@ class BlockLists {
     Slab* slabs_ = nullptr;
 };
 
+/// Held for some instructions only, so that waiting is hardly worth a call of the system.
+class ShortLock {
+  public:
+    void lock() noexcept {
+        while (isHeld_.test_and_set(std::memory_order_acquire)) {
+            std::this_thread::yield();
+        }
+    }
+    void unlock() noexcept { isHeld_.clear(std::memory_order_release); }
+
+  private:
+    std::atomic_flag isHeld_;
+};
+
 /// Threads are spread over some lists, so that they seldom wait for each other. Where there is one
 /// thread alone, it needs neither its place nor a lock.
 class ValueMemory final : public std::pmr::memory_resource {
   private:
     struct alignas(64) Share {
-        std::mutex mutex;
+        ShortLock lock;
         BlockLists lists;
     };
 
@@ -107,7 +122,7 @@ class ValueMemory final : public std::pmr::memory_resource {
             return shares_[0].lists.take(size);
         }
         Share& share = ofThisThread();
-        const std::lock_guard lock(share.mutex);
+        const std::lock_guard guard(share.lock);
         return share.lists.take(size);
     }
 
@@ -121,7 +136,7 @@ class ValueMemory final : public std::pmr::memory_resource {
             return;
         }
         Share& share = ofThisThread();
-        const std::lock_guard lock(share.mutex);
+        const std::lock_guard guard(share.lock);
         share.lists.giveBack(memory, size);
     }
 

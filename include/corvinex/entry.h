@@ -43,7 +43,7 @@ class Entry {
     [[nodiscard]] std::string_view name() const noexcept;
     /// What the module's result calls the tag in this kind of directory; empty when it has no name
     /// for it.
-    [[nodiscard]] std::string_view fieldName() const;
+    [[nodiscard]] std::string_view fieldName() const noexcept;
     /// The field type's code as it stands, known or not.
     [[nodiscard]] std::uint16_t typeCode() const noexcept { return record_.type; }
     /// The field type; nothing when its code is unknown.

@@ -98,7 +98,7 @@ class DecodedTexts {
     }
 
   private:
-    static constexpr std::size_t longestKept = 4096;
+    static constexpr std::size_t longestKept = std::size_t{64} << 10U;
     struct Row {
         std::string bytes;
         std::string text;

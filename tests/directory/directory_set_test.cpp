@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <utility>
+#include <vector>
 
 #include "directory/ifd_tree.h"
-#include "entry/internal_errors.h"
+#include "entry/reports/internal_errors.h"
 #include "file/tag_file.h"
 #include "tests/directory/tiff_variants.h"
 #include "tests/support/temporary_file.h"
@@ -184,6 +186,38 @@ TEST_P(DirectorySet, ADirectoryWhoseEntriesAreDroppedKeepsNoRoomForThem) {
     ifd.process();
     EXPECT_EQ(ifd.getTags().size(), 1U);
     EXPECT_LE(ifd.getTags().capacity(), 64U);
+}
+
+TEST_P(DirectorySet, GivesBackTheMemoryOfDirectoriesThatArePackaged) {
+    constexpr std::size_t length = 200;
+    TiffBuilder builder = newBuilder();
+    std::vector<std::size_t> chain;
+    for (std::size_t i = 0; i < length; ++i) {
+        chain.push_back(builder.add({text(305, "a text outside the entry")}));
+    }
+    OpenFile file(tiff(), builder.chain(chain).bytes());
+    IFDTree tree(file.get(), IFDtype_t_::Main);
+    ASSERT_EQ(tree.size(), length);
+    // The arena of the last directories. The file holds a share of it for those to come, and its
+    // own set may have directories in it.
+    const std::weak_ptr<corvinex::DirectoryArena> arena = file.get()->beginDirectory();
+    EXPECT_GT(arena.use_count(), 1);
+    EXPECT_LT(arena.use_count(), static_cast<long>(2 * length)) << "there are several arenas";
+    const HostArray output = tree.repackageIfds();
+    const HostArray outputOfTheFile = file.get()->repackageIfds();
+    EXPECT_EQ(arena.use_count(), 1) << "the share of the file alone is left";
+    EXPECT_EQ(textOf(fieldOf(*output, "Software", length - 1)), "a text outside the entry");
+}
+
+TEST_P(DirectorySet, CopiesOutliveTheMemoryOfTheirSource) {
+    OpenFile file(tiff(), twoDirectories());
+    IFDTree copy;
+    {
+        IFDTree original(file.get(), IFDtype_t_::Main);
+        copy = original;
+        static_cast<void>(original.repackageIfds());
+    }
+    expectTwoDirectories(copy);
 }
 
 TEST_P(DirectorySet, ADirectoryOfWidthAndLengthAloneHasSizeZero) {

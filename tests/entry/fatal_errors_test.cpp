@@ -1,4 +1,4 @@
-#include "entry/fatal_errors.h"
+#include "entry/reports/fatal_errors.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "entry/host_value.h"
+#include "entry/values/host_value.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "entry/fatal_errors.h"
+#include "entry/reports/fatal_errors.h"
 #include "host/messages/reports.h"
 #include "host/values/value.h"
 #include "tests/support/faults.h"

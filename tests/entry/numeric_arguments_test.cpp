@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "entry/numeric_conversion.h"
+#include "format/numeric_conversion.h"
 #include "tests/entry/entry_call.h"
 #include "tests/support/faults.h"
 #include "tests/support/module_call.h"

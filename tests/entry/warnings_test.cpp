@@ -1,4 +1,4 @@
-#include "entry/warnings.h"
+#include "entry/reports/warnings.h"
 
 #include <gtest/gtest.h>
 

@@ -37,7 +37,10 @@ struct Outcome {
 class PreparedCall {
   public:
     explicit PreparedCall(const std::u16string& name, const Request& request = {})
-        : inputs_(host::makeStringScalar(name), request) {}
+        : PreparedCall(host::makeStringScalar(name), request) {}
+    /// With a file name of whatever class.
+    explicit PreparedCall(host::ValuePtr name, const Request& request = {})
+        : inputs_(std::move(name), request) {}
 
     /// Calls while what makeFault makes lives. Expects that the output slot is written when the
     /// call returns, and not touched when it raises.

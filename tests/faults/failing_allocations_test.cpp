@@ -88,8 +88,8 @@ TEST_P(FailingAllocations, FromThenOnEndTheCallCleanly) {
                           "new-from-then-on " + name());
 }
 
-// Here the conversion library and stdio run short as well, and what the C library itself notes for a
-// thread.
+// Here the conversion library and stdio run short as well, and what the C library itself notes for
+// a thread.
 
 TEST_P(FailingAllocations, OfTheCLibraryOnceEndTheCallCleanly) {
     if (!mallocCanFail) {
@@ -103,7 +103,7 @@ TEST_P(FailingAllocations, OfTheCLibraryFromThenOnEndTheCallCleanly) {
         GTEST_SKIP() << "malloc is the sanitizer's";
     }
     refuseEachInNewThread(call(), {Allocator::Malloc, Lasting::FromThenOn},
-                           "malloc-from-then-on " + name());
+                          "malloc-from-then-on " + name());
 }
 
 TEST(FailingAllocationsAmongReports, EndTheCallCleanly) {

@@ -154,6 +154,10 @@ TEST(FailingOperations, PassUnchangedFromFilesWithEveryWarningAndError) {
         const TemporaryFile disk(file.bytes);
         failed.merge(failEachOperation(PreparedCall(disk.name(), file.request), file.name));
     }
+    // A name that is no string scalar is read through other operations.
+    const TemporaryFile disk(reportFiles().front().bytes);
+    const PreparedCall withCharacterRow(host::makeText(disk.name()));
+    failed.merge(failEachOperation(withCharacterRow, "a name in a character row"));
     EXPECT_EQ(failed.size(), test::operationCount);
 }
 

@@ -121,19 +121,6 @@ TEST(DefaultFields, OfATiffOrBigTiffAreThirtyFive) {
     EXPECT_EQ(namesOf(FileFormat::BigTIFF), test::allTiffFields());
 }
 
-TEST(DefaultFields, AreKnownByName) {
-    for (const std::string& name : test::allTiffFields()) {
-        EXPECT_TRUE(corvinex::isDefaultFieldName(FileFormat::ClassicTIFF, name)) << name;
-        EXPECT_TRUE(corvinex::isDefaultFieldName(FileFormat::BigTIFF, name)) << name;
-        const bool isCommon = std::find(test::commonFields.begin(), test::commonFields.end(),
-                                        name) != test::commonFields.end();
-        EXPECT_EQ(corvinex::isDefaultFieldName(FileFormat::JPEG, name), isCommon) << name;
-    }
-    for (const char* name : {"", "width", "Widt", "Widthh", "Software", "SubFileType"}) {
-        EXPECT_FALSE(corvinex::isDefaultFieldName(FileFormat::ClassicTIFF, name)) << name;
-    }
-}
-
 TEST(DefaultFields, OpenTheOutputInTheirOrder) {
     Names expected = test::allTiffFields();
     expected.push_back("Artist");

@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "entry/warnings.h"
+#include "entry/reports/warnings.h"
 #include "host/messages/reports.h"
 #include "host/values/value.h"
 #include "tests/support/module_call.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "entry/internal_errors.h"
+#include "entry/reports/internal_errors.h"
 #include "tests/tag/tag_bench.h"
 
 // Tags that stand in no file: defaults of baseline tags.

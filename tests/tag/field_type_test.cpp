@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <tiffio.h>
 
 #include <cstdint>
 #include <map>
@@ -47,8 +48,15 @@ TEST(FieldTypes, NamingACodeOfNoMeaningIsFatal) {
 
 TEST(FieldTypes, HaveTheWidthsOfTheirElements) {
     for (const auto& [code, type] : expectedTypes) {
+        EXPECT_EQ(corvinex::getElementWidth(code), type.width) << type.name;
+    }
+}
+
+TEST(FieldTypes, HaveTheWidthsThatTheTiffLibraryKnows) {
+    for (const auto& [code, type] : expectedTypes) {
         if (code != 0) {
-            EXPECT_EQ(corvinex::getElementWidth(code), type.width) << type.name;
+            const int width = TIFFDataWidth(static_cast<TIFFDataType>(code));
+            EXPECT_EQ(corvinex::getElementWidth(code), static_cast<std::uint64_t>(width)) << code;
         }
     }
 }

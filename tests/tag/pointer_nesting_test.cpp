@@ -6,7 +6,7 @@
 
 #include "directory/ifd_tree.h"
 #include "directory/pointer_guard.h"
-#include "entry/internal_errors.h"
+#include "entry/reports/internal_errors.h"
 #include "tests/support/single_directory.h"
 #include "tests/tag/tag_bench.h"
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "directory/ifd_tree.h"
-#include "entry/internal_errors.h"
+#include "entry/reports/internal_errors.h"
 #include "tests/support/single_directory.h"
 #include "tests/tag/broken_stream.h"
 #include "tests/tag/tag_bench.h"

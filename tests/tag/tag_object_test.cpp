@@ -7,7 +7,7 @@
 
 #include "directory/ifd_tree.h"
 #include "directory/pointer_guard.h"
-#include "entry/internal_errors.h"
+#include "entry/reports/internal_errors.h"
 #include "tests/tag/tag_bench.h"
 
 // A tag as an object: its getters, its copies, and the repeated tail of its reading.

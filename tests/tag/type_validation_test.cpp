@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "entry/internal_errors.h"
+#include "entry/reports/internal_errors.h"
 #include "tests/support/single_directory.h"
 #include "tests/tag/tag_bench.h"
 #include "tests/vocabulary/expected_names.h"

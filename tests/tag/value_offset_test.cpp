@@ -8,7 +8,7 @@
 #include <string>
 #include <tuple>
 
-#include "entry/internal_errors.h"
+#include "entry/reports/internal_errors.h"
 #include "tests/support/single_directory.h"
 #include "tests/tag/broken_stream.h"
 #include "tests/tag/tag_bench.h"

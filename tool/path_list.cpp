@@ -1,0 +1,171 @@
+#include "tool/path_list.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <iostream>
+#include <system_error>
+
+namespace tool {
+namespace {
+
+constexpr std::string_view standardInput = "-";
+
+/// Endings of images, without their point.
+constexpr std::array<std::string_view, 6> imageEndings{"tif", "tiff", "btf", "dng", "jpg", "jpeg"};
+
+constexpr char lowered(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+/// Whether a name ends in a point and this ending, in any case.
+bool endsIn(std::string_view name, std::string_view ending) {
+    if (ending.starts_with('.')) {
+        ending.remove_prefix(1);
+    }
+    if (name.size() <= ending.size() || name[name.size() - ending.size() - 1] != '.') {
+        return false;
+    }
+    return std::equal(ending.begin(), ending.end(),
+                      name.end() - static_cast<std::ptrdiff_t>(ending.size()),
+                      [](char left, char right) { return lowered(left) == lowered(right); });
+}
+
+template <class Endings>
+bool endsInOneOf(std::string_view name, const Endings& endings) {
+    return std::any_of(endings.begin(), endings.end(),
+                       [name](std::string_view ending) { return endsIn(name, ending); });
+}
+
+std::string joined(const std::string& folder, const std::string& name) {
+    return folder.ends_with('/') ? folder + name : folder + '/' + name;
+}
+
+/// The names in a folder, last first.
+std::optional<std::vector<std::string>> namesIn(const std::string& folder) {
+    std::error_code error;
+    std::vector<std::string> names;
+    std::filesystem::directory_iterator place(folder, error);
+    while (!error && place != std::filesystem::directory_iterator()) {
+        names.push_back(place->path().filename().native());
+        place.increment(error);
+    }
+    if (error) {
+        return std::nullopt;
+    }
+    const auto byBytes = [](const std::string& left, const std::string& right) {
+        return std::lexicographical_compare(
+            right.begin(), right.end(), left.begin(), left.end(), [](char one, char other) {
+                return static_cast<unsigned char>(one) < static_cast<unsigned char>(other);
+            });
+    };
+    std::sort(names.begin(), names.end(), byBytes);
+    return names;
+}
+
+}  // namespace
+
+PathList::PathList(PathOptions options) : options_(std::move(options)) {
+    if (!options_.namesFrom) {
+        return;
+    }
+    if (*options_.namesFrom == standardInput) {
+        list_ = &std::cin;
+        return;
+    }
+    listFile_.open(*options_.namesFrom, std::ios::binary);
+    if (!listFile_) {
+        throw std::system_error(errno, std::generic_category(), *options_.namesFrom);
+    }
+    list_ = &listFile_;
+}
+
+std::optional<std::string> PathList::nextOperand() {
+    if (operand_ < options_.operands.size()) {
+        return options_.operands[operand_++];
+    }
+    std::string name;
+    while (list_ != nullptr && std::getline(*list_, name, '\0')) {
+        if (!name.empty()) {
+            return name;
+        }
+    }
+    return std::nullopt;
+}
+
+bool PathList::enter(const std::string& path) {
+    struct stat facts {};
+    if (stat(path.c_str(), &facts) != 0) {
+        return false;
+    }
+    // A link may lead to a folder on the way to it.
+    const bool isOnTheWay =
+        std::any_of(folders_.begin(), folders_.end(), [&](const Folder& folder) {
+            return folder.device == facts.st_dev && folder.inode == facts.st_ino;
+        });
+    if (isOnTheWay) {
+        return true;
+    }
+    auto names = namesIn(path);
+    if (!names) {
+        return false;
+    }
+    folders_.push_back({path, *std::move(names), facts.st_dev, facts.st_ino});
+    return true;
+}
+
+bool PathList::promisesImage(std::string_view name) const {
+    return endsInOneOf(name, imageEndings) || endsInOneOf(name, options_.extensions);
+}
+
+bool PathList::isWanted(std::string_view name) const {
+    return options_.extensions.empty() || endsInOneOf(name, options_.extensions);
+}
+
+std::optional<ListedPath> PathList::nextInFolder() {
+    while (!folders_.empty()) {
+        Folder& folder = folders_.back();
+        if (folder.names.empty()) {
+            folders_.pop_back();
+            continue;
+        }
+        const std::string name = std::move(folder.names.back());
+        folder.names.pop_back();
+        std::string path = joined(folder.path, name);
+        struct stat link {};
+        struct stat facts {};
+        const bool isThere = lstat(path.c_str(), &link) == 0 && stat(path.c_str(), &facts) == 0;
+        if (isThere && S_ISDIR(facts.st_mode)) {
+            const bool isFollowed = !S_ISLNK(link.st_mode) || options_.followsLinks;
+            if (isFollowed && !enter(path)) {
+                return ListedPath{std::move(path), true};
+            }
+        } else if (isThere && S_ISREG(facts.st_mode) && isWanted(name)) {
+            return ListedPath{std::move(path), promisesImage(name)};
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<ListedPath> PathList::next() {
+    for (;;) {
+        if (auto found = nextInFolder()) {
+            return found;
+        }
+        auto operand = nextOperand();
+        if (!operand) {
+            return std::nullopt;
+        }
+        struct stat facts {};
+        const bool isFolder = *operand != standardInput && stat(operand->c_str(), &facts) == 0 &&
+                              S_ISDIR(facts.st_mode);
+        if (!isFolder || !enter(*operand)) {
+            return ListedPath{*std::move(operand), true};
+        }
+    }
+}
+
+}  // namespace tool

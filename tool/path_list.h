@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstddef>
+#include <fstream>
+#include <istream>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tool {
+
+struct PathOptions {
+    std::vector<std::string> operands;     ///< files, folders, or "-" for standard input
+    std::optional<std::string> namesFrom;  ///< a list of names ended by zeros; "-": standard input
+    std::vector<std::string>
+        extensions;             ///< in folders these endings only, as "tif"; all without any
+    bool followsLinks = false;  ///< in folders to other folders as well
+};
+
+/// One file that is to be read.
+struct ListedPath {
+    std::string name;
+    /// It was named itself, or its ending promises an image: then it is told when it is none.
+    bool isAsked = true;
+};
+
+/// The files that a command was given, in order: operands, then the names of the list. Folders are
+/// walked to the bottom, each in the order of names by their bytes. Takes memory for the names of
+/// the folders on the way to one file, whatever the number of files.
+class PathList {
+  public:
+    explicit PathList(PathOptions options);
+
+    /// The next file. A folder that cannot be read is one as well, so that it is told. Raises
+    /// std::system_error when the list of names cannot be read.
+    std::optional<ListedPath> next();
+
+  private:
+    /// A folder on the way, and the names in it that are left, last first.
+    struct Folder {
+        std::string path;
+        std::vector<std::string> names;
+        unsigned long device = 0;
+        unsigned long inode = 0;
+    };
+
+    std::optional<std::string> nextOperand();
+    /// Goes into a folder. False when it cannot be read, or when it is one of those on the way.
+    bool enter(const std::string& path);
+    std::optional<ListedPath> nextInFolder();
+    [[nodiscard]] bool isWanted(std::string_view name) const;
+    [[nodiscard]] bool promisesImage(std::string_view name) const;
+
+    PathOptions options_;
+    std::size_t operand_ = 0;
+    std::ifstream listFile_;
+    std::istream* list_ = nullptr;
+    std::vector<Folder> folders_;
+};
+
+}  // namespace tool
