@@ -160,7 +160,7 @@ std::span<const TagFact> exifTags() noexcept {
 
 const TagFact* findExifTag(std::uint16_t number) noexcept {
     const std::uint16_t row = exifIndex.find(number);
-    return row == exifIndex.none ? nullptr : &exifRows[row];
+    return row < exifRows.size() ? &exifRows[row] : nullptr;
 }
 
 }  // namespace corvinex::registry

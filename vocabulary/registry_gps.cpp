@@ -62,7 +62,7 @@ std::span<const TagFact> gpsTags() noexcept {
 
 const TagFact* findGpsTag(std::uint16_t number) noexcept {
     const std::uint16_t row = gpsIndex.find(number);
-    return row == gpsIndex.none ? nullptr : &gpsRows[row];
+    return row < gpsRows.size() ? &gpsRows[row] : nullptr;
 }
 
 }  // namespace corvinex::registry

@@ -35,7 +35,7 @@ std::span<const TagFact> interopTags() noexcept {
 
 const TagFact* findInteropTag(std::uint16_t number) noexcept {
     const std::uint16_t row = interopIndex.find(number);
-    return row == interopIndex.none ? nullptr : &interopRows[row];
+    return row < interopRows.size() ? &interopRows[row] : nullptr;
 }
 
 }  // namespace corvinex::registry

@@ -632,7 +632,7 @@ std::span<const TagFact> mainTags() noexcept {
 
 const TagFact* findMainTag(std::uint16_t number) noexcept {
     const std::uint16_t row = mainIndex.find(number);
-    return row == mainIndex.none ? nullptr : &mainRows[row];
+    return row < mainRows.size() ? &mainRows[row] : nullptr;
 }
 
 }  // namespace corvinex::registry
