@@ -18,7 +18,19 @@ bool isImageKind(inspect::DirectoryKind kind) noexcept {
     return kind == inspect::DirectoryKind::Main || kind == inspect::DirectoryKind::Sub;
 }
 
-IndexedTags tableOf(inspect::DirectoryKind kind) noexcept {
+}  // namespace
+
+std::optional<std::string_view> Words::find(std::uint64_t code) const noexcept {
+    const auto* row = findRow(values, code, &ValueWord::code);
+    return row != nullptr ? std::optional(row->word) : std::nullopt;
+}
+
+std::optional<std::string_view> Words::find(std::string_view code) const noexcept {
+    const auto* row = findRow(texts, code, &TextWord::code);
+    return row != nullptr ? std::optional(row->word) : std::nullopt;
+}
+
+std::span<const TagFact> tagsOf(inspect::DirectoryKind kind) noexcept {
     switch (kind) {
         case inspect::DirectoryKind::Exif:
             return exifTags();
@@ -33,35 +45,26 @@ IndexedTags tableOf(inspect::DirectoryKind kind) noexcept {
     return mainTags();
 }
 
-}  // namespace
-
-std::optional<std::string_view> Words::find(std::uint64_t code) const noexcept {
-    const auto* row = findRow(values, code, &ValueWord::code);
-    return row != nullptr ? std::optional(row->word) : std::nullopt;
-}
-
-std::optional<std::string_view> Words::find(std::string_view code) const noexcept {
-    const auto* row = findRow(texts, code, &TextWord::code);
-    return row != nullptr ? std::optional(row->word) : std::nullopt;
-}
-
-std::span<const TagFact> tagsOf(inspect::DirectoryKind kind) noexcept {
-    return tableOf(kind).rows;
-}
-
 const TagFact* findTag(inspect::DirectoryKind kind, std::uint16_t number) noexcept {
-    const TagFact* fact = tableOf(kind).find(number);
-    if (fact != nullptr) {
-        return fact;
+    switch (kind) {
+        case inspect::DirectoryKind::Gps:
+            return findGpsTag(number);
+        case inspect::DirectoryKind::Interop:
+            return findInteropTag(number);
+        case inspect::DirectoryKind::Exif: {
+            const TagFact* fact = findExifTag(number);
+            return fact != nullptr ? fact : findMainTag(number);
+        }
+        case inspect::DirectoryKind::Main:
+        case inspect::DirectoryKind::Sub:
+            break;
     }
-    if (isImageKind(kind)) {
-        return exifTags().find(number);
-    }
-    return kind == inspect::DirectoryKind::Exif ? mainTags().find(number) : nullptr;
+    const TagFact* fact = findMainTag(number);
+    return fact != nullptr ? fact : findExifTag(number);
 }
 
 bool isScalar(inspect::DirectoryKind kind, std::uint16_t number) noexcept {
-    const TagFact* fact = isImageKind(kind) ? exifTags().find(number) : nullptr;
+    const TagFact* fact = isImageKind(kind) ? findExifTag(number) : nullptr;
     if (fact == nullptr) {
         fact = findTag(kind, number);
     }

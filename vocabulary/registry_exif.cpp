@@ -3,6 +3,7 @@
 #include "vocabulary/registry_rules.h"
 #include "vocabulary/registry_tables.h"
 #include "vocabulary/registry_values.h"
+#include "vocabulary/tag_index.h"
 
 // Tags of EXIF directories. Number, name, types, encoding, source,
 // count, unit, words.
@@ -148,12 +149,18 @@ constexpr auto exifTable = sortedByNumber(std::to_array<TagFact>({
 }));
 // clang-format on
 static_assert(isTagTable(exifTable));
-constexpr TagIndex<countPages(exifTable)> exifIndex(exifTable);
+constexpr std::span<const TagFact> exifRows = exifTable;
+constexpr TagIndex<countIndexPages(exifRows)> exifIndex(exifRows);
 
 }  // namespace
 
-IndexedTags exifTags() noexcept {
-    return {exifTable, exifIndex.pageOf, exifIndex.rows};
+std::span<const TagFact> exifTags() noexcept {
+    return exifRows;
+}
+
+const TagFact* findExifTag(std::uint16_t number) noexcept {
+    const std::uint16_t row = exifIndex.find(number);
+    return row < exifRows.size() ? &exifRows[row] : nullptr;
 }
 
 }  // namespace corvinex::registry

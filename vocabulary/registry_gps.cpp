@@ -3,6 +3,7 @@
 #include "vocabulary/registry_rules.h"
 #include "vocabulary/registry_tables.h"
 #include "vocabulary/registry_values.h"
+#include "vocabulary/tag_index.h"
 
 // Tags of GPS directories (EXIF 2.32). Number, name, types, encoding, source,
 // count, unit, words.
@@ -50,12 +51,18 @@ constexpr auto gpsTable = sortedByNumber(std::to_array<TagFact>({
 }));
 // clang-format on
 static_assert(isTagTable(gpsTable));
-constexpr TagIndex<countPages(gpsTable)> gpsIndex(gpsTable);
+constexpr std::span<const TagFact> gpsRows = gpsTable;
+constexpr TagIndex<countIndexPages(gpsRows)> gpsIndex(gpsRows);
 
 }  // namespace
 
-IndexedTags gpsTags() noexcept {
-    return {gpsTable, gpsIndex.pageOf, gpsIndex.rows};
+std::span<const TagFact> gpsTags() noexcept {
+    return gpsRows;
+}
+
+const TagFact* findGpsTag(std::uint16_t number) noexcept {
+    const std::uint16_t row = gpsIndex.find(number);
+    return row < gpsRows.size() ? &gpsRows[row] : nullptr;
 }
 
 }  // namespace corvinex::registry

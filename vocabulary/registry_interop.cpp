@@ -3,6 +3,7 @@
 #include "vocabulary/registry_rules.h"
 #include "vocabulary/registry_tables.h"
 #include "vocabulary/registry_values.h"
+#include "vocabulary/tag_index.h"
 
 // Tags of interoperability directories (EXIF 2.32). Number, name, types, encoding, source,
 // count, unit, words.
@@ -23,12 +24,18 @@ constexpr auto interopTable = sortedByNumber(std::to_array<TagFact>({
 }));
 // clang-format on
 static_assert(isTagTable(interopTable));
-constexpr TagIndex<countPages(interopTable)> interopIndex(interopTable);
+constexpr std::span<const TagFact> interopRows = interopTable;
+constexpr TagIndex<countIndexPages(interopRows)> interopIndex(interopRows);
 
 }  // namespace
 
-IndexedTags interopTags() noexcept {
-    return {interopTable, interopIndex.pageOf, interopIndex.rows};
+std::span<const TagFact> interopTags() noexcept {
+    return interopRows;
+}
+
+const TagFact* findInteropTag(std::uint16_t number) noexcept {
+    const std::uint16_t row = interopIndex.find(number);
+    return row < interopRows.size() ? &interopRows[row] : nullptr;
 }
 
 }  // namespace corvinex::registry

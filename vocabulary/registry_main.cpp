@@ -3,6 +3,7 @@
 #include "vocabulary/registry_rules.h"
 #include "vocabulary/registry_tables.h"
 #include "vocabulary/registry_values.h"
+#include "vocabulary/tag_index.h"
 
 // Tags of image directories: the main chain, thumbnails and sub-images. One section a standard; the
 // first standard that defines a number has its row. Number, name, types, encoding, source, count,
@@ -620,12 +621,18 @@ constexpr auto mainTable = sortedByNumber(std::to_array<TagFact>({
 }));
 // clang-format on
 static_assert(isTagTable(mainTable));
-constexpr TagIndex<countPages(mainTable)> mainIndex(mainTable);
+constexpr std::span<const TagFact> mainRows = mainTable;
+constexpr TagIndex<countIndexPages(mainRows)> mainIndex(mainRows);
 
 }  // namespace
 
-IndexedTags mainTags() noexcept {
-    return {mainTable, mainIndex.pageOf, mainIndex.rows};
+std::span<const TagFact> mainTags() noexcept {
+    return mainRows;
+}
+
+const TagFact* findMainTag(std::uint16_t number) noexcept {
+    const std::uint16_t row = mainIndex.find(number);
+    return row < mainRows.size() ? &mainRows[row] : nullptr;
 }
 
 }  // namespace corvinex::registry

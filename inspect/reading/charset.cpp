@@ -3,7 +3,8 @@
 #include <unicode/ucnv.h>
 #include <unicode/ucsdet.h>
 #include <unicode/unistr.h>
-#include <unicode/utf8.h>
+#include <unicode/ustring.h>
+#include <unicode/utf16.h>
 
 #include <algorithm>
 #include <array>
@@ -114,6 +115,22 @@ char16_t unitAt(std::span<const std::uint8_t> bytes, std::size_t index, std::end
 }
 
 constexpr char16_t byteOrderMark = 0xFEFF;
+/// UTF-16 is turned to UTF-8 in parts of so many units, for the sake of memory.
+constexpr std::int32_t longestPart = 1 << 16;
+
+/// The bytes of a character by its first one, or 0 when none begins so.
+std::size_t encodedLength(std::uint8_t first) noexcept {
+    struct Row {
+        std::uint8_t mask;
+        std::uint8_t value;
+        std::size_t length;
+    };
+    constexpr std::array rows{Row{0x80, 0x00, 1}, Row{0xE0, 0xC0, 2}, Row{0xF0, 0xE0, 3},
+                              Row{0xF8, 0xF0, 4}};
+    const auto* row = std::ranges::find_if(
+        rows, [&](const Row& each) { return (first & each.mask) == each.value; });
+    return row != rows.end() ? row->length : 0;
+}
 
 std::endian orderOfUtf16(std::span<const std::uint8_t> bytes, std::endian fileOrder) {
     const std::size_t units = bytes.size() / 2;
@@ -148,25 +165,26 @@ std::string decodeJis(std::span<const std::uint8_t> bytes) {
 
 }  // namespace
 
-// The macro of ICU narrows numbers on purpose.
-#ifdef __clang__
-[[clang::no_sanitize("integer")]]
-#endif
-std::int32_t
-takeCharacter(std::string_view& text) noexcept {
-    // ICU counts in 32 bits here, and a character has four bytes at most.
-    constexpr std::size_t longestCharacter = 4;
-    const std::string_view start = text.substr(0, longestCharacter);
-    const auto size = static_cast<std::int32_t>(start.size());
-    std::int32_t length = 0;
-    UChar32 character = 0;
-    // The macro's own conversions are not for the caller to write in another way.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wconversion"
-    U8_NEXT(start, length, size, character);
-#pragma GCC diagnostic pop
-    text.remove_prefix(static_cast<std::size_t>(length));
-    return character;
+std::int32_t takeCharacter(std::string_view& text) noexcept {
+    constexpr std::int32_t invalid = -1;
+    const auto first = static_cast<std::uint8_t>(text.front());
+    const std::size_t length = encodedLength(first);
+    std::array<char16_t, 2> units{};
+    std::int32_t count = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    if (length > 1 && length <= text.size()) {
+        u_strFromUTF8(units.data(), units.size(), &count, text.data(),
+                      static_cast<std::int32_t>(length), &status);
+    }
+    if (length != 1 && (count == 0 || U_FAILURE(status))) {
+        text.remove_prefix(1);
+        return invalid;
+    }
+    text.remove_prefix(length);
+    if (length == 1) {
+        return first;
+    }
+    return count == 1 ? units[0] : U16_GET_SUPPLEMENTARY(units[0], units[1]);
 }
 
 bool isUtf8(std::string_view bytes) noexcept {
@@ -197,27 +215,18 @@ std::string decodeText(std::string_view bytes) {
 }
 
 std::string decodeUtf16(std::span<const std::uint8_t> bytes, std::endian order) {
-    std::size_t unit = 0;
     const std::size_t units = bytes.size() / 2;
-    if (units > 0 && unitAt(bytes, 0, order) == byteOrderMark) {
-        unit = 1;
-    }
+    std::size_t unit = units > 0 && unitAt(bytes, 0, order) == byteOrderMark ? 1 : 0;
     std::string result;
-    constexpr char32_t replacement = 0xFFFD;
     while (unit < units) {
-        char32_t character = unitAt(bytes, unit, order);
-        ++unit;
-        if (U16_IS_LEAD(character) && unit < units && U16_IS_TRAIL(unitAt(bytes, unit, order))) {
-            character =
-                static_cast<char32_t>(U16_GET_SUPPLEMENTARY(character, unitAt(bytes, unit, order)));
+        icu::UnicodeString part;
+        // A part ends at a character.
+        while (unit < units &&
+               (part.length() < longestPart || U16_IS_LEAD(part.charAt(part.length() - 1)))) {
+            part.append(unitAt(bytes, unit, order));
             ++unit;
-        } else if (U16_IS_SURROGATE(character)) {
-            character = replacement;
         }
-        std::array<char, U8_MAX_LENGTH> encoded{};
-        std::size_t length = 0;
-        U8_APPEND_UNSAFE(encoded, length, character);
-        result.append(encoded.data(), length);
+        part.toUTF8String(result);
     }
     return result;
 }

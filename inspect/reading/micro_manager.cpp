@@ -1,12 +1,13 @@
 #include "inspect/reading/micro_manager.h"
 
-#include <rapidjson/memorystream.h>
-#include <rapidjson/reader.h>
-
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <vector>
 
 #include "inspect/reading/excerpt.h"
+#include "inspect/reading/number_text.h"
 
 namespace corvinex::inspect::reading {
 namespace {
@@ -25,51 +26,50 @@ constexpr std::array keys{
     Key{"Frame", "frame ", ""},
 };
 
-/// Keeps the values of known keys of the outermost object. Numbers come as they are written.
-class KeyHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, KeyHandler> {
+/// Keeps the values of known keys of the outermost object, and nothing of what is nested in it.
+class KeyHandler {
   public:
-    bool StartObject() {
-        ++depth_;
-        return Default();
-    }
-    bool EndObject(rapidjson::SizeType /*members*/) {
-        --depth_;
-        return true;
-    }
-    bool StartArray() {
-        ++depth_;
-        return Default();
-    }
-    bool EndArray(rapidjson::SizeType /*elements*/) {
-        --depth_;
-        return true;
-    }
-    bool Key(const char* text, rapidjson::SizeType length, bool /*copy*/) {
-        const auto* key =
-            std::ranges::find(keys, std::string_view(text, length), &reading::Key::name);
+    // What the parser tells; it goes on while the answer is true. Its names are not ours.
+    // NOLINTBEGIN(readability-identifier-naming)
+    bool null() { return ignore(); }
+    bool boolean(bool /*value*/) { return ignore(); }
+    bool number_integer(std::int64_t value) { return keep(integerText(value)); }
+    bool number_unsigned(std::uint64_t value) { return keep(integerText(value)); }
+    bool number_float(double /*value*/, const std::string& written) { return keep(written); }
+    bool string(const std::string& value) { return keep(value); }
+    bool binary(const std::vector<std::uint8_t>& /*value*/) { return ignore(); }
+    bool start_object(std::size_t /*members*/) { return nest(1); }
+    bool end_object() { return nest(-1); }
+    bool start_array(std::size_t /*elements*/) { return nest(1); }
+    bool end_array() { return nest(-1); }
+    bool key(const std::string& name) {
+        const auto* key = std::ranges::find(keys, name, &Key::name);
         wanted_ =
             depth_ == 1 && key != keys.end() ? &values_[std::size_t(key - keys.begin())] : nullptr;
         return true;
     }
-    bool String(const char* text, rapidjson::SizeType length, bool /*copy*/) {
-        return keep({text, length});
+    static bool parse_error(std::size_t /*place*/, const std::string& /*token*/,
+                            const nlohmann::detail::exception& /*reason*/) {
+        return false;
     }
-    bool RawNumber(const char* text, rapidjson::SizeType length, bool /*copy*/) {
-        return keep({text, length});
-    }
-    bool Default() {
-        wanted_ = nullptr;
-        return true;
-    }
+    // NOLINTEND(readability-identifier-naming)
 
     [[nodiscard]] std::string_view value(std::size_t key) const { return values_[key]; }
 
   private:
-    bool keep(std::string_view text) {
+    bool ignore() {
+        wanted_ = nullptr;
+        return true;
+    }
+    bool nest(int change) {
+        depth_ += change;
+        return ignore();
+    }
+    bool keep(const std::string& text) {
         if (wanted_ != nullptr) {
             *wanted_ = excerpt(text, 40);
         }
-        return Default();
+        return ignore();
     }
 
     std::array<std::string, keys.size()> values_;
@@ -80,19 +80,12 @@ class KeyHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, KeyHan
 }  // namespace
 
 std::optional<std::string> describeMicroManager(std::string_view text) {
-    // Neither the parser's stack nor the machine's grows with nested brackets beyond the text's
-    // size.
-    constexpr unsigned flags = rapidjson::kParseIterativeFlag |
-                               rapidjson::kParseNumbersAsStringsFlag |
-                               rapidjson::kParseStopWhenDoneFlag;
     constexpr std::size_t longestText = std::size_t{1} << 20U;
     if (!text.starts_with('{') || text.size() > longestText) {
         return std::nullopt;
     }
-    rapidjson::MemoryStream stream(text.data(), text.size());
-    rapidjson::Reader reader;
     KeyHandler handler;
-    if (!reader.Parse<flags>(stream, handler)) {
+    if (!nlohmann::json::sax_parse(text, &handler)) {
         return std::nullopt;
     }
     std::string reading;

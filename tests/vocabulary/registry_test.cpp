@@ -40,6 +40,28 @@ TEST(Registry, FindsEveryRowByItsNumber) {
     EXPECT_EQ(findGeoKey(1023), nullptr);
 }
 
+TEST(Registry, FindsNothingForOtherNumbers) {
+    for (const auto kind :
+         {DirectoryKind::Main, DirectoryKind::Exif, DirectoryKind::Gps, DirectoryKind::Interop}) {
+        std::size_t found = 0;
+        for (std::uint32_t number = 0; number <= 0xFFFF; ++number) {
+            const TagFact* fact = findTag(kind, static_cast<std::uint16_t>(number));
+            found += fact != nullptr ? 1 : 0;
+            EXPECT_TRUE(fact == nullptr || fact->number == number) << number;
+        }
+        // Each of the two that fall back on each other has what one of them has.
+        std::set<std::uint16_t> numbers;
+        const bool fallsBack = kind == DirectoryKind::Main || kind == DirectoryKind::Exif;
+        for (const auto table : {kind, fallsBack ? DirectoryKind::Main : kind,
+                                 fallsBack ? DirectoryKind::Exif : kind}) {
+            for (const TagFact& fact : tagsOf(table)) {
+                numbers.insert(fact.number);
+            }
+        }
+        EXPECT_EQ(found, numbers.size());
+    }
+}
+
 TEST(Registry, NamesAreUniqueInAKindOfDirectoryButForTagsThatMovedTheirNumber) {
     for (const auto kind :
          {DirectoryKind::Main, DirectoryKind::Exif, DirectoryKind::Gps, DirectoryKind::Interop}) {
