@@ -320,6 +320,12 @@ TEST(RecordText, OfFlagsTellsWhatNoWordExplains) {
     EXPECT_FALSE(textOf(test::number(293, test::LONG, 0)).contains("text"));
 }
 
+TEST(RecordText, IsNotMadeOfBytesWhereNumbersBelong) {
+    EXPECT_FALSE(exifEntry(undefined(33434, "\x05"sv)).contains("text"));
+    EXPECT_FALSE(exifEntry(undefined(42034, "\x12\x37\x03\x05"sv)).contains("text"));
+    EXPECT_EQ(exifEntry(undefined(41728, "\x03"sv))["text"], "Digital still camera");
+}
+
 TEST(FlatRecord, ReadsACodeThatIsNoUtf8AsText) {
     test::TiffBuilder builder;
     const auto gps = builder.add({test::text(1, "\xD6")});
