@@ -57,6 +57,9 @@ bool isBlank(char character) noexcept {
 }  // namespace
 
 std::optional<double> numberAt(const Value& value, std::size_t index) {
+    if (value.typeCode() == static_cast<std::uint16_t>(FieldType::Undefined)) {
+        return std::nullopt;  // bytes of a form of their own, not measured quantities
+    }
     return visitElement<double>(value, index, [](const auto& element) -> std::optional<double> {
         if constexpr (RationalElement<std::decay_t<decltype(element)>>) {
             if (element.denominator == 0) {

@@ -13,7 +13,8 @@
 
 namespace corvinex::inspect::reading {
 
-/// A number of any type; of a rational with a zero denominator nothing, and of characters nothing.
+/// A number of any type; of a rational with a zero denominator nothing, and of characters and
+/// UNDEFINED nothing.
 [[nodiscard]] std::optional<double> numberAt(const Value& value, std::size_t index);
 
 /// An exact integer that is not negative, from any integer type.

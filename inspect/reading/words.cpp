@@ -48,7 +48,9 @@ std::uint64_t maskOf(const registry::BitWord& field) {
     return ((std::uint64_t{2} << (field.high - field.low)) - 1) << field.low;
 }
 
-std::string bitWords(const registry::Words& words, std::uint64_t value) {
+/// The words of the bits of a value, joined, and what no bit explains as a number. Nothing where no
+/// bit has a word.
+std::optional<std::string> bitWords(const registry::Words& words, std::uint64_t value) {
     std::string text;
     std::uint64_t explained = 0;
     const auto append = [&text](std::string_view word) {
@@ -61,10 +63,22 @@ std::string bitWords(const registry::Words& words, std::uint64_t value) {
             explained |= maskOf(field);
         }
     }
+    if (text.empty()) {
+        return std::nullopt;
+    }
     if ((value & ~explained) != 0) {
         append(unknown(integerText(value & ~explained)));
     }
     return text;
+}
+
+/// The word of the whole value, or those of its bits; nothing where none is known.
+std::optional<std::string> wordsOfFlags(const Subject& subject) {
+    if (auto word = wordAt(subject, 0)) {
+        return word;
+    }
+    const auto value = unsignedAt(subject.value, 0);
+    return value ? bitWords(*subject.fact.words, *value) : std::nullopt;
 }
 
 }  // namespace
@@ -95,18 +109,11 @@ std::optional<std::vector<std::string>> codeWords(const Subject& subject) {
 }
 
 std::optional<std::string> flagWords(const Subject& subject) {
-    if (subject.fact.encoding != registry::Encoding::Flags) {
+    if (subject.fact.encoding != registry::Encoding::Flags || subject.value.size() != 1) {
         return std::nullopt;
     }
-    const auto value = unsignedAt(subject.value, 0);
-    if (!value || subject.value.size() != 1) {
-        return std::nullopt;
-    }
-    if (const auto word = subject.fact.words->find(*value)) {
-        return std::string(*word);
-    }
-    std::string words = bitWords(*subject.fact.words, *value);
-    return words.empty() ? std::nullopt : std::optional(std::move(words));
+    auto words = wordsOfFlags(subject);
+    return words ? words : codeText(subject.value, 0);
 }
 
 Text readCode(const Subject& subject) {
@@ -126,7 +133,15 @@ Text readCode(const Subject& subject) {
 }
 
 Text readFlags(const Subject& subject) {
-    return flagWords(subject);
+    if (subject.value.size() != 1) {
+        return std::nullopt;
+    }
+    if (auto words = wordsOfFlags(subject)) {
+        return words;
+    }
+    // Flags of which none is set tell nothing more than its number.
+    const auto code = codeText(subject.value, 0);
+    return code && *code != "0" ? std::optional(unknown(*code)) : std::nullopt;
 }
 
 }  // namespace corvinex::inspect::reading

@@ -12,9 +12,9 @@ namespace corvinex::inspect::reading {
 /// word for the whole. Nothing for tags without words and values that hold no codes.
 [[nodiscard]] std::optional<std::vector<std::string>> codeWords(const Subject& subject);
 
-/// The words of flags: that of the whole value, or those of its bits joined by ", ", what no bit
-/// explains as a number. Nothing for tags that are no flags, and where no bit is set and no word is
-/// known for that.
+/// The words of flags: that of the whole value, or those of its bits joined by ", " with what no
+/// bit explains as a number; the number alone where no word is known. Nothing for tags that are no
+/// flags, and for other values than one integer.
 [[nodiscard]] std::optional<std::string> flagWords(const Subject& subject);
 
 /// The word for one code, "unknown (50000)" where it has none.

@@ -302,6 +302,30 @@ TEST(FlatRecord, HasPlainNamesAndValues) {
     EXPECT_EQ(codes["0.exif.Flash"], 1);
 }
 
+TEST(FlatRecord, GivesFlagsAsTextWhereNoWordIsKnown) {
+    const Bytes bytes = fileWith(
+        {test::number(292, test::LONG, 0), test::number(293, test::LONG, 8),
+         test::number(37385, test::SHORT, 0x101), test::number(48132, test::SLONG, 0xFFFF'FFFF)});
+    const Json json = record(bytes, {}, Form::Flat);
+    EXPECT_EQ(json["0.T4Options"], "0");
+    EXPECT_EQ(json["0.T6Options"], "8");
+    EXPECT_EQ(json["0.Flash"], "Flash fired, No return detection, Mode unknown, unknown (256)");
+    EXPECT_EQ(json["0.ImageType"], "-1");
+}
+
+TEST(RecordText, OfFlagsTellsWhatNoWordExplains) {
+    const auto textOf = [](const test::Field& field) { return entryRecord(fileWith({field})); };
+    EXPECT_EQ(textOf(test::number(293, test::LONG, 8))["text"], "unknown (8)");
+    EXPECT_EQ(textOf(test::number(293, test::SLONG, 0xFFFF'FFFF))["text"], "unknown (-1)");
+    EXPECT_FALSE(textOf(test::number(293, test::LONG, 0)).contains("text"));
+}
+
+TEST(RecordText, IsNotMadeOfBytesWhereNumbersBelong) {
+    EXPECT_FALSE(exifEntry(undefined(33434, "\x05"sv)).contains("text"));
+    EXPECT_FALSE(exifEntry(undefined(42034, "\x12\x37\x03\x05"sv)).contains("text"));
+    EXPECT_EQ(exifEntry(undefined(41728, "\x03"sv))["text"], "Digital still camera");
+}
+
 TEST(FlatRecord, ReadsACodeThatIsNoUtf8AsText) {
     test::TiffBuilder builder;
     const auto gps = builder.add({test::text(1, "\xD6")});
