@@ -11,6 +11,8 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <mutex>
+#include <new>
 
 #include "inspect/reading/elements.h"
 
@@ -41,12 +43,20 @@ bool isTrusted(std::string_view set) {
            std::ranges::any_of(families, [&](auto family) { return set.starts_with(family); });
 }
 
+/// A lack of memory is no property of the text.
+void raiseWithoutMemory(UErrorCode status) {
+    if (status == U_MEMORY_ALLOCATION_ERROR) {
+        throw std::bad_alloc();
+    }
+}
+
 std::string_view guessSet(std::string_view bytes) {
     constexpr std::int32_t leastConfidence = 50;
     UErrorCode status = U_ZERO_ERROR;
     const Detector detector(ucsdet_open(&status));
     ucsdet_setText(detector.get(), bytes.data(), static_cast<std::int32_t>(bytes.size()), &status);
     const UCharsetMatch* match = ucsdet_detect(detector.get(), &status);
+    raiseWithoutMemory(status);
     if (U_FAILURE(status) || match == nullptr ||
         ucsdet_getConfidence(match, &status) < leastConfidence) {
         return fallbackSet;
@@ -66,11 +76,13 @@ std::string toUtf8(const icu::UnicodeString& text) {
 std::optional<std::string> convert(std::string_view bytes, std::string_view set) {
     UErrorCode status = U_ZERO_ERROR;
     const Converter converter(ucnv_open(std::string(set).c_str(), &status));
+    raiseWithoutMemory(status);
     if (U_FAILURE(status)) {
         return std::nullopt;
     }
     const icu::UnicodeString text(bytes.data(), static_cast<std::int32_t>(bytes.size()),
                                   converter.get(), status);
+    raiseWithoutMemory(status);
     return U_SUCCESS(status) ? std::optional(toUtf8(text)) : std::nullopt;
 }
 
@@ -87,6 +99,7 @@ class DecodedTexts {
         if (bytes.size() > longestKept) {
             return decodeGuessed(bytes);
         }
+        const std::scoped_lock lock(mutex_);
         Row& row = rows_[std::hash<std::string_view>()(bytes) % rows_.size()];
         if (row.bytes != bytes) {
             // Should memory run out in between, no text stays with the bytes of another.
@@ -103,8 +116,13 @@ class DecodedTexts {
         std::string bytes;
         std::string text;
     };
+    std::mutex mutex_;
     std::array<Row, 8> rows_;
 };
+
+// Of the process: the C library ends the process where it has no memory to note that an object of a
+// thread is to be destroyed.
+constinit DecodedTexts decodedTexts;
 
 char16_t unitAt(std::span<const std::uint8_t> bytes, std::size_t index, std::endian order) {
     const std::uint8_t first = bytes[2 * index];
@@ -210,8 +228,7 @@ std::string decodeText(std::string_view bytes) {
         }
         return result;
     }
-    thread_local DecodedTexts decoded;
-    return decoded.find(bytes);
+    return decodedTexts.find(bytes);
 }
 
 std::string decodeUtf16(std::span<const std::uint8_t> bytes, std::endian order) {
