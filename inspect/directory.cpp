@@ -25,8 +25,8 @@ std::string Directory::path() const {
         }
     }
     std::string path = std::to_string(way.at(length - 1)->chainIndex);
-    for (std::size_t i = length - 1; i-- > 0;) {
-        const DirectoryRecord& step = *way.at(i);
+    for (std::size_t i = length - 1; i > 0; --i) {
+        const DirectoryRecord& step = *way.at(i - 1);
         path.append(".").append(kindName(step.kind));
         if (step.kind == DirectoryKind::Sub || step.valueIndex != 0) {
             path += std::to_string(step.valueIndex);

@@ -38,6 +38,7 @@ class FileRun {
             try {
                 message = read(*path, turn);
             } catch (...) {
+                turn.abandon();
                 stop(std::current_exception());
             }
             turn.finish(message);

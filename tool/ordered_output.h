@@ -28,6 +28,8 @@ class OrderedOutput {
 
         /// Text for the output.
         void write(std::string_view text) override;
+        /// Forgets what is not written yet: half a record is worse than none.
+        void abandon() noexcept { text_.clear(); }
         /// Writes all that is left, with a message for the error output behind it, and hands on to
         /// the next task. To be called once, also when the task failed.
         void finish(std::string_view message);

@@ -14,8 +14,23 @@ const auto* findRow(const Rows& rows, const Key& key, Projection projection) noe
     return row != rows.end() && std::invoke(projection, *row) == key ? &*row : nullptr;
 }
 
-const TagFact* findIn(std::span<const TagFact> table, std::uint16_t number) noexcept {
-    return findRow(table, number, &TagFact::number);
+bool isImageKind(inspect::DirectoryKind kind) noexcept {
+    return kind == inspect::DirectoryKind::Main || kind == inspect::DirectoryKind::Sub;
+}
+
+IndexedTags tableOf(inspect::DirectoryKind kind) noexcept {
+    switch (kind) {
+        case inspect::DirectoryKind::Exif:
+            return exifTags();
+        case inspect::DirectoryKind::Gps:
+            return gpsTags();
+        case inspect::DirectoryKind::Interop:
+            return interopTags();
+        case inspect::DirectoryKind::Main:
+        case inspect::DirectoryKind::Sub:
+            break;
+    }
+    return mainTags();
 }
 
 }  // namespace
@@ -31,32 +46,22 @@ std::optional<std::string_view> Words::find(std::string_view code) const noexcep
 }
 
 std::span<const TagFact> tagsOf(inspect::DirectoryKind kind) noexcept {
-    switch (kind) {
-        case inspect::DirectoryKind::Exif:
-            return exifTags();
-        case inspect::DirectoryKind::Gps:
-            return gpsTags();
-        case inspect::DirectoryKind::Interop:
-            return interopTags();
-        case inspect::DirectoryKind::Main:
-        case inspect::DirectoryKind::Sub:
-            break;
-    }
-    return mainTags();
+    return tableOf(kind).rows;
 }
 
 const TagFact* findTag(inspect::DirectoryKind kind, std::uint16_t number) noexcept {
-    const TagFact* fact = findIn(tagsOf(kind), number);
-    if (fact != nullptr || kind == inspect::DirectoryKind::Gps ||
-        kind == inspect::DirectoryKind::Interop) {
+    const TagFact* fact = tableOf(kind).find(number);
+    if (fact != nullptr) {
         return fact;
     }
-    return findIn(kind == inspect::DirectoryKind::Exif ? mainTags() : exifTags(), number);
+    if (isImageKind(kind)) {
+        return exifTags().find(number);
+    }
+    return kind == inspect::DirectoryKind::Exif ? mainTags().find(number) : nullptr;
 }
 
 bool isScalar(inspect::DirectoryKind kind, std::uint16_t number) noexcept {
-    const bool isMain = kind == inspect::DirectoryKind::Main || kind == inspect::DirectoryKind::Sub;
-    const TagFact* fact = isMain ? findIn(exifTags(), number) : nullptr;
+    const TagFact* fact = isImageKind(kind) ? exifTags().find(number) : nullptr;
     if (fact == nullptr) {
         fact = findTag(kind, number);
     }

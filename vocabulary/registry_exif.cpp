@@ -148,11 +148,12 @@ constexpr auto exifTable = sortedByNumber(std::to_array<TagFact>({
 }));
 // clang-format on
 static_assert(isTagTable(exifTable));
+constexpr TagIndex<countPages(exifTable)> exifIndex(exifTable);
 
 }  // namespace
 
-std::span<const TagFact> exifTags() noexcept {
-    return exifTable;
+IndexedTags exifTags() noexcept {
+    return {exifTable, exifIndex.pageOf, exifIndex.rows};
 }
 
 }  // namespace corvinex::registry

@@ -50,11 +50,12 @@ constexpr auto gpsTable = sortedByNumber(std::to_array<TagFact>({
 }));
 // clang-format on
 static_assert(isTagTable(gpsTable));
+constexpr TagIndex<countPages(gpsTable)> gpsIndex(gpsTable);
 
 }  // namespace
 
-std::span<const TagFact> gpsTags() noexcept {
-    return gpsTable;
+IndexedTags gpsTags() noexcept {
+    return {gpsTable, gpsIndex.pageOf, gpsIndex.rows};
 }
 
 }  // namespace corvinex::registry

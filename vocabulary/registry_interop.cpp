@@ -23,11 +23,12 @@ constexpr auto interopTable = sortedByNumber(std::to_array<TagFact>({
 }));
 // clang-format on
 static_assert(isTagTable(interopTable));
+constexpr TagIndex<countPages(interopTable)> interopIndex(interopTable);
 
 }  // namespace
 
-std::span<const TagFact> interopTags() noexcept {
-    return interopTable;
+IndexedTags interopTags() noexcept {
+    return {interopTable, interopIndex.pageOf, interopIndex.rows};
 }
 
 }  // namespace corvinex::registry

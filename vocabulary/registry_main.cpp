@@ -620,11 +620,12 @@ constexpr auto mainTable = sortedByNumber(std::to_array<TagFact>({
 }));
 // clang-format on
 static_assert(isTagTable(mainTable));
+constexpr TagIndex<countPages(mainTable)> mainIndex(mainTable);
 
 }  // namespace
 
-std::span<const TagFact> mainTags() noexcept {
-    return mainTable;
+IndexedTags mainTags() noexcept {
+    return {mainTable, mainIndex.pageOf, mainIndex.rows};
 }
 
 }  // namespace corvinex::registry

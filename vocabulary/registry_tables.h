@@ -1,16 +1,14 @@
 #pragma once
 
-#include <span>
-
-#include "vocabulary/registry.h"
+#include "vocabulary/registry_index.h"
 
 // The tables behind the lookups of registry.h, a source file each.
 
 namespace corvinex::registry {
 
-std::span<const TagFact> mainTags() noexcept;
-std::span<const TagFact> exifTags() noexcept;
-std::span<const TagFact> gpsTags() noexcept;
-std::span<const TagFact> interopTags() noexcept;
+IndexedTags mainTags() noexcept;
+IndexedTags exifTags() noexcept;
+IndexedTags gpsTags() noexcept;
+IndexedTags interopTags() noexcept;
 
 }  // namespace corvinex::registry

@@ -148,7 +148,12 @@ std::string decodeJis(std::span<const std::uint8_t> bytes) {
 
 }  // namespace
 
-std::int32_t takeCharacter(std::string_view& text) noexcept {
+// The macro of ICU narrows numbers on purpose.
+#ifdef __clang__
+[[clang::no_sanitize("integer")]]
+#endif
+std::int32_t
+takeCharacter(std::string_view& text) noexcept {
     // ICU counts in 32 bits here, and a character has four bytes at most.
     constexpr std::size_t longestCharacter = 4;
     const std::string_view start = text.substr(0, longestCharacter);
@@ -209,10 +214,10 @@ std::string decodeUtf16(std::span<const std::uint8_t> bytes, std::endian order) 
         } else if (U16_IS_SURROGATE(character)) {
             character = replacement;
         }
-        std::array<char, U8_MAX_LENGTH> encoded{};
+        std::array<std::uint8_t, U8_MAX_LENGTH> encoded{};
         std::size_t length = 0;
         U8_APPEND_UNSAFE(encoded, length, character);
-        result.append(encoded.data(), length);
+        result += asCharacters(std::span(encoded).first(length));
     }
     return result;
 }

@@ -77,7 +77,9 @@ std::string asciiText(const std::optional<Value>& parameters, const GeoKeyEntry&
     std::string_view text = asCharacters(*bytes).substr(key.value, key.count);
     text = text.substr(0, text.find('\0'));
     // A bar takes the place of the zero at the end, and parts of a text end in one as well.
-    text = text.substr(0, text.find_last_not_of('|') + 1);
+    while (text.ends_with('|')) {
+        text.remove_suffix(1);
+    }
     return "\"" + excerpt(text, longestCitation) + "\"";
 }
 

@@ -195,6 +195,10 @@ TEST_F(ProcessAllocations, NoneThatIsRefusedEndsACallByASignal) {
     refuseEach({"call", sample, "--header-offset=30"}, 0);
 }
 
+TEST_F(ProcessAllocations, NoneThatIsRefusedEndsARecordByASignal) {
+    refuseEach({"json", sample}, 0);
+}
+
 TEST_F(ProcessAllocations, NoneThatIsRefusedEndsTheReportOfBadUsageByASignal) {
     refuseEach({"shwo", sample}, 2);
 }

@@ -45,7 +45,9 @@ TEST(CommandTable, IsToldByTheHelpInShortLines) {
         tool::printHelp(own, command);
         EXPECT_NE(all.str().find("\n  " + std::string(command.name) + ' '), std::string::npos);
         for (const tool::OptionRow& option : command.options) {
-            EXPECT_NE(own.str().find(std::string("\n  --") + option.name), std::string::npos);
+            const std::string letter =
+                option.letter == 0 ? "" : std::string{'-', option.letter, ',', ' '};
+            EXPECT_NE(own.str().find("\n  " + letter + "--" + option.name), std::string::npos);
         }
         all << own.str();
     }
