@@ -52,6 +52,24 @@ std::u16string widened(std::string_view ascii) {
     return {ascii.begin(), ascii.end()};
 }
 
+/// Whether the result keeps what an entry tells: types that are none, and those of directories on
+/// tags that are no pointers, have their entries dropped.
+bool isKept(const Entry& entry) {
+    using enum corvinex::inspect::FieldType;
+    const auto type = entry.type();
+    return type && *type != Ifd && *type != Ifd8 && *type != Utf8 && entry.isInFile();
+}
+
+/// The size of an image is 0 where its tag holds a text or nothing.
+bool isSizeWithoutNumber(const Entry& entry, const zxArray& value) {
+    constexpr std::uint16_t width = 256;
+    constexpr std::uint16_t height = 257;
+    using corvinex::inspect::FieldType;
+    return (entry.number() == width || entry.number() == height) &&
+           (entry.type() == FieldType::Ascii || entry.count() == 0) &&
+           host::classOf(value) == host::ValueClass::Double && numberOf(value) == 0;
+}
+
 class Comparison {
   public:
     Comparison(const File& file, std::string name, Agreement& agreement)
@@ -160,7 +178,11 @@ void Comparison::compareField(const zxArray& value, const std::string& field,
             }
             return;
         }
-        isThere = isThere || entry->isInFile();
+        if (isSizeWithoutNumber(*entry, value)) {
+            bend("size of the image, whose tag has no number");
+            return;
+        }
+        isThere = isThere || isKept(*entry);
         isLast = false;
     }
     const bool isMain =
