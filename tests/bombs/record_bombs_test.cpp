@@ -1,0 +1,93 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+#include "tests/bombs/bomb_files.h"
+#include "tests/corpus/bounded_process.h"
+#include "tests/support/temporary_file.h"
+
+// The record of a small file that asks for much: it ends, and takes little memory and a small
+// stack, without any limit given.
+
+namespace {
+
+using test::Bytes;
+using test::Container;
+
+/// Sanitizers reserve address space by the terabyte.
+#ifdef CORVINEX_SANITIZED
+constexpr const char* limits = "";
+#else
+constexpr const char* limits = "ulimit -v 262144 && ";
+#endif
+
+void expectRecord(const Bytes& bytes) {
+    const test::TemporaryFile file(bytes);
+    const std::string command =
+        std::string(limits) + "ulimit -s 2048 && exec \"$0\" json \"$1\" >/dev/null";
+    const test::ProcessResult result = test::run(
+        {"/bin/sh", "-c", command, CORVINEX_TOOL, file.path().string()}, std::chrono::seconds(120));
+    EXPECT_TRUE(result.isInTime);
+    EXPECT_EQ(result.signal, 0);
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+}
+
+/// Directories in a chain, full of entries whose values are the same bytes.
+Bytes entriesAtOneValue(test::Type type, std::uint64_t count, const std::string& value,
+                        std::size_t directories) {
+    constexpr std::size_t entries = 62'500;
+    constexpr std::size_t header = 8;
+    constexpr std::size_t directorySize = 2 + 12 * entries + 4;
+    test::ByteWriter file(test::Order::Little);
+    file.text("II").number(42, 2).number(header + value.size(), 4).text(value);
+    for (std::size_t i = 0; i < directories; ++i) {
+        const std::size_t next = file.size() + directorySize;
+        file.number(entries, 2);
+        for (std::size_t number = 1; number <= entries; ++number) {
+            file.number(number, 2).number(type, 2).number(count, 4).number(header, 4);
+        }
+        file.number(i + 1 < directories ? next : 0, 4);
+    }
+    return file.bytes();
+}
+
+class RecordOfPointerBomb : public testing::TestWithParam<test::PointerBomb> {};
+
+}  // namespace
+
+TEST_P(RecordOfPointerBomb, IsMadeWithinBoundsInEveryContainer) {
+    for (const Container container : test::allContainers) {
+        SCOPED_TRACE(test::nameOf(container));
+        expectRecord(test::inContainer(GetParam().build(container), container).bytes);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RecordOfPointerBomb, testing::ValuesIn(test::pointerBombs()),
+                         [](const auto& bomb) {
+                             std::string name = bomb.param.name;
+                             for (char& character : name) {
+                                 character = character == '-' ? '_' : character;
+                             }
+                             return name;
+                         });
+
+TEST(RecordOfBomb, IsMadeOfAMillionEntriesAtOneValue) {
+    expectRecord(entriesAtOneValue(test::ASCII, 1000, std::string(1000, 'x'), 16));
+    expectRecord(entriesAtOneValue(test::DOUBLE, 125, std::string(1000, '\x7F'), 16));
+}
+
+TEST(RecordOfBomb, IsMadeOfPointersThatAreDirectoriesThemselves) {
+    // Each two bytes of the pointers are another directory of many entries.
+    constexpr std::size_t count = 300'000;
+    constexpr std::uint64_t first = 26;
+    test::ByteWriter file(test::Order::Little);
+    file.text("II").number(42, 2).number(8, 4);
+    file.number(1, 2).number(330, 2).number(test::LONG, 2).number(count, 4).number(first, 4);
+    file.number(0, 4);
+    for (std::size_t i = 0; i < count; ++i) {
+        file.number(first + 2 * i, 4);
+    }
+    expectRecord(file.bytes());
+}
