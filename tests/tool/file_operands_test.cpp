@@ -42,7 +42,8 @@ TEST_F(FileOperands, ANameThatIsNotUtf8IsReadAndShownWithReplacementCharacters) 
     EXPECT_NE(shown.out.find("Directory 2 of 2"), std::string::npos);
     const CommandResult called = runTool({"call", path});
     EXPECT_EQ(called.exitStatus, 0);
-    for (const json& directory : recordOf(called)["output"]["data"]) {
+    const json record = recordOf(called);
+    for (const json& directory : record["output"]["data"]) {
         EXPECT_EQ(directory["Filename"]["data"], folder.path("a\uFFFD\x1B.tif"));
     }
 }
