@@ -58,14 +58,15 @@ namespace detail {
 
 /// Rows by type code up to the last one, for every entry of a file is looked up here.
 inline constexpr std::uint8_t noRow = 0xFF;
-inline constexpr auto fieldTypeRows = [] {
+constexpr auto makeFieldTypeRows() {
     std::array<std::uint8_t, fieldTypeFacts.back().code + std::size_t{1}> rows{};
     rows.fill(noRow);
     for (std::size_t row = 0; row < fieldTypeFacts.size(); ++row) {
         rows.at(fieldTypeFacts.at(row).code) = static_cast<std::uint8_t>(row);
     }
     return rows;
-}();
+}
+inline constexpr auto fieldTypeRows = makeFieldTypeRows();
 
 }  // namespace detail
 

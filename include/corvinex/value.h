@@ -55,8 +55,8 @@ using Elements =
                  std::span<const float>, std::span<const double>, std::span<const Rational>,
                  std::span<const SRational>, std::string_view>;
 
-/// A value in the machine's byte order. It owns its bytes; views of it are valid while it lives, and
-/// moving it leaves them valid.
+/// A value in the machine's byte order. It owns its bytes; views of it are valid while it lives,
+/// and moving it leaves them valid.
 class Value {
   public:
     Value() = default;

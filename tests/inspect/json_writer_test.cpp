@@ -26,7 +26,7 @@ std::string stringOf(std::string_view text) {
     return written([&](JsonWriter& json) { json.string(text); });
 }
 
-std::string base64Of(std::vector<std::uint8_t> bytes) {
+std::string base64Of(const std::vector<std::uint8_t>& bytes) {
     return written([&](JsonWriter& json) { json.base64(bytes); });
 }
 
