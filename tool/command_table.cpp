@@ -95,15 +95,15 @@ constexpr std::array inspectOptions{
 };
 
 constexpr std::array commands{
-    CommandRow{"inspect", "PATH", 0, anyNumberOfOperands, inspectOptions, runInspect,
-               "Print what files hold, for people",
-               "A TIFF, BigTIFF or JPEG file, or a folder of them; - is the standard input"},
     CommandRow{"show", "FILE", 1, anyNumberOfOperands, showOptions, runShow,
                "Print the directories of files for people",
                "A TIFF, BigTIFF or JPEG file; - is the standard input"},
     CommandRow{"call", "FILE", 1, 1, callOptions, runCall,
                "Call the module and print the record as JSON",
                "The file name, handed over as it is; - is the standard input"},
+    CommandRow{"inspect", "PATH", 0, anyNumberOfOperands, inspectOptions, runInspect,
+               "Print what files hold, for people",
+               "A TIFF, BigTIFF or JPEG file, or a folder of them; - is the standard input"},
     CommandRow{"json", "PATH", 0, anyNumberOfOperands, jsonOptions, runJson,
                "Print what files hold, each as a line of JSON",
                "A TIFF, BigTIFF or JPEG file, or a folder of them; - is the standard input"},

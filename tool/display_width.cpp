@@ -41,6 +41,9 @@ std::size_t columnsOf(std::string_view text) {
 }
 
 std::string_view firstColumns(std::string_view text, std::size_t columns) {
+    if (text.size() <= columns) {
+        return text;  // no character takes more columns than bytes
+    }
     std::size_t length = 0;
     while (length < text.size()) {
         const Character character = firstCharacter(text.substr(length));

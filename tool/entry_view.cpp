@@ -92,8 +92,9 @@ class ValueLines {
 
     void show(const std::optional<std::string>& meaning, const std::string& behind) {
         if (!entry_.type()) {
-            cell_.line("(unknown type " + std::to_string(entry_.typeCode()) + ": " +
-                       joined(value_.bytes(), " ") + ")");
+            cell_.text("(unknown type " + std::to_string(entry_.typeCode()) + ": " +
+                           joined(value_.bytes(), " ") + ")",
+                       allLines, "");
         } else if (view_.isRaw) {
             showRaw(meaning.value_or(behind));
         } else if (!behind.empty()) {
@@ -245,9 +246,13 @@ class ValueLines {
         if (view_.isWhole && text.starts_with('<')) {
             indented = reading::indentedXml(text).value_or(std::string());
         }
-        const std::string_view shown = indented.empty() ? text : std::string_view(indented);
-        cell_.text(shown.substr(0, shown.find_last_not_of(" \n\r\t") + 1),
-                   view_.isWhole ? allLines : fewLines, mark_);
+        const std::string_view all = indented.empty() ? text : std::string_view(indented);
+        const std::string_view shown = all.substr(0, all.find_last_not_of(" \n\r\t") + 1);
+        if (shown.empty()) {
+            cell_.line("(blank)");
+            return;
+        }
+        cell_.text(shown, view_.isWhole ? allLines : fewLines, mark_);
     }
 
     template <class List>
@@ -317,12 +322,12 @@ void showValue(ValueCell& cell, const File& file, const Entry& entry,
                corvinex::inspect::ValueBudget& budget, ValueView view) {
     using corvinex::inspect::readIfPossible;
     if (entry.isInFile() && !budget.take(entry.byteCount())) {
-        cell.line("(left out: the values come to several times the file's size)");
+        cell.text("(left out: the values come to several times the file's size)", allLines, "");
         return;
     }
     const std::optional<Value> value = readIfPossible([&] { return entry.value(); });
     if (!value) {
-        cell.line(reasonOf(entry));
+        cell.text(reasonOf(entry), allLines, "");
         return;
     }
     ValueLines(cell, entry, *value, view)

@@ -126,7 +126,7 @@ std::string kindOf(const File& file, const Facts& facts) {
     if (!program.empty()) {
         return program;
     }
-    return hasExif(file) || !cameraOf(facts).empty() ? "photo" : "";
+    return hasExif(file) ? "photo" : "";
 }
 
 std::string wordOf(const DirectorySiblings& siblings, std::uint16_t number) {
@@ -209,8 +209,8 @@ std::string phraseOf(const File& file) {
     std::string phrase;
     add(phrase, kind);
     add(phrase, textOf(facts, "crs"));
+    add(phrase, cameraOf(facts));
     if (kind.ends_with("photo")) {
-        add(phrase, cameraOf(facts));
         std::string taken = textOf(facts, "taken");
         std::ranges::replace(taken, 'T', ' ');
         add(phrase, taken);
@@ -237,7 +237,11 @@ std::string placeOf(const File& file) {
     constexpr std::size_t boundNumbers = 4;
     constexpr std::size_t transformNumbers = 6;
     std::string phrase;
-    const auto number = [](double value) { return reading::shortestText(value); };
+    // Six decimals are a tenth of a metre in degrees, and less than anyone surveys in metres.
+    constexpr int decimals = 6;
+    const auto number = [](double value) {
+        return reading::decimalText(value, decimals).value_or(reading::shortestText(value));
+    };
     if (bounds != nullptr && bounds->size() == boundNumbers) {
         add(phrase, "from " + number((*bounds)[0]) + ", " + number((*bounds)[1]) + " to " +
                         number((*bounds)[2]) + ", " + number((*bounds)[3]));

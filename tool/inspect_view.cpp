@@ -141,7 +141,7 @@ class FileWriter {
         // Behind a long head lines begin near the left again.
         const bool isLong = headColumns > width / 2;
         if (isLong && headColumns + columnsOf(text) > width) {
-            sink_.write(head + '\n');
+            sink_.write(head.erase(head.find_last_not_of(' ') + 1) + '\n');
             head = std::string(indentation, ' ');
             headColumns = indentation;
         }
@@ -253,6 +253,22 @@ class FileWriter {
         return fold.last + 1;
     }
 
+    /// "2 errors, 1 note".
+    [[nodiscard]] static std::string countsOf(std::span<const Finding* const> worstFirst) {
+        std::string text;
+        while (!worstFirst.empty()) {
+            const Severity severity = worstFirst.front()->severity;
+            const auto number = static_cast<std::size_t>(std::ranges::count_if(
+                worstFirst,
+                [severity](const Finding* finding) { return finding->severity == severity; }));
+            const std::string one(severityName(severity));
+            text.append(text.empty() ? "" : ", ");
+            text += reading::countText(number, one, one + 's');
+            worstFirst = worstFirst.subspan(number);
+        }
+        return text;
+    }
+
     void writeFindings() {
         std::vector<const Finding*> findings;
         for (const Finding& finding : file_.findings()) {
@@ -264,6 +280,10 @@ class FileWriter {
         std::ranges::stable_sort(findings, [](const Finding* left, const Finding* right) {
             return left->severity > right->severity;
         });
+        if (view_.detail == InspectView::Detail::Summary) {
+            writeText("", 0, countsOf(findings));
+            return;
+        }
         sink_.write("\n");
         for (const Finding* const finding : findings) {
             const std::string severity(severityName(finding->severity));

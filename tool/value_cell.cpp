@@ -7,6 +7,14 @@
 #include "tool/text_display.h"
 
 namespace tool {
+namespace {
+
+/// ASCII that a terminal shows as it is, as most texts are.
+bool isPrintable(char character) {
+    return character >= ' ' && character <= '~';
+}
+
+}  // namespace
 
 ValueCell::ValueCell(corvinex::inspect::TextSink& sink, std::string head, std::size_t headColumns,
                      std::size_t columns)
@@ -34,8 +42,9 @@ void ValueCell::text(std::string_view text, std::size_t mostLines, std::string_v
         if (own.ends_with('\r')) {
             own.remove_suffix(1);
         }
-        const std::string visible = visibleText(own);
-        std::string_view left = visible;
+        const bool isPlain = std::ranges::all_of(own, isPrintable);
+        const std::string visible = isPlain ? std::string() : visibleText(own);
+        std::string_view left = isPlain ? own : std::string_view(visible);
         do {
             std::string_view before = left;
             const std::string_view next = takeLine(left, columns_);
