@@ -96,7 +96,7 @@ class ValueLines {
                            joined(value_.bytes(), " ") + ")",
                        allLines, "");
         } else if (view_.isRaw) {
-            showRaw(meaning.value_or(behind));
+            showRaw(meaning && !isItsText(*meaning) ? *meaning : behind);
         } else if (!behind.empty()) {
             cell_.text(behind, view_.isWhole ? allLines : fewLines, mark_);
         } else if (meaning) {
@@ -112,6 +112,14 @@ class ValueLines {
     }
 
   private:
+    /// Whether what a value means is its own text without the blanks at its end.
+    [[nodiscard]] bool isItsText(std::string_view meaning) const {
+        return interpretation_.form == Form::Text &&
+               interpretation_.texts.front().starts_with(meaning) &&
+               interpretation_.texts.front().find_first_not_of(" \t\r\n", meaning.size()) ==
+                   std::string::npos;
+    }
+
     /// Whether what a value means leaves out what stands in it.
     [[nodiscard]] bool saysLessThanTheValue(std::string_view meaning) const {
         using registry::Encoding;
@@ -162,7 +170,8 @@ class ValueLines {
         if (!meaning.empty()) {
             const std::string_view text =
                 beside.empty() ? meaning : std::string_view(beside).substr(2);
-            cell_.text(text, view_.isWhole ? allLines : manyLines, mark_);
+            const std::size_t lines = beside.empty() ? manyLines : fewLines;
+            cell_.text(text, view_.isWhole ? allLines : lines, mark_);
         }
     }
 

@@ -74,16 +74,19 @@ bool isImageDirectory(const Directory& directory) {
     return directory.kind() == DirectoryKind::Main || directory.kind() == DirectoryKind::Sub;
 }
 
-/// Directories with a copy of lower resolution.
+bool isMask(const DirectorySiblings& siblings) {
+    constexpr std::uint64_t maskBit = 4;
+    return (reading::unsignedOf(siblings, newSubfileType).value_or(0) & maskBit) != 0;
+}
+
+/// Directories with a copy of lower resolution; masks are none, which may be reduced as well.
 std::uint64_t reducedImages(const File& file) {
-    std::uint64_t number = 0;
-    for (const Directory& directory : file.directories()) {
-        if (isImageDirectory(directory) &&
-            reading::isReducedImage(DirectorySiblings(file.content(), directory))) {
-            ++number;
-        }
-    }
-    return number;
+    const auto number = std::ranges::count_if(file.directories(), [&](const Directory& directory) {
+        const DirectorySiblings siblings(file.content(), directory);
+        return isImageDirectory(directory) && reading::isReducedImage(siblings) &&
+               !isMask(siblings);
+    });
+    return static_cast<std::uint64_t>(number);
 }
 
 /// What a microscope's program says of the whole file in its description.
@@ -99,12 +102,14 @@ std::string microscopy(const Directory& first) {
     return isKnown ? *text : "";
 }
 
-/// Make and model, without the make where the model begins with it.
+/// Make and model, without the make where the model begins with its first word.
 std::string cameraOf(const Facts& facts) {
     const std::string make = textOf(facts, "make");
     const std::string model = textOf(facts, "model");
-    return make.empty() || model.starts_with(make) ? model
-                                                   : make + (model.empty() ? "" : " ") + model;
+    if (make.empty() || model.starts_with(make.substr(0, make.find(' ')))) {
+        return model;
+    }
+    return make + (model.empty() ? "" : " ") + model;
 }
 
 bool hasExif(const File& file) {
@@ -191,10 +196,8 @@ std::string imageKind(const File& file, const Directory& directory) {
         directory.kind() == DirectoryKind::Main && directory.record().chainIndex == 1) {
         return "thumbnail";
     }
-    constexpr std::uint64_t maskBit = 4;
-    const bool isMask = (reading::unsignedOf(siblings, newSubfileType).value_or(0) & maskBit) != 0;
     return std::string(reading::isReducedImage(siblings) ? "reduced " : "") +
-           (isMask ? "mask" : "image");
+           (isMask(siblings) ? "mask" : "image");
 }
 
 }  // namespace
@@ -243,8 +246,8 @@ std::string placeOf(const File& file) {
         return reading::decimalText(value, decimals).value_or(reading::shortestText(value));
     };
     if (bounds != nullptr && bounds->size() == boundNumbers) {
-        add(phrase, "from " + number((*bounds)[0]) + ", " + number((*bounds)[1]) + " to " +
-                        number((*bounds)[2]) + ", " + number((*bounds)[3]));
+        add(phrase, "x " + number((*bounds)[0]) + " to " + number((*bounds)[2]));
+        add(phrase, "y " + number((*bounds)[1]) + " to " + number((*bounds)[3]));
     }
     if (transform != nullptr && transform->size() == transformNumbers && (*transform)[2] == 0 &&
         (*transform)[4] == 0) {

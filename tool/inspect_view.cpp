@@ -108,10 +108,10 @@ class FileWriter {
         if (status == Status::Damaged || status == Status::NoMetadata) {
             add(status == Status::Damaged ? "damaged" : "no EXIF block");
         }
-        writeText(view_.terminal.painted(Ink::Heading, name_) + ": ", columnsOf(name_) + 2, head);
+        writeFacts(view_.terminal.painted(Ink::Heading, name_) + ": ", columnsOf(name_) + 2, head);
         const std::string place = placeOf(file_);
         if (!place.empty()) {
-            writeText(std::string(indentation, ' '), indentation, place);
+            writeFacts(std::string(indentation, ' '), indentation, place);
         }
     }
 
@@ -133,6 +133,34 @@ class FileWriter {
             text.append(" x ").append(std::to_string(*height)).append(" px");
         }
         return text;
+    }
+
+    /// Facts with commas between them behind a head, broken between facts.
+    void writeFacts(std::string head, std::size_t headColumns, std::string_view facts) {
+        constexpr std::string_view comma = ", ";
+        const std::size_t width = view_.terminal.width;
+        const std::size_t room = width - (headColumns > width / 2 ? indentation : headColumns);
+        std::string text;
+        std::size_t column = 0;
+        if (headColumns + columnsOf(facts) <= width) {
+            text = facts;
+            facts = {};
+        }
+        while (!facts.empty()) {
+            const std::size_t end = std::min(facts.find(comma), facts.size());
+            const std::string_view fact = facts.substr(0, end);
+            const std::size_t columns = columnsOf(fact);
+            if (column != 0) {
+                // A line ends with the comma, unless it is the last.
+                const bool fits = column + comma.size() + columns + 1 <= room;
+                text += fits ? comma : ",\n";
+                column = fits ? column + comma.size() : 0;
+            }
+            text += fact;
+            column += columns;
+            facts.remove_prefix(std::min(end + comma.size(), facts.size()));
+        }
+        writeText(std::move(head), headColumns, text);
     }
 
     /// A text behind a head, broken into lines below each other.
@@ -195,7 +223,7 @@ class FileWriter {
         if (view_.isRaw) {
             text += ", at byte " + std::to_string(directory.offset());
         }
-        writeText(view_.terminal.painted(Ink::Heading, path) + ": ", path.size() + 2, text);
+        writeFacts(view_.terminal.painted(Ink::Heading, path) + ": ", path.size() + 2, text);
     }
 
     void writeEntry(const Entry& entry, std::size_t nameColumns) {
@@ -249,7 +277,7 @@ class FileWriter {
         for (std::size_t i = 0; i < fold.differences.size(); ++i) {
             text.append(i == 0 ? ", but " : ", ").append(fold.differences[i]);
         }
-        writeText(view_.terminal.painted(Ink::Heading, paths) + ": ", paths.size() + 2, text);
+        writeFacts(view_.terminal.painted(Ink::Heading, paths) + ": ", paths.size() + 2, text);
         return fold.last + 1;
     }
 
