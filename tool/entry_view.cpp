@@ -30,7 +30,6 @@ using corvinex::inspect::File;
 using corvinex::inspect::Interpretation;
 using corvinex::inspect::Value;
 using Form = Interpretation::Form;
-using reading::groupedText;
 
 // A text that a person reads at a glance, and a reading of many parts, such as GeoTIFF keys.
 constexpr std::size_t fewLines = 3;

@@ -105,7 +105,7 @@ std::string microscopy(const Directory& first) {
 /// Make and model, without the make where the model begins with its first word.
 std::string cameraOf(const Facts& facts) {
     const std::string make = textOf(facts, "make");
-    const std::string model = textOf(facts, "model");
+    std::string model = textOf(facts, "model");
     if (make.empty() || model.starts_with(make.substr(0, make.find(' ')))) {
         return model;
     }
@@ -127,7 +127,7 @@ std::string kindOf(const File& file, const Facts& facts) {
     if (first.find(dngVersion) != nullptr) {
         return "DNG raw photo";
     }
-    const std::string program = microscopy(first);
+    std::string program = microscopy(first);
     if (!program.empty()) {
         return program;
     }

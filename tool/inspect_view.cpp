@@ -317,7 +317,7 @@ class FileWriter {
             const std::string severity(severityName(finding->severity));
             std::string text = finding->text;
             if (!finding->directory.empty()) {
-                text = finding->directory + ": " + text;
+                text.insert(0, ": ").insert(0, finding->directory);
             }
             const std::string head =
                 view_.terminal.painted(inkOf(finding->severity), severity) + ": ";
