@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "tool/nearest_name.h"
@@ -16,14 +18,14 @@ namespace {
 
 using Request = CommandLine::Request;
 
-std::string quoted(std::string_view word) {
+std::string inQuotes(std::string_view word) {
     return '"' + std::string(word) + '"';
 }
 
 /// The part of a sentence that names the nearest name; empty where none is near.
 std::string suggestion(std::string_view word, const std::vector<std::string_view>& names) {
     const auto nearest = nearestName(word, names);
-    return nearest ? "; the nearest is " + quoted(*nearest) : "";
+    return nearest ? "; the nearest is " + inQuotes(*nearest) : "";
 }
 
 std::vector<std::string_view> commandNames() {
@@ -49,16 +51,32 @@ const CommandRow& commandNamed(std::string_view word) {
     if (found == commands.end()) {
         const auto names = commandNames();
         const std::string near = suggestion(word, names);
-        throw UsageError("there is no command " + quoted(word) +
+        throw UsageError("there is no command " + inQuotes(word) +
                          (near.empty() ? "; the commands are: " + listOf(names) : near));
     }
     return *found;
 }
 
+/// Whether a word names a file rather than a command: no command's name is written like one.
+bool isFileName(std::string_view word) {
+    std::error_code ignored;
+    return word == "-" || word.find_first_of("./") != std::string_view::npos ||
+           std::filesystem::exists(word, ignored);
+}
+
+/// The command that a file's name alone asks for.
+constexpr std::string_view commandOfFiles = "inspect";
+
+bool isCommand(std::string_view word) {
+    const auto commands = allCommands();
+    return std::ranges::any_of(commands,
+                               [word](const CommandRow& row) { return row.name == word; });
+}
+
 [[noreturn]] void refuseOption(std::string_view word, std::vector<std::string> known) {
     const std::string_view name = word.substr(0, word.find('='));
     known.emplace_back("--help");
-    throw UsageError("there is no option " + quoted(name) +
+    throw UsageError("there is no option " + inQuotes(name) +
                      suggestion(name, {known.begin(), known.end()}));
 }
 
@@ -114,7 +132,7 @@ class CommandWords {
         if (code == operandCode) {
             arguments_.addOperand(::optarg);
         } else if (code == ':') {
-            throw UsageError(quoted(word()) + " needs a value: " + describedValue(::optopt));
+            throw UsageError(inQuotes(word()) + " needs a value: " + describedValue(::optopt));
         } else if (const OptionRow* const row = rowOfLetter(code)) {
             arguments_.set(*row, ::optarg == nullptr ? "" : ::optarg);
         } else if (code >= firstCode && isWhole(code)) {
@@ -165,7 +183,7 @@ class CommandWords {
             throw UsageError(std::string(command_.operand) + " is missing");
         }
         if (operands.size() > command_.mostOperands) {
-            throw UsageError(quoted(operands[command_.mostOperands]) + " is one " +
+            throw UsageError(inQuotes(operands[command_.mostOperands]) + " is one " +
                              std::string(command_.operand) + " too many");
         }
     }
@@ -193,12 +211,14 @@ CommandLine parseCommandLine(std::span<char*> words) {
     if (first == "--version") {
         return {.request = Request::Version, .command = nullptr, .arguments = std::nullopt};
     }
-    if (first.starts_with('-')) {
+    if (first.starts_with('-') && first != "-") {
         refuseOption(first, {"--version"});
     }
-    const CommandRow& command = commandNamed(first);
+    const bool isFile = !isCommand(first) && isFileName(first);
+    const CommandRow& command = commandNamed(isFile ? commandOfFiles : first);
     try {
-        return CommandWords(command, words.subspan(1)).parse();
+        // The word before the options and operands is passed over, as a program's name is.
+        return CommandWords(command, words.subspan(isFile ? 0 : 1)).parse();
     } catch (const UsageError& error) {
         throw UsageError(std::string(command.name) + ": " + error.what());
     }

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "tool/call_command.h"
+#include "tool/inspect_command.h"
 #include "tool/json_command.h"
 #include "tool/show_command.h"
 
@@ -77,6 +78,24 @@ constexpr std::array jsonOptions{
     quiet,
 };
 
+constexpr std::array inspectOptions{
+    OptionRow{"all", ValueKind::None, "", "", "Print long values whole"},
+    OptionRow{"raw", ValueKind::None, "", "",
+              "Print types, counts, offsets and values as they are stored as well"},
+    OptionRow{"summary", ValueKind::None, "", "", "Print a line for each directory"},
+    tags,
+    OptionRow{"color", ValueKind::Word, "always|never|auto", "auto",
+              "When to print in colour; auto is on a terminal, unless NO_COLOR is set"},
+    OptionRow{"width", ValueKind::WholeNumber, "N", "",
+              "Columns of the output (default: the terminal's, elsewhere 100)"},
+    headerOffset,
+    filesFrom,
+    extensions,
+    follow,
+    jobs,
+    quiet,
+};
+
 constexpr std::array commands{
     CommandRow{"show", "FILE", 1, anyNumberOfOperands, showOptions, runShow,
                "Print the directories of files for people",
@@ -84,6 +103,9 @@ constexpr std::array commands{
     CommandRow{"call", "FILE", 1, 1, callOptions, runCall,
                "Call the module and print the record as JSON",
                "The file that the module reads; - is the standard input"},
+    CommandRow{"inspect", "PATH", 0, anyNumberOfOperands, inspectOptions, runInspect,
+               "Print what files hold, for people",
+               "A TIFF, BigTIFF or JPEG file, or a folder of them; - is the standard input"},
     CommandRow{"json", "PATH", 0, anyNumberOfOperands, jsonOptions, runJson,
                "Print what files hold, each as a line of JSON",
                "A TIFF, BigTIFF or JPEG file, or a folder of them; - is the standard input"},

@@ -1,0 +1,208 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tests/tool/run_command.h"
+#include "tests/tool/temporary_file.h"
+#include "tests/tool/tiff_bytes.h"
+
+namespace {
+
+using tool_test::CommandResult;
+using tool_test::Output;
+using tool_test::runTool;
+using tool_test::TemporaryFolder;
+using tool_test::TiffBytes;
+
+constexpr std::size_t entrySize = 12;
+
+/// A directory of entries at byte 8 of a classic file, and the bytes behind it.
+std::string fileOf(unsigned entries, const TiffBytes& rows, std::string_view behind = {}) {
+    return TiffBytes().header(8).count(entries).raw(rows.bytes()).offset(0).raw(behind).bytes();
+}
+
+/// Where the bytes behind such a directory stand.
+constexpr std::uint64_t behind(unsigned entries) {
+    return 8 + 2 + entries * entrySize + 4;
+}
+
+class InspectCommand : public testing::Test {
+  protected:
+    /// The output for a file of these bytes, its name left out.
+    std::string inspected(const std::string& bytes, std::vector<std::string> options = {}) {
+        const std::string path = folder.file("a.tif", bytes);
+        options.insert(options.begin(), {"inspect", path});
+        if (std::ranges::none_of(
+                options, [](const std::string& option) { return option.starts_with("--width"); })) {
+            options.emplace_back("--width=300");  // so that a long name breaks no line
+        }
+        std::string out = runTool(options).out;
+        for (std::size_t at = out.find(path); at != std::string::npos; at = out.find(path)) {
+            out.replace(at, path.size(), "a.tif");
+        }
+        return out.substr(out.find("TIFF"));
+    }
+
+    const TemporaryFolder folder;
+};
+
+TiffBytes smallRows() {
+    return TiffBytes().shortEntry(256, 640).shortEntry(257, 480).shortEntry(259, 5);
+}
+
+}  // namespace
+
+TEST_F(InspectCommand, PrintsWhatAFileIsAndEachEntryAsItReads) {
+    EXPECT_EQ(inspected(fileOf(3, smallRows())),
+              "TIFF, little-endian, 50 bytes, 1 page, 640 x 480 px\n"
+              "\n"
+              "0: image 640 x 480, LZW, 3 entries\n"
+              "    256  ImageWidth   640\n"
+              "    257  ImageLength  480\n"
+              "    259  Compression  LZW\n");
+}
+
+TEST_F(InspectCommand, PrintsTypesCountsOffsetsAndCodesWhenTheyAreAskedFor) {
+    const auto rows = smallRows().entry(271, 2, 6, behind(5)).entry(60000, 99, 1, 7);
+    EXPECT_EQ(inspected(fileOf(5, rows, std::string_view("Maker\0", 6)),
+                        {"--raw", "--tag=0.259", "--tag=271", "--tag=60000"}),
+              "TIFF, little-endian, 80 bytes, 1 page, 640 x 480 px, Maker, damaged\n"
+              "\n"
+              "0: image 640 x 480, LZW, 5 entries, at byte 8\n"
+              "    259  Compression  SHORT           1         -  5  (LZW)\n"
+              "    271  Make         ASCII           6        74  \"Maker\"\n"
+              "  60000  (unknown)    type 99         1         -  (unknown type 99: 07 00 00 00)\n"
+              "\n"
+              "error: 0: Tag 60000 has the unknown field type 99. [unknownFieldType]\n");
+}
+
+TEST_F(InspectCommand, CutsLongValuesWithTheirSizeUnlessAllIsAskedFor) {
+    TiffBytes numbers;
+    for (unsigned i = 0; i < 40; ++i) {
+        numbers.number(1000 + i, 2);
+    }
+    const std::string bytes = fileOf(1, TiffBytes().entry(273, 3, 40, behind(1)), numbers.bytes());
+    EXPECT_NE(inspected(bytes, {"--width=60"})
+                  .find("  273  StripOffsets  1000, 1001, 1002 ... (40 values)\n"),
+              std::string::npos)
+        << inspected(bytes, {"--width=60"});
+    const std::string whole = inspected(bytes, {"--width=60", "--all"});
+    EXPECT_NE(whole.find("273  StripOffsets  1000, 1001, 1002, 1003, 1004, 1005,\n"
+                         "                       1006, 1007,"),
+              std::string::npos)
+        << whole;
+    EXPECT_NE(whole.find("1039\n"), std::string::npos);
+}
+
+TEST_F(InspectCommand, CutsALongTextToThreeLines) {
+    const std::string text = "begin" + std::string(4000, 'x') + "end";
+    const std::string bytes =
+        fileOf(1, TiffBytes().entry(270, 2, text.size() + 1, behind(1)), text + '\0');
+    const std::string cut = inspected(bytes);
+    EXPECT_NE(cut.find("begin"), std::string::npos);
+    EXPECT_EQ(cut.find("end\n"), std::string::npos);
+    EXPECT_NE(cut.find("x ... (4,009 bytes of text)\n"), std::string::npos) << cut;
+    EXPECT_NE(inspected(bytes, {"--all"}).find("xend\n"), std::string::npos);
+}
+
+TEST_F(InspectCommand, HandsNoControlCharacterOfAFileToATerminal) {
+    const std::string_view text("a\x1b[2J\x07\xC2\x9B\r\nb\0", 12);
+    const std::string bytes = fileOf(1, TiffBytes().entry(270, 2, text.size(), behind(1)), text);
+    for (const std::vector<std::string>& options :
+         std::vector<std::vector<std::string>>{{}, {"--all"}, {"--raw"}, {"--all", "--raw"}}) {
+        const std::string out = inspected(bytes, options);
+        EXPECT_EQ(out.find_first_of("\x1b\x07\r"), std::string::npos) << out;
+        EXPECT_EQ(out.find("\xC2\x9B"), std::string::npos) << out;
+        EXPECT_NE(out.find("a\\u001b[2J\\u0007"), std::string::npos) << out;
+    }
+}
+
+TEST_F(InspectCommand, SaysWhyAnEntryHasNoValue) {
+    const auto rows = TiffBytes().entry(270, 2, 0, 0).entry(271, 2, 100, 5000).entry(305, 2, 1, 0);
+    const std::string out = inspected(fileOf(3, rows));
+    EXPECT_NE(out.find("ImageDescription  (no value)\n"), std::string::npos) << out;
+    EXPECT_NE(out.find("Make              (not in the file: 100 bytes at 5000)\n"),
+              std::string::npos)
+        << out;
+    EXPECT_NE(out.find("Software          (blank)\n"), std::string::npos) << out;
+}
+
+TEST_F(InspectCommand, PrintsFindingsLastAndTheWorstFirst) {
+    const auto rows = TiffBytes().entry(271, 2, 0, 0).entry(272, 99, 1, 0);
+    const std::string out = inspected(fileOf(2, rows));
+    const std::size_t error = out.find("\nerror: 0: ");
+    const std::size_t note = out.find("\nnote: 0: ");
+    EXPECT_LT(out.find("Model"), error) << out;
+    EXPECT_LT(error, note) << out;
+    EXPECT_TRUE(out.ends_with("[zeroCount]\n")) << out;
+}
+
+TEST_F(InspectCommand, FoldsPagesThatAreAlikeIntoOneLine) {
+    TiffBytes file;
+    file.header(8);
+    for (unsigned page = 0; page < 5; ++page) {
+        const std::uint64_t next = page == 4 ? 0 : file.size() + 2 + 3 * entrySize + 4;
+        // The last page has another size, and page 2 another page number.
+        file.count(3).shortEntry(256, page == 4 ? 99 : 64).shortEntry(257, 48);
+        file.shortEntry(297, page == 2 ? 7 : 1).offset(next);
+    }
+    EXPECT_EQ(inspected(file.bytes(), {"--summary"}),
+              "TIFF, little-endian, 218 bytes, 5 pages, 64 x 48 px\n"
+              "0: image 64 x 48, 3 entries\n"
+              "1-3: as 0, but PageNumber\n"
+              "4: image 99 x 48, 3 entries\n");
+}
+
+TEST_F(InspectCommand, PrintsWhatAPointerLeadsToBeforeTheNextPage) {
+    constexpr std::uint64_t second = 8 + 2 + entrySize + 4;
+    constexpr std::uint64_t exif = second + 2 + entrySize + 4;
+    const std::string bytes = TiffBytes()
+                                  .header(8)
+                                  .count(1)
+                                  .entry(34665, 4, 1, exif)
+                                  .offset(second)
+                                  .count(1)
+                                  .shortEntry(256, 1)
+                                  .offset(0)
+                                  .count(1)
+                                  .shortEntry(34855, 100)
+                                  .offset(0)
+                                  .bytes();
+    const std::string out = inspected(bytes);
+    EXPECT_NE(out.find("ExifIFDPointer           -> 0.exif\n"), std::string::npos) << out;
+    EXPECT_LT(out.find("\n0.exif: EXIF, 1 entry\n"), out.find("\n1: image")) << out;
+}
+
+TEST_F(InspectCommand, PrintsInColourOnlyWhenAsked) {
+    const std::string bytes = fileOf(3, smallRows());
+    EXPECT_EQ(inspected(bytes).find('\x1b'), std::string::npos);
+    EXPECT_EQ(inspected(bytes, {"--color=never"}), inspected(bytes));
+    EXPECT_NE(inspected(bytes, {"--color", "always"}).find("\n\x1b[1m0\x1b[0m: image"),
+              std::string::npos);
+}
+
+TEST_F(InspectCommand, IsWhatAFileNameAloneAsksFor) {
+    const std::string path = folder.file("a.tif", fileOf(3, smallRows()));
+    EXPECT_EQ(runTool({path}).out, runTool({"inspect", path}).out);
+    EXPECT_EQ(runTool({path, "--raw"}).out, runTool({"inspect", "--raw", path}).out);
+    const CommandResult missing = runTool({"missing.tif"});
+    EXPECT_EQ(missing.exitStatus, 1);
+    EXPECT_EQ(missing.err, "corvinex: missing.tif: No such file or directory\n");
+}
+
+TEST_F(InspectCommand, FailsForWhatIsNoImageAndForWhatCannotBeRead) {
+    const std::string good = folder.file("good.tif", fileOf(3, smallRows()));
+    const std::string bad = folder.file("bad.tif", "no image");
+    EXPECT_EQ(runTool({"inspect", good}).exitStatus, 0);
+    const CommandResult result = runTool({"inspect", good, bad, "missing.tif", "-j1"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_NE(result.out.find(bad + ": no image, neither TIFF nor JPEG, 8 bytes\n\n"),
+              std::string::npos)
+        << result.out;
+    EXPECT_NE(result.out.find("missing.tif: could not be read\n\n"), std::string::npos);
+    EXPECT_EQ(runTool({"inspect"}).exitStatus, 2);
+    EXPECT_EQ(runTool({"inspect", good}, Output::DevFull).exitStatus, 3);
+}
