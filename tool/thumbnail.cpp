@@ -1,0 +1,89 @@
+#include "tool/thumbnail.h"
+
+#include <array>
+#include <cstddef>
+
+#include "format/checked_arithmetic.h"
+#include "inspect/directory_siblings.h"
+#include "inspect/field_type.h"
+#include "inspect/file_content.h"
+#include "inspect/reading/derived.h"
+#include "inspect/stored_value.h"
+
+namespace tool {
+namespace {
+
+using corvinex::inspect::Directory;
+using corvinex::inspect::Entry;
+using corvinex::inspect::File;
+using corvinex::inspect::FileContent;
+
+constexpr std::uint16_t stripOffsets = 273;
+constexpr std::uint16_t stripByteCounts = 279;
+constexpr std::uint16_t jpegTables = 347;
+constexpr std::uint16_t jpegOffset = 513;
+constexpr std::uint16_t jpegLength = 514;
+
+/// The only number of an entry that holds a whole one.
+std::optional<std::uint64_t> onlyNumber(const FileContent& file, const Entry* entry) {
+    if (entry == nullptr || entry->count() != 1 || !entry->isInFile()) {
+        return std::nullopt;
+    }
+    const corvinex::inspect::FieldTypeFact* const type =
+        corvinex::inspect::findFieldType(entry->typeCode());
+    if (type == nullptr || !corvinex::inspect::holdsIntegers(*type)) {
+        return std::nullopt;
+    }
+    const auto number = corvinex::inspect::readPointerValue(file, entry->record(), 0);
+    return number && !number->isNegative ? std::optional(number->bits) : std::nullopt;
+}
+
+/// What two tags tell, when it is a JPEG that lies in the file.
+std::optional<ByteRange> jpegAt(const FileContent& file, const Directory& directory,
+                                std::uint16_t offsetTag, std::uint16_t lengthTag) {
+    const auto offset = onlyNumber(file, directory.find(offsetTag));
+    const auto length = onlyNumber(file, directory.find(lengthTag));
+    std::array<std::byte, 2> start{};
+    if (!offset || !length || *length < start.size() ||
+        !corvinex::liesWithin(*offset, *length, file.end())) {
+        return std::nullopt;
+    }
+    const ByteRange range{file.positionOf(*offset), *length};
+    const bool isJpeg = file.source.read(range.position, start) && start[0] == std::byte{0xFF} &&
+                        start[1] == std::byte{0xD8};
+    return isJpeg ? std::optional(range) : std::nullopt;
+}
+
+std::optional<ByteRange> thumbnailIn(const FileContent& file, const Directory& directory,
+                                     bool isFirst) {
+    const bool isReduced = corvinex::inspect::reading::isReducedImage(
+        corvinex::inspect::DirectorySiblings(file, directory));
+    // The first directory is the image itself, whose tags 513 and 514 may be parts of an old-style
+    // JPEG compression.
+    if (!isFirst || isReduced) {
+        if (const auto range = jpegAt(file, directory, jpegOffset, jpegLength)) {
+            return range;
+        }
+    }
+    // A strip whose tables stand elsewhere is no JPEG of its own.
+    return isReduced && directory.find(jpegTables) == nullptr
+               ? jpegAt(file, directory, stripOffsets, stripByteCounts)
+               : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<ByteRange> findThumbnail(const File& file) {
+    bool isFirst = true;
+    for (const Directory& directory : file.directories()) {
+        if (corvinex::inspect::isImageKind(directory.kind())) {
+            if (const auto range = thumbnailIn(file.content(), directory, isFirst)) {
+                return range;
+            }
+        }
+        isFirst = false;
+    }
+    return std::nullopt;
+}
+
+}  // namespace tool
