@@ -83,6 +83,8 @@ constexpr std::array csvOptions{
     OptionRow{"files", ValueKind::None, "", "",
               "A row for each file instead of each directory of its main chain"},
     OptionRow{"numeric", ValueKind::None, "", "", "Codes instead of their words"},
+    OptionRow{"max-values", ValueKind::WholeNumber, "N", "",
+              "Most elements or characters of a value"},
     OptionRow{
         "tag", ValueKind::Texts, "TAG", "",
         "A column for this tag: a name, a number, either behind the path of a directory and a "

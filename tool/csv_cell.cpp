@@ -1,5 +1,6 @@
 #include "tool/csv_cell.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <concepts>
@@ -8,7 +9,9 @@
 #include <variant>
 #include <vector>
 
+#include "format/checked_arithmetic.h"
 #include "inspect/interpretation.h"
+#include "inspect/record/value_json.h"
 
 namespace tool {
 namespace {
@@ -43,24 +46,55 @@ std::string elementText(const BasicRational<Number>& number) {
                                                      static_cast<double>(number.denominator));
 }
 
+/// As many as are asked for.
+template <class Element>
+std::span<const Element> firstOf(std::span<const Element> elements, std::uint64_t limit) {
+    return elements.first(
+        static_cast<std::size_t>(std::min<std::uint64_t>(elements.size(), limit)));
+}
+
 struct NumbersText {
+    std::uint64_t limit = corvinex::saturated;
+
     std::string operator()(std::string_view characters) const { return std::string(characters); }
     template <class Element>
     std::string operator()(std::span<const Element> elements) const {
         std::string text;
-        for (const Element& element : elements) {
+        for (const Element& element : firstOf(elements, limit)) {
             text.append(text.empty() ? "" : " ").append(elementText(element));
         }
         return text == "nan" ? std::string() : text;
     }
 };
 
-std::string joined(std::span<const std::string> texts) {
+/// Of one text so many characters, of several so many texts.
+std::string joined(std::span<const std::string> texts, std::uint64_t limit) {
+    if (texts.size() == 1) {
+        return std::string(corvinex::inspect::firstCharacters(texts.front(), limit));
+    }
     std::string all;
-    for (const std::string& text : texts) {
+    for (const std::string& text : firstOf(texts, limit)) {
         all.append(&text == texts.data() ? "" : "; ").append(text);
     }
     return all;
+}
+
+constexpr std::string_view replacement = "\xEF\xBF\xBD";
+
+/// Bytes of the control character that UTF-8 begins with; 0 for any other and for those that lay
+/// text out.
+std::size_t controlLength(std::string_view text) {
+    constexpr unsigned char deleteCharacter = 0x7F;
+    const auto first = static_cast<unsigned char>(text.front());
+    const bool isLayout = first == '\t' || first == '\r' || first == '\n';
+    if ((first < ' ' && !isLayout) || first == deleteCharacter) {
+        return 1;
+    }
+    // U+0080 to U+009F.
+    const bool isHigh = first == 0xC2 && text.size() > 1 &&
+                        static_cast<unsigned char>(text[1]) >= 0x80 &&
+                        static_cast<unsigned char>(text[1]) < 0xA0;
+    return isHigh ? 2 : 0;
 }
 
 struct FactText {
@@ -70,31 +104,32 @@ struct FactText {
     }
     std::string operator()(const std::string& text) const { return text; }
     std::string operator()(const std::vector<double>& numbers) const {
-        return NumbersText()(std::span<const double>(numbers));
+        return NumbersText{}(std::span<const double>(numbers));
     }
 };
 
 }  // namespace
 
 std::string cellText(const corvinex::inspect::Entry& entry, const Value& value,
-                     bool codesAsNumbers) {
-    if (!codesAsNumbers) {
+                     const CellOptions& options) {
+    const std::uint64_t limit = options.maxValues.value_or(corvinex::saturated);
+    if (!options.codesAsNumbers) {
         if (const auto words = entry.words(value)) {
-            return joined(*words);
+            return joined(*words, limit);
         }
     }
     const Interpretation interpretation = corvinex::inspect::interpret(entry, value);
     switch (interpretation.form) {
         case Interpretation::Form::Text:
         case Interpretation::Form::Texts:
-            return joined(interpretation.texts);
+            return joined(interpretation.texts, limit);
         case Interpretation::Form::Bytes:
             return entry.text(value).value_or(std::string());
         case Interpretation::Form::Number:
         case Interpretation::Form::Numbers:
             break;
     }
-    return std::visit(NumbersText(), value.elements());
+    return std::visit(NumbersText{limit}, value.elements());
 }
 
 std::string cellText(const corvinex::inspect::DerivedFact& fact) {
@@ -102,15 +137,17 @@ std::string cellText(const corvinex::inspect::DerivedFact& fact) {
 }
 
 void addCell(std::string& row, std::string_view text) {
-    if (text.find_first_of("\",\r\n") == std::string_view::npos) {
-        row += text;
-        return;
+    const bool isQuoted = text.find_first_of("\",\r\n") != std::string_view::npos;
+    row += isQuoted ? "\"" : "";
+    for (std::size_t place = 0; place < text.size(); ++place) {
+        if (const std::size_t length = controlLength(text.substr(place))) {
+            row += replacement;
+            place += length - 1;
+        } else {
+            row.append(text[place] == '"' ? 2 : 1, text[place]);
+        }
     }
-    row += '"';
-    for (const char letter : text) {
-        row.append(letter == '"' ? 2 : 1, letter);
-    }
-    row += '"';
+    row += isQuoted ? "\"" : "";
 }
 
 }  // namespace tool

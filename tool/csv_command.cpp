@@ -29,8 +29,8 @@ constexpr std::string_view endOfRow = "\r\n";
 
 struct CsvOptions {
     CsvColumns columns;
+    CellOptions cells;
     bool hasRowForFile = false;
-    bool codesAsNumbers = false;
 };
 
 /// For each directory of a file the one of the main chain that leads to it.
@@ -132,7 +132,7 @@ class CsvRows {
         }
         return corvinex::inspect::readIfPossible([&]() -> std::optional<std::string> {
                    const auto value = entry->value();
-                   return value ? std::optional(cellText(*entry, *value, options_.codesAsNumbers))
+                   return value ? std::optional(cellText(*entry, *value, options_.cells))
                                 : std::nullopt;
                })
             .value_or(std::string());
@@ -160,8 +160,9 @@ CsvOptions csvOptions(const Arguments& arguments) {
     const std::vector<std::string> usual =
         hasRowForFile ? CsvColumns::forFiles() : CsvColumns::forDirectories();
     return {.columns = CsvColumns(asked.empty() ? usual : asked),
-            .hasRowForFile = hasRowForFile,
-            .codesAsNumbers = arguments.isGiven("numeric")};
+            .cells = {.maxValues = arguments.whole("max-values"),
+                      .codesAsNumbers = arguments.isGiven("numeric")},
+            .hasRowForFile = hasRowForFile};
 }
 
 }  // namespace

@@ -38,13 +38,22 @@ void printParagraph(std::ostream& out, std::string_view heading, std::string_vie
     out << line << '\n';
 }
 
+/// What stands in a table's cell, as a sentence.
+std::string sentence(std::string_view cell) {
+    std::string text(cell);
+    if (!text.empty() && text.front() >= 'a' && text.front() <= 'z') {
+        text.front() = static_cast<char>(text.front() - 'a' + 'A');
+    }
+    return text.empty() || text.ends_with('.') ? text : text + '.';
+}
+
 void print(std::ostream& out, const Explanation& row) {
     out << row.id << ": " << row.kind << '\n';
     printParagraph(out, "Text", row.message);
     printParagraph(out, "Arguments", row.arguments == "none" ? "" : row.arguments);
-    printParagraph(out, "Meaning", row.meaning);
-    printParagraph(out, "The data", row.outcome);
-    printParagraph(out, "What to do", row.advice);
+    printParagraph(out, "Meaning", sentence(row.meaning));
+    printParagraph(out, "The data", sentence(row.outcome));
+    printParagraph(out, "What to do", sentence(row.advice));
 }
 
 std::string_view withoutPrefix(std::string_view id) {

@@ -1,16 +1,17 @@
 #include "tool/extract_command.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstddef>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <optional>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -156,12 +157,21 @@ bool copyTo(std::ostream& out, const Extract& extract) {
     return static_cast<bool>(out.flush());
 }
 
+/// Whether the output is the file that is read, by whatever name.
+bool isInput(const std::string& file, const std::string& output) {
+    struct stat in {};
+    struct stat out {};
+    const int found =
+        file == InspectedFile::standardInput ? fstat(STDIN_FILENO, &in) : stat(file.c_str(), &in);
+    return found == 0 && stat(output.c_str(), &out) == 0 && in.st_dev == out.st_dev &&
+           in.st_ino == out.st_ino;
+}
+
 ExitStatus write(const Extract& extract, const Wish& wish, std::ostream& out, std::ostream& err) {
     if (!wish.output) {
         return copyTo(out, extract) ? Success : OutputFailed;
     }
-    std::error_code ignored;
-    if (std::filesystem::equivalent(wish.file, *wish.output, ignored)) {
+    if (isInput(wish.file, *wish.output)) {
         throw UsageError("the output is the file itself");
     }
     errno = 0;

@@ -21,7 +21,7 @@ constexpr auto reports = std::to_array<ReportExplanation>({
      "the file does not exist, its name is empty, or the first argument is no text", "", "",
      "Check the name."},
     {Error, "unsupportedFileFormat", "none",
-     "neither JPEG, classic TIFF nor BigTIFF; also a file that cannot be opened, or a directory", "", "",
+     "neither JPEG, classic TIFF nor BigTIFF; also a file that cannot be opened, or a folder", "", "",
      "Check that the file may be read and is an image of one of these formats."},
     {Error, "tiffHeaderReadFailure", "none",
      "the header's bytes cannot be read", "", "",
@@ -141,7 +141,7 @@ constexpr auto reports = std::to_array<ReportExplanation>({
      "entry dropped", "ID, position",
      copyAnew},
     {Pointer, "illegallyNestedIFD", "tag, directory word",
-     "the pointer leads to a directory that may not be read from there",
+     "no pointer may stand there, or it leads into a directory that is being read, too deep, or to too much data",
      "entry dropped", "ID, tag, word",
      "Inspect the file: that reads each directory once, whichever way leads to it."},
 });

@@ -1,7 +1,6 @@
 #include "tool/tag_catalog.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <span>
 
@@ -92,8 +91,13 @@ std::string noSuchTag(std::string_view word) {
     std::vector<std::string> lower;
     std::vector<std::string_view> names;
     for (const CatalogTag& tag : allTags()) {
-        names.push_back(tag.fact != nullptr ? tag.fact->name : tag.field);
-        lower.push_back(lowered(names.back()));
+        for (const std::string_view name :
+             {tag.fact != nullptr ? tag.fact->name : std::string_view(), tag.field}) {
+            if (!name.empty()) {
+                names.push_back(name);
+                lower.push_back(lowered(name));
+            }
+        }
     }
     const std::vector<std::string_view> views(lower.begin(), lower.end());
     const std::string asked = lowered(behindPath(word));

@@ -171,8 +171,20 @@ void printWhole(std::ostream& out, const TagLine& line) {
     printFact(out, "unit", line.unit);
     printFact(out, "meaning", line.meaning);
     printFact(out, "source", line.source);
-    if (line.words != nullptr) {
-        printWords(out, *line.words);
+}
+
+/// Tags that main and exif directories share have their words once.
+void printWhole(std::ostream& out, std::span<const TagLine> lines) {
+    const registry::Words* told = nullptr;
+    for (const TagLine& line : lines) {
+        out << (&line == lines.data() ? "" : "\n");
+        printWhole(out, line);
+        if (line.words != nullptr && line.words == told) {
+            printFact(out, "words", "as above");
+        } else if (line.words != nullptr) {
+            printWords(out, *line.words);
+            told = line.words;
+        }
     }
 }
 
@@ -181,8 +193,8 @@ std::vector<TagLine> linesMeantBy(std::string_view word) {
     const std::string name = lowered(word);
     std::vector<TagLine> lines = allLines();
     std::erase_if(lines, [&](const TagLine& line) {
-        return number ? line.number != *number
-                      : lowered(line.name) != name && lowered(line.field) != name;
+        const bool isNamed = lowered(line.name) == name || lowered(line.field) == name;
+        return number ? line.number != *number : name.empty() || !isNamed;
     });
     return lines;
 }
@@ -203,10 +215,7 @@ ExitStatus runTags(const Arguments& arguments, std::ostream& out, std::ostream& 
         err << "corvinex: nothing is known of tag " << word << '\n';
         return Failed;
     }
-    for (const TagLine& line : lines) {
-        out << (&line == lines.data() ? "" : "\n");
-        printWhole(out, line);
-    }
+    printWhole(out, lines);
     return out.flush() ? Success : OutputFailed;
 }
 
