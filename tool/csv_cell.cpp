@@ -9,7 +9,6 @@
 #include <variant>
 #include <vector>
 
-#include "format/checked_arithmetic.h"
 #include "inspect/interpretation.h"
 #include "inspect/record/value_json.h"
 
@@ -19,6 +18,8 @@ namespace {
 using corvinex::inspect::BasicRational;
 using corvinex::inspect::Interpretation;
 using corvinex::inspect::Value;
+
+constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
 
 /// The shortest decimal that reads back.
 template <class Number>
@@ -54,7 +55,7 @@ std::span<const Element> firstOf(std::span<const Element> elements, std::uint64_
 }
 
 struct NumbersText {
-    std::uint64_t limit = corvinex::saturated;
+    std::uint64_t limit = unlimited;
 
     std::string operator()(std::string_view characters) const { return std::string(characters); }
     template <class Element>
@@ -112,7 +113,7 @@ struct FactText {
 
 std::string cellText(const corvinex::inspect::Entry& entry, const Value& value,
                      const CellOptions& options) {
-    const std::uint64_t limit = options.maxValues.value_or(corvinex::saturated);
+    const std::uint64_t limit = options.maxValues.value_or(unlimited);
     if (!options.codesAsNumbers) {
         if (const auto words = entry.words(value)) {
             return joined(*words, limit);

@@ -78,10 +78,10 @@ void CsvColumns::collect(const corvinex::inspect::Directory& directory, Wanted w
                          std::span<const corvinex::inspect::Entry*> entries) const {
     const std::string path = directory.path();
     for (const corvinex::inspect::Entry& entry : directory.entries()) {
-        for (const Place& place :
-             std::ranges::equal_range(places_, entry.number(), {}, &Place::number)) {
-            const CsvColumn& column = columns_[place.column];
-            const corvinex::inspect::Entry*& found = entries[place.column];
+        auto place = std::ranges::lower_bound(places_, entry.number(), {}, &Place::number);
+        for (; place != places_.end() && place->number == entry.number(); ++place) {
+            const CsvColumn& column = columns_[place->column];
+            const corvinex::inspect::Entry*& found = entries[place->column];
             if (found == nullptr && (wanted == Wanted::All || column.hasPath) &&
                 column.selection.contains(entry, path)) {
                 found = &entry;

@@ -21,10 +21,10 @@
 #include "inspect/file_content.h"
 #include "inspect/record/tag_selection.h"
 #include "inspect/stored_value.h"
+#include "inspect/thumbnail.h"
 #include "tool/inspected_file.h"
 #include "tool/tag_catalog.h"
 #include "tool/text_display.h"
-#include "tool/thumbnail.h"
 #include "tool/usage_error.h"
 
 namespace tool {
@@ -57,7 +57,7 @@ Wish wishOf(const Arguments& arguments) {
         throw UsageError("TAG or FILE is missing");
     }
     Wish wish{.tag = isThumbnail ? "" : operands.front(), .file = operands.back(), .output = {}};
-    const auto shortName = std::ranges::find(
+    const auto* const shortName = std::ranges::find(
         shortNames, lowered(wish.tag), [](const auto& row) { return std::string(row.first); });
     if (shortName != shortNames.end()) {
         wish.tag = shortName->second;
@@ -130,7 +130,7 @@ Extract valueOf(const File& file, const std::string& tag) {
 }
 
 Extract thumbnailOf(const File& file) {
-    const std::optional<ByteRange> range = findThumbnail(file);
+    const auto range = corvinex::inspect::findThumbnail(file);
     if (!range) {
         throw NotThere("the file has no thumbnail that is a JPEG and lies in the file");
     }

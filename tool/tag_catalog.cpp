@@ -33,9 +33,11 @@ void addKind(std::vector<CatalogTag>& tags, DirectoryKind kind, std::span<const 
         }
     }
     std::ranges::stable_sort(tags.begin() + first, tags.end(), {}, &CatalogTag::number);
-    const auto repeated =
-        std::ranges::unique(tags.begin() + first, tags.end(), {}, &CatalogTag::number);
-    tags.erase(repeated.begin(), repeated.end());
+    tags.erase(std::unique(tags.begin() + first, tags.end(),
+                           [](const CatalogTag& left, const CatalogTag& right) {
+                               return left.number == right.number;
+                           }),
+               tags.end());
 }
 
 std::string_view behindPath(std::string_view word) {
@@ -82,8 +84,7 @@ std::vector<std::uint16_t> numbersMeantBy(std::string_view word) {
         }
     }
     std::ranges::sort(numbers);
-    const auto repeated = std::ranges::unique(numbers);
-    numbers.erase(repeated.begin(), repeated.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     return numbers;
 }
 

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "corvinex/directory.h"
@@ -19,7 +20,6 @@ namespace tool {
 namespace {
 
 namespace registry = corvinex::registry;
-using corvinex::inspect::DirectoryKind;
 
 /// What is told of one tag or of one key of a GeoTIFF.
 struct TagLine {

@@ -91,9 +91,13 @@ TEST_F(Command, BadUsageIsToldOnStandardErrorWithStatus2) {
 
 TEST_F(Command, BadUsageIsToldWithWhatIsWrong) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
-        {{}, "a command is missing; the commands are: show, call, json"},
+        {{},
+         "a command is missing; the commands are: show, call, json, "
+         "csv, extract, tags, explain"},
         {{"shwo"}, "there is no command \"shwo\"; the nearest is \"show\""},
-        {{"photo.jpg"}, "there is no command \"photo.jpg\"; the commands are: show, call, json"},
+        {{"photo.jpg"},
+         "there is no command \"photo.jpg\"; the commands are: show, call, json, "
+         "csv, extract, tags, explain"},
         {{"--vresion"}, "there is no option \"--vresion\"; the nearest is \"--version\""},
         {{"show"}, "show: FILE is missing"},
         {{"call", good, "b\n"}, "call: \"b\\n\" is one FILE too many"},

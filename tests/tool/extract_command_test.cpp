@@ -168,6 +168,27 @@ TEST(ExtractCommand, WritesTheThumbnailOfAPhoto) {
               smallJpeg);
 }
 
+TEST(ExtractCommand, TakesNoPageOfFullSizeForAThumbnail) {
+    const TemporaryFolder folder;
+    const auto thumbnail = [&](std::uint64_t subfileType) {
+        const std::string bytes = TiffBytes()
+                                      .header(8)
+                                      .count(1)
+                                      .shortEntry(256, 640)
+                                      .offset(26)
+                                      .count(3)
+                                      .entry(254, 4, 1, subfileType)
+                                      .entry(513, 4, 1, 68)
+                                      .entry(514, 4, 1, smallJpeg.size())
+                                      .offset(0)
+                                      .raw(smallJpeg)
+                                      .bytes();
+        return runTool({"extract", "--thumbnail", folder.file("a.tif", bytes)}).out;
+    };
+    EXPECT_EQ(thumbnail(0), "");
+    EXPECT_EQ(thumbnail(1), smallJpeg);
+}
+
 TEST(ExtractCommand, WritesTheOnlyStripOfAReducedImageWhenItIsAJpegOfItsOwn) {
     const TemporaryFolder folder;
     const auto thumbnail = [&](const std::string& bytes) {

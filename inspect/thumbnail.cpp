@@ -1,4 +1,4 @@
-#include "tool/thumbnail.h"
+#include "inspect/thumbnail.h"
 
 #include <array>
 #include <cstddef>
@@ -10,14 +10,11 @@
 #include "inspect/reading/derived.h"
 #include "inspect/stored_value.h"
 
-namespace tool {
+namespace corvinex::inspect {
 namespace {
 
-using corvinex::inspect::Directory;
-using corvinex::inspect::Entry;
-using corvinex::inspect::File;
-using corvinex::inspect::FileContent;
-
+constexpr std::uint16_t newSubfileType = 254;
+constexpr std::uint16_t subfileType = 255;
 constexpr std::uint16_t stripOffsets = 273;
 constexpr std::uint16_t stripByteCounts = 279;
 constexpr std::uint16_t jpegTables = 347;
@@ -29,12 +26,11 @@ std::optional<std::uint64_t> onlyNumber(const FileContent& file, const Entry* en
     if (entry == nullptr || entry->count() != 1 || !entry->isInFile()) {
         return std::nullopt;
     }
-    const corvinex::inspect::FieldTypeFact* const type =
-        corvinex::inspect::findFieldType(entry->typeCode());
-    if (type == nullptr || !corvinex::inspect::holdsIntegers(*type)) {
+    const FieldTypeFact* const type = findFieldType(entry->typeCode());
+    if (type == nullptr || !holdsIntegers(*type)) {
         return std::nullopt;
     }
-    const auto number = corvinex::inspect::readPointerValue(file, entry->record(), 0);
+    const auto number = readPointerValue(file, entry->record(), 0);
     return number && !number->isNegative ? std::optional(number->bits) : std::nullopt;
 }
 
@@ -44,8 +40,7 @@ std::optional<ByteRange> jpegAt(const FileContent& file, const Directory& direct
     const auto offset = onlyNumber(file, directory.find(offsetTag));
     const auto length = onlyNumber(file, directory.find(lengthTag));
     std::array<std::byte, 2> start{};
-    if (!offset || !length || *length < start.size() ||
-        !corvinex::liesWithin(*offset, *length, file.end())) {
+    if (!offset || !length || *length < start.size() || !liesWithin(*offset, *length, file.end())) {
         return std::nullopt;
     }
     const ByteRange range{file.positionOf(*offset), *length};
@@ -54,13 +49,20 @@ std::optional<ByteRange> jpegAt(const FileContent& file, const Directory& direct
     return isJpeg ? std::optional(range) : std::nullopt;
 }
 
+/// Whether tags 513 and 514 of a directory tell a small image. The first directory is the image
+/// itself, and further pages may be as large; there the tags are parts of an old-style compression.
+bool mayTellThumbnail(const FileContent& file, const Directory& directory, bool isFirst,
+                      bool isReduced) {
+    const bool tellsNothing =
+        directory.find(newSubfileType) == nullptr && directory.find(subfileType) == nullptr;
+    const bool isPhoto = file.container == Container::Jpeg;
+    return isReduced || (!isFirst && (isPhoto || tellsNothing));
+}
+
 std::optional<ByteRange> thumbnailIn(const FileContent& file, const Directory& directory,
                                      bool isFirst) {
-    const bool isReduced = corvinex::inspect::reading::isReducedImage(
-        corvinex::inspect::DirectorySiblings(file, directory));
-    // The first directory is the image itself, whose tags 513 and 514 may be parts of an old-style
-    // JPEG compression.
-    if (!isFirst || isReduced) {
+    const bool isReduced = reading::isReducedImage(DirectorySiblings(file, directory));
+    if (mayTellThumbnail(file, directory, isFirst, isReduced)) {
         if (const auto range = jpegAt(file, directory, jpegOffset, jpegLength)) {
             return range;
         }
@@ -76,7 +78,7 @@ std::optional<ByteRange> thumbnailIn(const FileContent& file, const Directory& d
 std::optional<ByteRange> findThumbnail(const File& file) {
     bool isFirst = true;
     for (const Directory& directory : file.directories()) {
-        if (corvinex::inspect::isImageKind(directory.kind())) {
+        if (isImageKind(directory.kind())) {
             if (const auto range = thumbnailIn(file.content(), directory, isFirst)) {
                 return range;
             }
@@ -86,4 +88,4 @@ std::optional<ByteRange> findThumbnail(const File& file) {
     return std::nullopt;
 }
 
-}  // namespace tool
+}  // namespace corvinex::inspect
