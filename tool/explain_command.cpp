@@ -62,6 +62,7 @@ std::string_view withoutPrefix(std::string_view id) {
 
 std::string noSuchId(std::string_view id, const std::vector<Explanation>& all) {
     std::vector<std::string_view> names;
+    names.reserve(all.size());
     for (const Explanation& row : all) {
         names.push_back(withoutPrefix(row.id));
     }
