@@ -3,9 +3,13 @@
 #include <array>
 
 #include "tool/call_command.h"
+#include "tool/csv_command.h"
+#include "tool/explain_command.h"
+#include "tool/extract_command.h"
 #include "tool/inspect_command.h"
 #include "tool/json_command.h"
 #include "tool/show_command.h"
+#include "tool/tags_command.h"
 
 namespace tool {
 namespace {
@@ -96,6 +100,34 @@ constexpr std::array inspectOptions{
     quiet,
 };
 
+constexpr std::array csvOptions{
+    OptionRow{"files", ValueKind::None, "", "",
+              "A row for each file instead of each directory of its main chain"},
+    OptionRow{"numeric", ValueKind::None, "", "", "Codes instead of their words"},
+    OptionRow{"max-values", ValueKind::WholeNumber, "N", "",
+              "Most elements or characters of a value"},
+    OptionRow{
+        "tag", ValueKind::Texts, "TAG", "",
+        "A column for this tag: a name, a number, either behind the path of a directory and a "
+        "point, or a fact such as file.width; may be given several times (default: a useful "
+        "set)"},
+    headerOffset,
+    filesFrom,
+    extensions,
+    follow,
+    jobs,
+    quiet,
+};
+
+constexpr std::array extractOptions{
+    OptionRow{"thumbnail", ValueKind::None, "", "",
+              "The first small JPEG in the file instead of a tag's value; FILE stands alone"},
+    OptionRow{"output", ValueKind::Text, "OUT", "",
+              "Write to this file; - is the standard output, which is taken when it is no terminal",
+              'o'},
+    headerOffset,
+};
+
 constexpr std::array commands{
     CommandRow{"show", "FILE", 1, anyNumberOfOperands, showOptions, runShow,
                "Print the directories of files for people",
@@ -109,6 +141,29 @@ constexpr std::array commands{
     CommandRow{"json", "PATH", 0, anyNumberOfOperands, jsonOptions, runJson,
                "Print what files hold, each as a line of JSON",
                "A TIFF, BigTIFF or JPEG file, or a folder of them; - is the standard input"},
+    CommandRow{"csv", "PATH", 0, anyNumberOfOperands, csvOptions, runCsv,
+               "Print tags of files as a table of comma-separated values",
+               "A TIFF, BigTIFF or JPEG file, or a folder of them; - is the standard input"},
+    CommandRow{"extract", "TAG FILE", 1, 2, extractOptions, runExtract,
+               "Write the bytes of a value, or of a thumbnail, as they stand in the file",
+               "A tag's name or number, also behind the path of a directory and a point (XMP, ICC, "
+               "IPTC, 0.exif.MakerNote), and the file; - is the standard input"},
+    CommandRow{"tags",
+               "[NAME|NUMBER]",
+               0,
+               1,
+               {},
+               runTags,
+               "Print what is known of tags",
+               "A tag's name, that of a field of the result, or a number (default: all tags)"},
+    CommandRow{"explain",
+               "[ID]",
+               0,
+               1,
+               {},
+               runExplain,
+               "Print what a report or a finding means and what one can do",
+               "The ID in the brackets of a warning or of a finding (default: list all IDs)"},
 };
 
 }  // namespace

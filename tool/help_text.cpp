@@ -64,7 +64,7 @@ void printHelp(std::ostream& out) {
 
 void printHelp(std::ostream& out, const CommandRow& command) {
     out << "Usage: corvinex " << command.name << " [OPTION...] " << command.operand
-        << (command.mostOperands > 1 ? "..." : "") << "\n\n"
+        << (command.mostOperands == anyNumberOfOperands ? "..." : "") << "\n\n"
         << command.summary << ".\n\n";
     printRow(out, std::string(command.operand), command.operandHelp);
     out << "\nOptions:\n";

@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -75,6 +76,24 @@ class FilledPipe {
     std::thread writer_;
 };
 
+/// The name of a terminal, which lives as long as the owner of its other end.
+class Terminal {
+  public:
+    Terminal() : other_(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+        if (other_ < 0 || ::grantpt(other_) != 0 || ::unlockpt(other_) != 0) {
+            throw std::system_error(errno, std::generic_category(), "posix_openpt");
+        }
+    }
+    ~Terminal() { ::close(other_); }
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+
+    [[nodiscard]] std::string path() const { return ::ptsname(other_); }
+
+  private:
+    int other_;
+};
+
 std::string contentOf(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
@@ -103,8 +122,12 @@ CommandResult runTool(const std::vector<std::string>& arguments, Output output, 
     } else {
         actions.open(STDIN_FILENO, input.path, O_RDONLY);
     }
-    actions.open(STDOUT_FILENO, output == Output::DevFull ? "/dev/full" : folder.path("out"),
-                 O_WRONLY | O_CREAT | O_APPEND);
+    std::optional<Terminal> terminal;
+    std::string place = output == Output::DevFull ? "/dev/full" : folder.path("out");
+    if (output == Output::Terminal) {
+        place = terminal.emplace().path();
+    }
+    actions.open(STDOUT_FILENO, place, O_WRONLY | O_CREAT | O_APPEND | O_NOCTTY);
     if (output == Output::WithErrors) {
         actions.duplicate(STDOUT_FILENO, STDERR_FILENO);
     } else {

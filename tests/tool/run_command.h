@@ -17,6 +17,7 @@ enum class Output {
     Captured,
     DevFull,     ///< a device that refuses every write
     WithErrors,  ///< captured into one text together with the errors, as a terminal shows both
+    Terminal,    ///< a terminal that nobody reads from; it holds a few lines
 };
 
 /// What the command's standard input brings: nothing unless told otherwise.

@@ -1,0 +1,185 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+#include "tests/tool/run_command.h"
+#include "tests/tool/temporary_file.h"
+#include "tests/tool/tiff_bytes.h"
+
+namespace {
+
+using tool_test::Input;
+using tool_test::Output;
+using tool_test::runTool;
+using tool_test::TemporaryFolder;
+using tool_test::TiffBytes;
+
+/// Two pages; the first has an exif directory, and a sub-image as wide as no other.
+std::string twoPages() {
+    constexpr unsigned entrySize = 12;
+    constexpr unsigned around = 2 + 4;
+    constexpr unsigned page1 = 8;
+    constexpr unsigned page2 = page1 + around + 4 * entrySize;
+    constexpr unsigned exif = page2 + around + 2 * entrySize;
+    constexpr unsigned sub = exif + around + 2 * entrySize;
+    constexpr unsigned exposure = sub + around + 2 * entrySize;
+    TiffBytes bytes;
+    bytes.header(page1);
+    bytes.count(4).shortEntry(256, 640).shortEntry(259, 5);
+    bytes.entry(330, 4, 1, sub).entry(34665, 4, 1, exif).offset(page2);
+    bytes.count(2).shortEntry(256, 64).shortEntry(259, 50123).offset(0);
+    bytes.count(2).entry(33434, 5, 1, exposure).entry(33437, 5, 1, exposure + 8).offset(0);
+    bytes.count(2).shortEntry(256, 32).shortEntry(257, 31).offset(0);
+    bytes.number(1, 4).number(80, 4).number(1, 4).number(0, 4);
+    return bytes.bytes();
+}
+
+std::string withDescription(std::string_view text) {
+    return TiffBytes()
+        .header(8)
+        .count(1)
+        .entry(270, 2, text.size(), 26)
+        .offset(0)
+        .raw(text)
+        .bytes();
+}
+
+}  // namespace
+
+TEST(CsvCommand, PrintsARowForEachMainDirectory) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("a.tif", twoPages());
+    const auto result = runTool({"csv", "--tag", "ImageWidth", "--tag", "compression", "--tag",
+                                 "ExposureTime", "--tag", "257", file});
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.out, "file,directory,ImageWidth,compression,ExposureTime,257\r\n" + file +
+                              ",0,640,LZW,0.0125,\r\n" + file + ",1,64,50123,,\r\n");
+}
+
+TEST(CsvCommand, TakesWhatStandsInASubImageByItsPathOnly) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("a.tif", twoPages());
+    EXPECT_EQ(
+        runTool({"csv", "--tag", "ImageLength", "--tag", "0.sub0.Width", file}).out,
+        "file,directory,ImageLength,0.sub0.Width\r\n" + file + ",0,,32\r\n" + file + ",1,,\r\n");
+}
+
+TEST(CsvCommand, PrintsARowForEachFileWithFactsWhenAsked) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("a.tif", twoPages());
+    EXPECT_EQ(runTool({"csv", "--files", "--tag", "File.Pages", "--tag", "257", "--tag",
+                       "compression", "--numeric", file})
+                  .out,
+              "file,File.Pages,257,compression\r\n" + file + ",2,31,5\r\n");
+}
+
+TEST(CsvCommand, LeavesTheCellOfADivisionByZeroEmpty) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("a.tif", twoPages());
+    EXPECT_EQ(runTool({"csv", "--files", "--tag", "FNumber", file}).out,
+              "file,FNumber\r\n" + file + ",\r\n");
+}
+
+TEST(CsvCommand, HasColumnsWithoutAnyTagAndARowForWhatIsNoImage) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("a.tif", twoPages());
+    const std::string text = folder.file("b.tif", "no image");
+    const std::string missing = folder.path("c.tif");
+    for (const bool isOfFiles : {false, true}) {
+        std::vector<std::string> words{"csv", file, text, missing};
+        if (isOfFiles) {
+            words.emplace_back("--files");
+        }
+        const auto result = runTool(words);
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.err, "corvinex: " + missing + ": No such file or directory\n");
+        const std::string path = isOfFiles ? "," : ",,";
+        EXPECT_NE(result.out.find(text + path + "not-an-image,"), std::string::npos);
+        EXPECT_NE(result.out.find(missing + path + "unreadable,"), std::string::npos);
+        EXPECT_NE(result.out.find("640,"), std::string::npos);
+        // All rows have the same number of cells.
+        const std::size_t rows = isOfFiles ? 4 : 5;
+        const auto commas = std::ranges::count(result.out, ',');
+        const auto inHeading = std::ranges::count(result.out.substr(0, result.out.find('\r')), ',');
+        EXPECT_EQ(static_cast<std::size_t>(commas), rows * static_cast<std::size_t>(inHeading));
+    }
+}
+
+TEST(CsvCommand, QuotesWhatWouldEndACellAndReplacesControlCharacters) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file(
+        "a.tif", withDescription(std::string_view("a \"b\",\nc\x1B[2J\xC2\x9B-\xC3\xA4", 18)));
+    EXPECT_EQ(runTool({"csv", "--tag", "270", file}).out,
+              "file,directory,270\r\n" + file +
+                  ",0,\"a \"\"b\"\",\nc\xEF\xBF\xBD[2J\xEF\xBF\xBD-\xC3\xA4\"\r\n");
+}
+
+TEST(CsvCommand, CutsValuesToTheElementsOrCharactersAskedFor) {
+    const TemporaryFolder folder;
+    const std::string text = folder.file("a.tif", withDescription("\xC3\xA4"
+                                                                  "bcdef"));
+    EXPECT_EQ(runTool({"csv", "--max-values=2", "--tag", "270", text}).out,
+              "file,directory,270\r\n" + text +
+                  ",0,\xC3\xA4"
+                  "b\r\n");
+    const std::string numbers = folder.file("b.tif", TiffBytes()
+                                                         .header(8)
+                                                         .count(1)
+                                                         .entry(258, 3, 3, 26)
+                                                         .offset(0)
+                                                         .number(8, 2)
+                                                         .number(9, 2)
+                                                         .number(10, 2)
+                                                         .bytes());
+    EXPECT_EQ(runTool({"csv", "--max-values=2", "--tag", "258", numbers}).out,
+              "file,directory,258\r\n" + numbers + ",0,8 9\r\n");
+    EXPECT_EQ(runTool({"csv", "--tag", "258", numbers}).out,
+              "file,directory,258\r\n" + numbers + ",0,8 9 10\r\n");
+}
+
+TEST(CsvCommand, TellsWhatRawBytesAre) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file(
+        "a.tif",
+        TiffBytes().header(8).count(1).entry(34675, 7, 5, 26).offset(0).raw("12345").bytes());
+    const std::string out = runTool({"csv", "--tag", "ICCProfile", file}).out;
+    EXPECT_NE(out.find("5 bytes"), std::string::npos) << out;
+}
+
+TEST(CsvCommand, PrintsTheSameRowsWithAnyNumberOfThreads) {
+    const TemporaryFolder folder;
+    for (int number = 0; number < 100; ++number) {
+        static_cast<void>(folder.file(std::to_string(number) + ".tif", twoPages()));
+    }
+    const std::string path = std::filesystem::path(folder.path("x")).parent_path();
+    const std::string one = runTool({"csv", "-j", "1", path}).out;
+    EXPECT_EQ(std::ranges::count(one, '\n'), 201);
+    EXPECT_EQ(runTool({"csv", "-j", "8", path}).out, one);
+}
+
+TEST(CsvCommand, ReadsTheStandardInput) {
+    EXPECT_EQ(runTool({"csv", "--tag", "256", "-"}, Output::Captured, Input::pipe(twoPages())).out,
+              "file,directory,256\r\n-,0,640\r\n-,1,64\r\n");
+}
+
+TEST(CsvCommand, RefusesATagOrAFactThatNobodyKnows) {
+    const auto tag = runTool({"csv", "--tag", "0.exif.ExposureTim", "a.tif"});
+    EXPECT_EQ(tag.exitStatus, 2);
+    EXPECT_EQ(tag.out, "");
+    EXPECT_EQ(tag.err,
+              "corvinex: there is no tag \"0.exif.ExposureTim\"; the nearest is \"ExposureTime\"\n"
+              "corvinex: --help tells what can be given\n");
+    EXPECT_EQ(runTool({"csv", "--tag", "file.weight", "a.tif"}).exitStatus, 2);
+    EXPECT_EQ(runTool({"csv", "--tag", "", "a.tif"}).exitStatus, 2);
+    EXPECT_EQ(runTool({"csv", "--tag", "65536", "a.tif"}).exitStatus, 2);
+    EXPECT_EQ(runTool({"csv"}).exitStatus, 2);
+}
+
+TEST(CsvCommand, EndsWithItsOwnStatusWhenTheOutputIsFull) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("a.tif", twoPages());
+    EXPECT_EQ(runTool({"csv", file}, Output::DevFull).exitStatus, 3);
+}
