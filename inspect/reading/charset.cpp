@@ -122,7 +122,7 @@ class DecodedTexts {
 
 // Of the process: the C library ends the process where it has no memory to note that an object of a
 // thread is to be destroyed.
-constinit DecodedTexts decodedTexts;
+DecodedTexts decodedTexts;
 
 char16_t unitAt(std::span<const std::uint8_t> bytes, std::size_t index, std::endian order) {
     const std::uint8_t first = bytes[2 * index];
