@@ -27,7 +27,7 @@ constexpr auto reports = std::to_array<ReportExplanation>({
      "the header's bytes cannot be read", "", "",
      copyAnew},
     {Error, "badEndianness", "first byte, second byte, file name",
-     "the byte-order mark is neither \"II\" nor \"MM\"", "", "",
+     R"(the byte-order mark is neither "II" nor "MM")", "", "",
      "In a JPEG pass the position of its EXIF header; otherwise the header is damaged."},
     {Error, "badTiffIfdOffset", "position, file size",
      "the first directory lies beyond the end of the file", "", "",
