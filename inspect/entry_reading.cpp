@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,6 +12,7 @@
 #include "inspect/reading/derived.h"
 #include "inspect/reading/reading.h"
 #include "inspect/reading/words.h"
+#include "inspect/value_budget.h"
 #include "vocabulary/registry.h"
 
 // What entries, directories and files mean to a person.
@@ -54,6 +57,24 @@ std::optional<DirectorySiblings> findFirst(const FileContent& file, DirectoryKin
     });
 }
 
+/// Directories can share their byte counts, so that a small file may tell of any number of them.
+/// Only those are added up that come, from the first directory on, to what a record may give.
+std::size_t countSummedDirectories(const FileContent& file) {
+    if (!file.summedDirectories) {
+        ValueBudget budget(file.source.size());
+        const auto isWithin = [&budget](const Entry& entry) {
+            const bool isByteCounts = entry.number() == 279 || entry.number() == 325;
+            return !isByteCounts || !entry.isInFile() || budget.take(entry.byteCount());
+        };
+        const auto first =
+            std::ranges::find_if_not(file.directories, [&isWithin](const Directory& directory) {
+                return std::ranges::all_of(directory.entries(), isWithin);
+            });
+        file.summedDirectories = static_cast<std::size_t>(first - file.directories.begin());
+    }
+    return *file.summedDirectories;
+}
+
 }  // namespace
 
 std::optional<std::string> Entry::text() const {
@@ -77,8 +98,12 @@ std::optional<std::vector<std::string>> Entry::words(const Value& value) const {
 }
 
 std::vector<DerivedFact> Directory::derived() const {
-    return isImageKind(kind()) ? reading::directoryFacts(DirectorySiblings(*file_, *this))
-                               : std::vector<DerivedFact>();
+    if (!isImageKind(kind())) {
+        return {};
+    }
+    const auto place = static_cast<std::size_t>(this - file_->directories.data());
+    return reading::directoryFacts(DirectorySiblings(*file_, *this),
+                                   place < countSummedDirectories(*file_));
 }
 
 std::vector<DerivedFact> File::derived() const {

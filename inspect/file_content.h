@@ -65,6 +65,8 @@ struct FileContent {
     std::vector<std::uint32_t> targets;  ///< of all followed pointers, by EntryRecord::targets
 
     mutable std::optional<std::vector<Finding>> findings;
+    /// How many directories, from the first on, have their byte counts added up.
+    mutable std::optional<std::size_t> summedDirectories;
     mutable NumberIndex numberIndex;
 };
 

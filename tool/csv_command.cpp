@@ -9,8 +9,8 @@
 
 #include "inspect/file_content.h"
 #include "inspect/record/record_head.h"
-#include "inspect/record/value_budget.h"
 #include "inspect/record/value_json.h"
+#include "inspect/value_budget.h"
 #include "tool/csv_cell.h"
 #include "tool/csv_columns.h"
 #include "tool/many_files.h"

@@ -7,7 +7,7 @@
 
 #include "corvinex/directory.h"
 #include "corvinex/file.h"
-#include "inspect/record/value_budget.h"
+#include "inspect/value_budget.h"
 
 namespace tool {
 

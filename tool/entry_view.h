@@ -2,7 +2,7 @@
 
 #include "corvinex/entry.h"
 #include "corvinex/file.h"
-#include "inspect/record/value_budget.h"
+#include "inspect/value_budget.h"
 #include "tool/value_cell.h"
 
 namespace tool {

@@ -4,7 +4,7 @@
 
 #include "corvinex/directory.h"
 #include "corvinex/file.h"
-#include "inspect/record/value_budget.h"
+#include "inspect/value_budget.h"
 
 // What files and directories are, in one phrase for people.
 

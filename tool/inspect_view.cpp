@@ -11,7 +11,7 @@
 
 #include "inspect/reading/number_text.h"
 #include "inspect/record/record_head.h"
-#include "inspect/record/value_budget.h"
+#include "inspect/value_budget.h"
 #include "tool/directory_folds.h"
 #include "tool/display_width.h"
 #include "tool/entry_view.h"

@@ -50,7 +50,7 @@ std::optional<std::uint64_t> sumOf(const Siblings& directory, std::uint16_t numb
 
 }  // namespace
 
-std::vector<DerivedFact> directoryFacts(const Siblings& directory) {
+std::vector<DerivedFact> directoryFacts(const Siblings& directory, bool withBytes) {
     std::vector<DerivedFact> facts;
     addWord(facts, "compression", directory, compression);
     addWord(facts, "photometric", directory, photometricInterpretation);
@@ -61,7 +61,7 @@ std::vector<DerivedFact> directoryFacts(const Siblings& directory) {
     } else if (strips) {
         facts.push_back({"strips", *strips});
     }
-    if (tiles || strips) {
+    if (withBytes && (tiles || strips)) {
         if (const auto bytes = sumOf(directory, tiles ? tileByteCounts : stripByteCounts)) {
             facts.push_back({"bytes", *bytes});
         }

@@ -14,8 +14,8 @@
 namespace corvinex::inspect::reading {
 
 /// Of a main or sub directory: "compression" and "photometric" as words, the number of "strips" or
-/// "tiles", and "bytes", the sum of their byte counts.
-[[nodiscard]] std::vector<DerivedFact> directoryFacts(const Siblings& directory);
+/// "tiles", and, when it is to be added up, "bytes", the sum of their byte counts.
+[[nodiscard]] std::vector<DerivedFact> directoryFacts(const Siblings& directory, bool withBytes);
 
 /// Whether a directory holds a smaller version of another one's image.
 [[nodiscard]] bool isReducedImage(const Siblings& directory);

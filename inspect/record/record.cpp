@@ -7,8 +7,8 @@
 #include "inspect/interpretation.h"
 #include "inspect/record/derived_json.h"
 #include "inspect/record/record_head.h"
-#include "inspect/record/value_budget.h"
 #include "inspect/record/value_json.h"
+#include "inspect/value_budget.h"
 
 namespace corvinex::inspect {
 

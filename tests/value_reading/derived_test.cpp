@@ -45,7 +45,8 @@ TEST(DerivedOfDirectory, TellsCompressionAndStrips) {
     EXPECT_EQ(textOf(directoryFacts(Entries{{259, shorts({5})},
                                             {262, shorts({2})},
                                             {273, longs({8, 108})},
-                                            {279, longs({100, 50})}})),
+                                            {279, longs({100, 50})}},
+                                    true)),
               "compression LZW, photometric RGB, strips 2, bytes 150");
 }
 
@@ -54,19 +55,22 @@ TEST(DerivedOfDirectory, TilesCountMoreThanStrips) {
                                             {273, longs({8})},
                                             {279, longs({7})},
                                             {324, longs({8, 9, 10})},
-                                            {325, longs({1, 2, 3})}})),
+                                            {325, longs({1, 2, 3})}},
+                                    true)),
               "compression unknown (50010), tiles 3, bytes 6");
 }
 
 TEST(DerivedOfDirectory, LeavesOutWhatTheFileDoesNotSay) {
-    EXPECT_EQ(textOf(directoryFacts(Entries{})), "");
-    EXPECT_EQ(textOf(directoryFacts(Entries{{273, longs({8})}, {279, ascii("x")}})), "strips 1");
+    EXPECT_EQ(textOf(directoryFacts(Entries{}, true)), "");
+    EXPECT_EQ(textOf(directoryFacts(Entries{{273, longs({8})}, {279, ascii("x")}}, true)),
+              "strips 1");
     const std::uint64_t large = std::uint64_t{1} << 63;
     EXPECT_EQ(textOf(directoryFacts(
                   Entries{{273, longs({8, 8})},
-                          {279, elements<std::uint64_t>(FieldType::Long8, {large, large})}})),
+                          {279, elements<std::uint64_t>(FieldType::Long8, {large, large})}},
+                  true)),
               "strips 2");
-    EXPECT_EQ(textOf(directoryFacts(Entries{{279, longs({8})}})), "");
+    EXPECT_EQ(textOf(directoryFacts(Entries{{279, longs({8})}}, true)), "");
 }
 
 TEST(DerivedOfDirectory, KnowsReducedImages) {
