@@ -4,6 +4,7 @@
 
 #include "tool/call_record.h"
 #include "tool/diagnostics.h"
+#include "tool/header_search.h"
 #include "tool/input_file.h"
 #include "tool/memory_limit.h"
 #include "tool/module_location.h"
@@ -14,8 +15,11 @@ namespace {
 host::CallResult resultOf(const host::Module& module, const CallOptions& options,
                           const InputFile& input, MemoryLimit& limit) {
     limit.setForFile(input.size());
+    const double headerOffset =
+        options.headerOffset ? *options.headerOffset
+                             : static_cast<double>(headerOffsetIn(locateHeader(input.path())));
     host::CallResult result =
-        module.call(input.moduleName(), options.headerOffset, options.skip, options.limit);
+        module.call(input.moduleName(), headerOffset, options.skip, options.limit);
     if (result.failure && result.failure->isOutOfMemory) {
         result.failure->message = limit.exceededText();
     }
@@ -60,7 +64,7 @@ ExitStatus call(const host::Module& module, const CallOptions& options, std::ost
 ExitStatus runCall(const Arguments& arguments, std::ostream& out, std::ostream& err) {
     const CallOptions options{
         .file = arguments.operands().front(),
-        .headerOffset = arguments.number("header-offset").value(),
+        .headerOffset = arguments.number("header-offset"),
         .skip = arguments.number("skip").value(),
         .limit = arguments.number("limit").value(),
         .maxMemory = arguments.size("max-memory"),
