@@ -1,5 +1,6 @@
 #include "tool/call_command.h"
 
+#include <new>
 #include <optional>
 
 #include "tool/call_record.h"
@@ -12,14 +13,22 @@
 namespace tool {
 namespace {
 
+double headerOffsetOf(const CallOptions& options, const InputFile& input) {
+    return options.headerOffset ? *options.headerOffset
+                                : static_cast<double>(headerOffsetIn(locateHeader(input.path())));
+}
+
 host::CallResult resultOf(const host::Module& module, const CallOptions& options,
                           const InputFile& input, MemoryLimit& limit) {
     limit.setForFile(input.size());
-    const double headerOffset =
-        options.headerOffset ? *options.headerOffset
-                             : static_cast<double>(headerOffsetIn(locateHeader(input.path())));
-    host::CallResult result =
-        module.call(input.moduleName(), headerOffset, options.skip, options.limit);
+    host::CallResult result;
+    try {
+        result = module.call(input.moduleName(), headerOffsetOf(options, input), options.skip,
+                             options.limit);
+    } catch (const std::bad_alloc&) {
+        result.failure =
+            host::Failure{.report = std::nullopt, .message = "", .isOutOfMemory = true};
+    }
     if (result.failure && result.failure->isOutOfMemory) {
         result.failure->message = limit.exceededText();
     }
