@@ -1,11 +1,7 @@
 #include "tool/chain_summary.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstring>
 #include <limits>
-#include <optional>
-#include <span>
 #include <vector>
 
 namespace tool {
@@ -13,22 +9,9 @@ namespace {
 
 using corvinex::inspect::Directory;
 using corvinex::inspect::Entry;
-using corvinex::inspect::Value;
+namespace pointer_state = corvinex::inspect::pointer_state;
 
 constexpr std::uint16_t subIfds = 330;
-constexpr std::uint16_t exifPointer = 34665;
-
-/// The module takes pointers at a stride of 4 bytes from the value as it lies in memory, whatever
-/// its type, with zeros behind its end.
-std::uint32_t pointerIn(const Value& value, std::uint64_t index) {
-    const std::span<const std::byte> bytes = value.bytes();
-    std::uint32_t pointer = 0;
-    if (const std::uint64_t at = index * sizeof(pointer); at < bytes.size()) {
-        const auto rest = bytes.subspan(static_cast<std::size_t>(at));
-        std::memcpy(&pointer, rest.data(), std::min(sizeof(pointer), rest.size()));
-    }
-    return pointer;
-}
 
 /// Visits every directory that the module would read, each of them once as part of a chain and once
 /// as an EXIF directory.
@@ -37,7 +20,7 @@ class Visit {
     Visit(DirectoryChains& chains, std::uint64_t limit)
         : chains_(chains),
           limit_(limit == 0 ? std::numeric_limits<std::uint64_t>::max() : limit),
-          isInChain_(chains.file().directories().size()),
+          isInChain_(chains.file().directories.size()),
           hasPointersSeen_(isInChain_.size()) {}
 
     ChainSummary run(std::uint32_t start) {
@@ -78,34 +61,27 @@ class Visit {
     }
 
     void followPointers(std::uint32_t index) {
-        const Directory& directory = chains_.file().directories()[index];
+        const Directory& directory = chains_.file().directories[index];
         if (hasPointersSeen_[index] || isCutOff(directory)) {
             return;
         }
         hasPointersSeen_[index] = true;
+        summary_.isWhole = summary_.isWhole && !directory.record().isDepthRefused;
         for (const Entry& entry : directory.entries()) {
-            if (entry.number() == subIfds || entry.number() == exifPointer) {
-                followPointer(entry);
+            if (entry.record().targets == pointer_state::totalRefused) {
+                summary_.isWhole = false;
+            }
+            for (const std::uint32_t target : entry.targets()) {
+                followTarget(chains_.behind(target), entry.number() == subIfds);
             }
         }
     }
 
-    void followPointer(const Entry& entry) {
-        if (!isRead(entry) || entry.count() == 0) {
-            return;
+    void followTarget(std::uint32_t directory, bool isChain) {
+        if (DirectoryChains::isDirectory(directory)) {
+            pending_.push_back({directory, isChain});
         }
-        const std::optional<Value> value = entry.targets().empty() ? std::nullopt : entry.value();
-        if (!value) {
-            summary_.isWhole = false;
-            return;
-        }
-        for (std::uint64_t i = 0; i < entry.count(); ++i) {
-            const std::uint32_t directory = chains_.at(pointerIn(*value, i));
-            if (DirectoryChains::isDirectory(directory)) {
-                pending_.push_back({directory, entry.number() == subIfds});
-            }
-            summary_.isWhole = summary_.isWhole && directory != DirectoryChains::unknown;
-        }
+        summary_.isWhole = summary_.isWhole && directory != DirectoryChains::unknown;
     }
 
     DirectoryChains& chains_;

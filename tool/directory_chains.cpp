@@ -3,19 +3,16 @@
 #include <algorithm>
 #include <array>
 
-#include "format/checked_arithmetic.h"
-#include "format/directory_layout.h"
 #include "vocabulary/field_types.h"
 
 namespace tool {
 
 using corvinex::inspect::Container;
 using corvinex::inspect::Directory;
-using corvinex::inspect::DirectoryKind;
 using corvinex::inspect::DirectoryRecord;
 using corvinex::inspect::Entry;
 using corvinex::inspect::FieldType;
-using corvinex::inspect::File;
+using corvinex::inspect::FileContent;
 
 namespace {
 
@@ -31,14 +28,10 @@ constexpr bool givesSureField(std::uint16_t tag) {
 
 /// Whether the module surely takes the entry for a field.
 bool isKept(const Entry& entry) {
-    return givesSureField(entry.number()) && entry.type() != FieldType::Ifd &&
-           entry.type() != FieldType::Ifd8 && isRead(entry);
-}
-
-const corvinex::DirectoryLayout& layoutOf(const File& file) {
-    return corvinex::getDirectoryLayout(file.container() == Container::BigTiff
-                                            ? corvinex::FileFormat::BigTIFF
-                                            : corvinex::FileFormat::ClassicTIFF);
+    const std::uint16_t code = entry.typeCode();
+    return givesSureField(entry.number()) && corvinex::isKnownTypeCode(code) &&
+           corvinex::getElementWidth(code) != 0 && entry.type() != FieldType::Ifd &&
+           entry.type() != FieldType::Ifd8 && entry.isInFile();
 }
 
 }  // namespace
@@ -47,54 +40,44 @@ bool isCutOff(const Directory& directory) noexcept {
     return directory.entries().size() < directory.toldCount();
 }
 
-bool isRead(const Entry& entry) noexcept {
-    const std::uint16_t code = entry.typeCode();
-    return corvinex::isKnownTypeCode(code) && corvinex::getElementWidth(code) != 0 &&
-           entry.isInFile();
-}
-
-DirectoryChains::DirectoryChains(const File& file)
-    : file_(file),
-      isJpeg_(file.container() == Container::Jpeg),
-      facts_(file.directories().size()),
-      states_(file.directories().size(), State::New) {
+DirectoryChains::DirectoryChains(const FileContent& file)
+    : file_(file), facts_(file.directories.size()), states_(file.directories.size(), State::New) {
     indexOf_.reserve(facts_.size());
-    for (const Directory& directory : file.directories()) {
+    for (const Directory& directory : file.directories) {
         indexOf_.emplace(directory.record().offset, static_cast<std::uint32_t>(indexOf_.size()));
     }
 }
 
-std::uint32_t DirectoryChains::at(std::uint64_t offset) const {
-    if (const auto found = indexOf_.find(offset); found != indexOf_.end()) {
-        return file_.directories()[found->second].toldCount() == 0 ? nowhere : found->second;
-    }
-    // A byte-order mark that is read as a count tells more entries than a JPEG's block can hold.
-    if (isJpeg_ && offset == 0) {
-        return nowhere;
-    }
-    const std::uint64_t position =
-        corvinex::saturatingAdd(file_.headerOffset().value_or(0), offset);
-    return corvinex::liesWithin(position, layoutOf(file_).entryCountSize, file_.size()) ? unknown
-                                                                                        : nowhere;
+bool DirectoryChains::isJpeg() const noexcept {
+    return file_.container == Container::Jpeg;
 }
 
 std::uint32_t DirectoryChains::first() const {
     // The main chain comes first, and what pointers lead to hangs on it.
-    return file_.directories().empty() ? nowhere : at(file_.directories().front().record().offset);
+    return file_.directories.empty() ? nowhere : behind(0);
+}
+
+std::uint32_t DirectoryChains::behind(std::uint32_t target) const {
+    if (target == corvinex::inspect::refusedDirectory) {
+        return unknown;
+    }
+    const bool isRead = target != Entry::noDirectory && file_.directories[target].toldCount() != 0;
+    return isRead ? target : nowhere;
 }
 
 std::uint32_t DirectoryChains::next(std::uint32_t index) const {
-    const Directory& directory = file_.directories()[index];
+    const Directory& directory = file_.directories[index];
+    const DirectoryRecord& record = directory.record();
     const bool isTooLong =
-        isJpeg_ && directory.toldCount() * layoutOf(file_).entrySize > jpegEntriesAtMost;
+        isJpeg() && record.entryCount * file_.layout.entrySize > jpegEntriesAtMost;
     if (isCutOff(directory) || isTooLong) {
         return nowhere;
     }
-    if (directory.kind() != DirectoryKind::Main && directory.kind() != DirectoryKind::Sub) {
-        return unknown;  // the inspection follows no chain there
+    if (!isImageKind(directory.kind()) || record.isNextRefused) {
+        return unknown;
     }
-    const std::uint64_t offset = directory.record().next;
-    return offset == 0 ? nowhere : at(offset);
+    const auto found = record.next == 0 ? indexOf_.end() : indexOf_.find(record.next);
+    return found == indexOf_.end() ? nowhere : behind(found->second);
 }
 
 const ChainFacts& DirectoryChains::from(std::uint32_t index) {
@@ -143,7 +126,7 @@ ChainFacts DirectoryChains::takeCycle(std::vector<std::uint32_t>& way, std::uint
 }
 
 bool DirectoryChains::isSurelyKept(std::uint32_t index) const {
-    return !isJpeg_ || std::ranges::any_of(file_.directories()[index].entries(), isKept);
+    return !isJpeg() || std::ranges::any_of(file_.directories[index].entries(), isKept);
 }
 
 }  // namespace tool

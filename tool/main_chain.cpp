@@ -15,7 +15,7 @@ MainChain mainChainOf(const DirectoryChains& chains, std::uint64_t atMost) {
         if (chain.directories == atMost) {
             return chain;
         }
-        if (isCutOff(chains.file().directories()[at])) {
+        if (isCutOff(chains.file().directories[at])) {
             chain.endsCutOff = true;
             break;
         }

@@ -6,7 +6,7 @@
 #include <new>
 #include <system_error>
 
-#include "corvinex/file.h"
+#include "inspect/file_content.h"
 #include "tool/chain_summary.h"
 #include "tool/header_search.h"
 #include "tool/input_refused.h"
@@ -15,7 +15,7 @@ namespace tool {
 namespace {
 
 using corvinex::inspect::Container;
-using corvinex::inspect::File;
+using corvinex::inspect::FileContent;
 using corvinex::inspect::HeaderLocation;
 
 /// One more than the directories that fit side by side into a file, each with its count field, an
@@ -80,8 +80,8 @@ std::uint64_t reachOf(const ReadRequest& request) {
     return asked > all - request.skip ? all : request.skip + asked;
 }
 
-void planDirectories(ReadPlan& plan, const File& file, const ReadRequest& request) {
-    if (file.directories().empty()) {
+void planDirectories(ReadPlan& plan, const FileContent& file, const ReadRequest& request) {
+    if (file.directories.empty()) {
         return;  // the module will say what is wrong
     }
     DirectoryChains chains(file);
@@ -116,9 +116,11 @@ ReadPlan planRead(const std::string& path, const ReadRequest& request) {
     plan.limit =
         request.limit != 0 ? request.limit : directoriesAtMost(unreadable ? 0 : size, header);
     try {
-        const File file = File::open(path, {.headerOffset = plan.headerOffset});
+        FileContent file(corvinex::inspect::Source::open(path));
+        readHeader(file, {.headerOffset = plan.headerOffset});
         // The module takes the layout by the first bytes, whatever stands at the header offset.
-        if (file.container() && file.container() == header.container) {
+        if (file.container && file.container == header.container) {
+            readDirectories(file, corvinex::inspect::PointerRule::Module);
             planDirectories(plan, file, request);
         }
     } catch (const std::system_error& error) {

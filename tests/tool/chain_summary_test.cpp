@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include "tests/tool/file_chains.h"
 
@@ -59,23 +62,6 @@ TEST(ChainSummary, FindsAnEndlessChainOfSubImagesBehindAnExifPointer) {
     EXPECT_TRUE(mayNeverEnd(tiff));
 }
 
-TEST(ChainSummary, TakesPointersOfOddTypesAsTheModuleDoes) {
-    // Two SHORTs in the value field: as one number in memory they are 0x0026 of the first.
-    TiffBytes tiff(TiffBytes::Big);
-    tiff.header(8).count(2).shortEntry(274, 1).number(330, 2).number(3, 2).number(2, 4);
-    tiff.number(38, 2).number(0, 2).offset(0);
-    tiff.count(1).shortEntry(256, 1).offset(38);
-    EXPECT_TRUE(mayNeverEnd(tiff));
-}
-
-TEST(ChainSummary, TakesTheLow32BitsOfAPointerOf64) {
-    TiffBytes tiff(TiffBytes::Little, TiffBytes::BigTiff);
-    const std::uint64_t sub = 16 + 8 + 20 + 8;
-    tiff.header(16).count(1).entry(330, 16, 1, (std::uint64_t{1} << 32U) + sub).offset(0);
-    tiff.count(1).shortEntry(256, 1).offset(sub);
-    EXPECT_FALSE(summary(tiff).isWhole) << "the inspection finds no directory there";
-}
-
 TEST(ChainSummary, OfExifDirectoriesThatPointAtThemselvesEnds) {
     TiffBytes tiff;
     tiff.header(8).count(2).shortEntry(274, 1).entry(34665, 4, 1, 38).offset(0);
@@ -83,14 +69,30 @@ TEST(ChainSummary, OfExifDirectoriesThatPointAtThemselvesEnds) {
     EXPECT_FALSE(mayNeverEnd(tiff));
 }
 
-TEST(ChainSummary, OfAJpegWithPointersThatTheInspectionDoesNotFollowMayNeverEnd) {
-    const auto withPointer = [](std::uint64_t type, std::uint64_t count, std::uint64_t field) {
+TEST(ChainSummary, OfAJpegWhoseNestIsTooDeepToBeReadMayNeverEnd) {
+    const auto nest = [](std::uint64_t levels) {
         TiffBytes tiff;
-        tiff.header(8).count(2).shortEntry(274, 1).entry(330, type, count, field).offset(0);
-        return mayNeverEnd(tiff.count(1).shortEntry(256, 1).offset(38));
+        tiff.header(8);
+        for (std::uint64_t i = 1; i <= levels; ++i) {
+            tiff.count(2).shortEntry(274, 1).entry(34665, 4, 1, 8 + i * 30).offset(0);
+        }
+        return tiff.count(1).shortEntry(274, 1).offset(0);
     };
-    EXPECT_TRUE(withPointer(7, 4, 38)) << "bytes";
-    EXPECT_FALSE(withPointer(7, 0, 38)) << "no value";
+    EXPECT_FALSE(mayNeverEnd(nest(16)));
+    EXPECT_TRUE(mayNeverEnd(nest(17)));
+}
+
+TEST(ChainSummary, HasTheSubImagesOfADirectoryWithMostlyUnknownTypes) {
+    TiffBytes tiff;
+    tiff.header(8).count(3).entry(330, 4, 1, 50).entry(65001, 99, 1, 0).entry(65002, 99, 1, 0);
+    EXPECT_TRUE(summary(tiff.offset(0).count(1).shortEntry(256, 1).offset(50)).anyComesBack);
+}
+
+TEST(ChainSummary, LeavesOutAPointerWithoutAValue) {
+    TiffBytes tiff;
+    tiff.header(8).count(1).entry(330, 4, 0, 26).offset(0).count(1).shortEntry(256, 1).offset(26);
+    EXPECT_FALSE(summary(tiff).anyComesBack);
+    EXPECT_TRUE(summary(tiff).isWhole);
 }
 
 class ChainSummaryOfEachLayout
@@ -146,6 +148,42 @@ TEST_P(ChainSummaryOfEachLayout, PointersBeyondTheValueFieldAreFollowed) {
     EXPECT_TRUE(summary(tiff).anyComesBack);
 }
 
+// The module takes 4 bytes of the value as it lies in memory for a pointer, whatever the type.
+TEST_P(ChainSummaryOfEachLayout, PointersOfEveryTypeAreFollowed) {
+    struct Case {
+        std::uint64_t type;
+        std::uint64_t count;
+        unsigned numberSize;
+        std::uint64_t pointer;  // among the values: the one that leads to the directory
+    };
+    const std::vector<Case> cases{
+        {1, 12, 1, 1}, {2, 12, 1, 2}, {3, 6, 2, 0},  {3, 6, 2, 2},  {4, 3, 4, 1},
+        {5, 2, 4, 1},  {6, 12, 1, 0}, {7, 12, 1, 0}, {8, 6, 2, 1},  {9, 3, 4, 2},
+        {10, 2, 4, 1}, {11, 3, 4, 2}, {12, 2, 8, 0}, {12, 2, 8, 1}, {13, 3, 4, 0},
+        {16, 2, 8, 0}, {16, 2, 8, 1}, {17, 2, 8, 1}, {18, 2, 8, 0},
+    };
+    for (const Case& pointer : cases) {
+        const std::uint64_t first = empty().header(0).size();
+        const std::uint64_t values = after(first);
+        const std::uint64_t sub = values + 16;
+        TiffBytes tiff = empty();
+        tiff.header(first).count(1).entry(330, pointer.type, pointer.count, values).offset(0);
+        // The value in memory, number by number.
+        std::array<unsigned char, 16> memory{};
+        memory.at(static_cast<std::size_t>(pointer.pointer * 4)) = static_cast<unsigned char>(sub);
+        for (std::size_t at = 0; at < memory.size(); at += pointer.numberSize) {
+            std::uint64_t number = 0;
+            for (unsigned i = 0; i < pointer.numberSize; ++i) {
+                number |= std::uint64_t{memory.at(at + i)} << (8 * i);
+            }
+            tiff.number(number, pointer.numberSize);
+        }
+        tiff.count(1).shortEntry(256, 1).offset(sub);
+        EXPECT_TRUE(summary(tiff).anyComesBack)
+            << "type " << pointer.type << ", pointer " << pointer.pointer;
+    }
+}
+
 TEST_P(ChainSummaryOfEachLayout, PointersAmongManyEntriesAreFollowed) {
     constexpr std::uint64_t entries = 1000;
     TiffBytes tiff = empty();
@@ -187,9 +225,9 @@ TEST(ChainSummary, OfAMainChainBeyondTheInspectionsLimitHasWhatIsKnown) {
 }
 
 TEST(ChainSummary, OfSubImagesBeyondTheInspectionsLimitIsNotWhole) {
-    // One pointer to more directories than may be, in a type of which the inspection reads them.
+    // One entry with more pointers than may be followed.
     TiffBytes tiff;
-    tiff.header(8).count(1).entry(330, 3, 100'000, 26).offset(0).raw(std::string(200'000, '\1'));
+    tiff.header(8).count(1).entry(330, 1, 100'000, 26).offset(0).raw(std::string(100'000, '\1'));
     EXPECT_TRUE(summary(tiff).isMainKnown);
     EXPECT_FALSE(summary(tiff).isWhole);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -28,18 +29,21 @@ class FileChains {
   public:
     explicit FileChains(std::string bytes)
         : bytes_(std::move(bytes)),
-          file_(corvinex::inspect::File::fromBytes(std::as_bytes(std::span(bytes_)))),
-          chains_(file_) {}
+          file_(corvinex::inspect::Source::ofMemory(std::as_bytes(std::span(bytes_)))) {
+        readHeader(file_, {});
+        readDirectories(file_, corvinex::inspect::PointerRule::Module);
+        chains_.emplace(file_);
+    }
     explicit FileChains(const TiffBytes& tiff) : FileChains(tiff.bytes()) {}
     FileChains(const FileChains&) = delete;
     FileChains& operator=(const FileChains&) = delete;
 
-    tool::DirectoryChains& get() { return chains_; }
+    tool::DirectoryChains& get() { return *chains_; }
 
   private:
     std::string bytes_;
-    corvinex::inspect::File file_;
-    tool::DirectoryChains chains_;
+    corvinex::inspect::FileContent file_;
+    std::optional<tool::DirectoryChains> chains_;
 };
 
 }  // namespace tool_test
