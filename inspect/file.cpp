@@ -86,6 +86,12 @@ Status File::status() const {
     return statusOf(*content_, findings());
 }
 
+HeaderLocation findHeader(const std::filesystem::path& path) {
+    FileContent content(Source::open(path));
+    readHeader(content, {});
+    return {content.container, content.header.position};
+}
+
 std::string_view containerName(Container container) noexcept {
     static constexpr std::array<std::string_view, 3> names{"JPEG", "TIFF", "BigTIFF"};
     return names.at(static_cast<std::size_t>(container));

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <string_view>
+#include <system_error>
 
 #include "tests/inspect/inspected.h"
+#include "tests/support/temporary_file.h"
 
 namespace {
 
@@ -87,6 +89,23 @@ TEST(Container, OfAJpegStaysOneWithAnOffset) {
     EXPECT_EQ(file.directories().size(), 1U);
 }
 
+TEST(Header, IsFoundWithoutReadingDirectories) {
+    const auto found = [](const Bytes& bytes) {
+        return corvinex::inspect::findHeader(test::TemporaryFile(bytes).path());
+    };
+    const auto jpeg = found(joined({startOfImage, exifSegment(smallTiff()), scanAndEnd}));
+    EXPECT_EQ(jpeg.container, Container::Jpeg);
+    EXPECT_EQ(jpeg.offset, 12U);
+    const auto plain = found(joined({startOfImage, scanAndEnd}));
+    EXPECT_EQ(plain.container, Container::Jpeg);
+    EXPECT_EQ(plain.offset, std::nullopt);
+    EXPECT_EQ(found(smallTiff()).container, Container::Tiff);
+    EXPECT_EQ(found(smallTiff()).offset, 0U);
+    EXPECT_EQ(found(bytesOf("no image")).container, std::nullopt);
+    EXPECT_THROW(static_cast<void>(corvinex::inspect::findHeader("/nonexistent/a.tif")),
+                 std::system_error);
+}
+
 TEST(Header, ThatTheFileCutsOffHasNoDirectories) {
     const auto file = inspect(bytesOf(std::string_view("II*\0\x08\0", 6)));
     EXPECT_TRUE(file.directories().empty());
@@ -130,6 +149,30 @@ TEST(JpegHeader, IsThatOfTheFirstExifSegmentWhereNoneIsRight) {
     EXPECT_EQ(findingsOf(file), Texts{"exifBlockHeader []"});
 }
 
+TEST(JpegHeader, IsLookedForInApp1SegmentsThatHoldTheWholeIdentifierOnly) {
+    const Bytes exif = exifSegment(smallTiff());
+    const Bytes payload = joined({bytesOf({"Exif\0\0", 6}), smallTiff()});
+    const Bytes jfif = segment(0xE0, bytesOf({"JFIF\0\1\1\0\0\1\0\1\0\0", 14}));
+    const Bytes xmp = segment(0xE1, bytesOf("http://ns.adobe.com/xap/1.0/"));
+    const Bytes other = segment(0xE2, payload);
+    const Bytes before = joined({jfif, xmp, other});
+    EXPECT_EQ(inspect(joined({startOfImage, before, exif, scanAndEnd})).headerOffset(),
+              startOfImage.size() + before.size() + 10);
+    EXPECT_EQ(inspect(joined({startOfImage, other, scanAndEnd})).headerOffset(), std::nullopt);
+    // The identifier's last two bytes stand behind its segment.
+    EXPECT_EQ(inspect(joined({startOfImage, {0xFF, 0xE1, 0, 6}, payload})).headerOffset(),
+              std::nullopt);
+}
+
+TEST(JpegHeader, IsNotFoundWhereTheFileEndsBeforeIt) {
+    const Bytes whole = joined({startOfImage, exifSegment(smallTiff())});
+    for (std::size_t length = startOfImage.size(); length < 12; ++length) {
+        EXPECT_EQ(inspect({whole.data(), whole.data() + length}).headerOffset(), std::nullopt)
+            << length;
+    }
+    EXPECT_EQ(inspect({whole.data(), whole.data() + 12}).headerOffset(), 12U);
+}
+
 TEST(JpegHeader, OfAnotherVersionIsReadAsClassic) {
     Bytes tiff = smallTiff();
     tiff[2] = 43;
@@ -139,12 +182,17 @@ TEST(JpegHeader, OfAnotherVersionIsReadAsClassic) {
 }
 
 TEST(JpegSegments, AreWalkedOverFillBytesAndMarkersWithoutALength) {
-    const Bytes fill{0xFF, 0xFF, 0xFF, 0x01, 0xFF, 0xD3};
+    const Bytes fill = joined({Bytes(9000, 0xFF), {0x01, 0xFF, 0xD3}});
     const auto file =
         inspect(joined({startOfImage, fill, {0xFF}, exifSegment(smallTiff()), scanAndEnd}));
     EXPECT_EQ(file.directories().size(), 1U);
     EXPECT_EQ(findingsOf(file), Texts());
     EXPECT_EQ(file.status(), Status::Ok);
+}
+
+TEST(JpegSegments, EndAtTheEndOfTheImage) {
+    const auto file = inspect(joined({startOfImage, {0xFF, 0xD9}, exifSegment(smallTiff())}));
+    EXPECT_EQ(file.headerOffset(), std::nullopt);
 }
 
 TEST(JpegSegments, EndAtTheImageData) {

@@ -4,9 +4,11 @@
 #include "fuzz/file_on_disk.h"
 #include "fuzz/target.h"
 #include "fuzz/value_walk.h"
+#include "tool/input_refused.h"
 #include "tool/read_plan.h"
 
-// The tool's plan of a read. The input's first byte chooses the request, the rest is the file.
+// The tool's plan for showing a file. The input's first byte chooses the request, the rest is the
+// file.
 
 namespace {
 
@@ -33,8 +35,15 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
             tool::planRead(fuzz::pathOfFileWith(data + 1, size - 1), request);
         fuzz::require(request.limit == 0 || plan.limit == request.limit,
                       "a limit that was asked for is changed");
-        fuzz::require(plan.warning.empty() || plan.limit != 0, "a warning of a limit without one");
-    } catch (const tool::UnreadableFile&) {
+        fuzz::require(plan.limit != 0, "a read without a limit");
+        fuzz::require(plan.warning.empty() || request.limit == 0, "a warning of a given limit");
+        fuzz::require(!request.headerOffset || plan.headerOffset == *request.headerOffset,
+                      "a header offset that was given is changed");
+        const tool::MainChain& chain = plan.chain;
+        fuzz::require(!chain.comesBackTo || (chain.isWhole && *chain.comesBackTo >= 1 &&
+                                             *chain.comesBackTo <= chain.directories),
+                      "a chain that comes back to no directory of its own");
+    } catch (const tool::InputRefused&) {
         // A refusal: its text names no input byte.
     }
     return 0;
