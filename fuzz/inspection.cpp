@@ -1,10 +1,10 @@
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <span>
 #include <string>
 #include <variant>
 
 #include "corvinex/inspect.h"
+#include "fuzz/json_text.h"
 #include "fuzz/target.h"
 #include "fuzz/value_walk.h"
 #include "inspect/record/json_writer.h"
@@ -60,7 +60,7 @@ void checkText(const std::string& text) {
     fuzz::require(std::ranges::none_of(text.begin(), text.end() - 1,
                                        [](char c) { return c >= 0 && c < ' '; }),
                   "a control character");
-    fuzz::require(nlohmann::json::accept(text), "no JSON");
+    fuzz::require(fuzz::isJson(text), "no JSON");
 }
 
 }  // namespace

@@ -159,10 +159,11 @@ void JsonWriter::escaped(std::string_view text) {
     }
 }
 
-template <class Number>
-void JsonWriter::digits(Number number) {
+template <class Number, class... Format>
+void JsonWriter::digits(Number number, Format... format) {
     std::array<char, 32> digits{};
-    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    const auto result =
+        std::to_chars(digits.data(), digits.data() + digits.size(), number, format...);
     text_.append(digits.data(), result.ptr);
 }
 
@@ -182,6 +183,9 @@ JsonWriter& JsonWriter::integer(std::int64_t number) {
 
 template <class Number>
 JsonWriter& JsonWriter::floating(Number number) {
+    // Written out, a number from 2^63 on would have no point and no exponent, and readers that take
+    // such numbers for integers of 64 bits refuse it.
+    constexpr Number leastWithExponent = 0x1p63F;
     if (std::isnan(number)) {
         return string("NaN");
     }
@@ -191,6 +195,8 @@ JsonWriter& JsonWriter::floating(Number number) {
     beginValue();
     if (number == 0 && std::signbit(number)) {
         text_ += "-0.0";  // "-0" is read as a whole number, which has no sign
+    } else if (std::abs(number) >= leastWithExponent) {
+        digits(number, std::chars_format::scientific);
     } else {
         digits(number);
     }

@@ -72,8 +72,8 @@ class JsonWriter {
     void escaped(std::string_view text);
     template <class Number>
     JsonWriter& floating(Number number);
-    template <class Number>
-    void digits(Number number);
+    template <class Number, class... Format>
+    void digits(Number number, Format... format);
 
     TextSink& sink_;
     Style style_;
