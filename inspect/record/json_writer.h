@@ -2,8 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -31,7 +31,7 @@ class JsonWriter {
   public:
     enum class Style : std::uint8_t { OneLine, Indented };
 
-    JsonWriter(TextSink& sink, Style style) : sink_(sink), style_(style) {}
+    JsonWriter(TextSink& sink, Style style);
 
     JsonWriter& beginObject() { return begin('{', Layout::Open); }
     /// One that stays on its line when indented, with all that it holds.
@@ -69,15 +69,28 @@ class JsonWriter {
     void beginValue();
     void endValue();
     void newLine();
-    void escaped(std::string_view text);
+    void put(char character) {
+        if (length_ == partSize) {
+            flush();
+        }
+        part_[length_++] = character;
+    }
+    void put(std::string_view text);
+    void putEscaped(std::string_view text);
+    std::string_view putPlainStart(std::string_view text);
     template <class Number>
     JsonWriter& floating(Number number);
     template <class Number, class... Format>
     void digits(Number number, Format... format);
 
+    // Enough that handing on costs nothing beside the text, and little enough for many files at
+    // once.
+    static constexpr std::size_t partSize = std::size_t{64} << 10U;
+
     TextSink& sink_;
     Style style_;
-    std::string text_;
+    std::unique_ptr<char[]> part_;  ///< what is handed on next
+    std::size_t length_ = 0;        ///< of the text in it
     std::vector<Level> levels_;
     bool isAfterKey_ = false;
 };
