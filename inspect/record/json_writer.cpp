@@ -66,16 +66,16 @@ void JsonWriter::flush() {
     length_ = 0;
 }
 
-void JsonWriter::put(std::string_view text) {
-    while (text.size() > partSize - length_) {
+void JsonWriter::putInParts(std::string_view text) {
+    while (!text.empty()) {
+        if (length_ == partSize) {
+            flush();
+        }
         const std::string_view start = text.substr(0, partSize - length_);
         std::ranges::copy(start, part_.get() + length_);
-        length_ = partSize;
+        length_ += start.size();
         text.remove_prefix(start.size());
-        flush();
     }
-    std::ranges::copy(text, part_.get() + length_);
-    length_ += text.size();
 }
 
 void JsonWriter::newLine() {
@@ -85,29 +85,11 @@ void JsonWriter::newLine() {
     }
 }
 
-void JsonWriter::beginValue() {
-    if (isAfterKey_) {
-        isAfterKey_ = false;
-        return;
-    }
-    if (levels_.empty()) {
-        return;
-    }
-    Level& level = levels_.back();
-    if (!level.isEmpty) {
-        put(',');
-    }
-    if (style_ == Style::Indented && level.layout == Layout::Open) {
+void JsonWriter::indent(const Level& level) {
+    if (level.layout == Layout::Open) {
         newLine();
-    } else if (style_ == Style::Indented && !level.isEmpty) {
+    } else if (!level.isEmpty) {
         put(' ');
-    }
-    level.isEmpty = false;
-}
-
-void JsonWriter::endValue() {
-    if (levels_.empty()) {
-        put('\n');
     }
 }
 
@@ -130,12 +112,11 @@ JsonWriter& JsonWriter::end(char bracket) {
     return *this;
 }
 
-JsonWriter& JsonWriter::key(std::string_view name) {
+JsonWriter& JsonWriter::escapedKey(std::string_view name) {
     beginValue();
     put('"');
     putEscaped(name);
-    put(style_ == Style::Indented ? "\": " : "\":");
-    isAfterKey_ = true;
+    endKey();
     return *this;
 }
 
@@ -180,10 +161,13 @@ void JsonWriter::putEscaped(std::string_view text) {
 
 template <class Number, class... Format>
 void JsonWriter::digits(Number number, Format... format) {
-    std::array<char, 32> digits{};
-    const auto result =
-        std::to_chars(digits.data(), digits.data() + digits.size(), number, format...);
-    put({digits.data(), result.ptr});
+    constexpr std::size_t mostDigits = 32;
+    if (partSize - length_ < mostDigits) {
+        flush();
+    }
+    char* const start = part_.get() + length_;
+    const auto result = std::to_chars(start, start + mostDigits, number, format...);
+    length_ += static_cast<std::size_t>(result.ptr - start);
 }
 
 JsonWriter& JsonWriter::integer(std::uint64_t number) {
@@ -206,10 +190,10 @@ JsonWriter& JsonWriter::floating(Number number) {
     // such numbers for integers of 64 bits refuse it.
     constexpr Number leastWithExponent = 0x1p63F;
     if (std::isnan(number)) {
-        return string("NaN");
+        return word("NaN");
     }
     if (std::isinf(number)) {
-        return string(number > 0 ? "Infinity" : "-Infinity");
+        return word(number > 0 ? "Infinity" : "-Infinity");
     }
     beginValue();
     if (number == 0 && std::signbit(number)) {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -31,6 +34,22 @@ class JsonWriter {
   public:
     enum class Style : std::uint8_t { OneLine, Indented };
 
+    /// The name of a member, as the program has it. The compiler sees to it that it needs no
+    /// escape.
+    class Name {
+      public:
+        // NOLINTNEXTLINE(google-explicit-constructor): a literal is the name
+        consteval Name(const char* literal) : text_(literal) {
+            if (!isPlain(text_)) {
+                throw "the name needs an escape";
+            }
+        }
+        [[nodiscard]] constexpr std::string_view text() const noexcept { return text_; }
+
+      private:
+        std::string_view text_;
+    };
+
     JsonWriter(TextSink& sink, Style style);
 
     JsonWriter& beginObject() { return begin('{', Layout::Open); }
@@ -40,9 +59,27 @@ class JsonWriter {
     JsonWriter& beginArray() { return begin('[', Layout::Open); }
     JsonWriter& beginList() { return begin('[', Layout::Inline); }
     JsonWriter& endArray() { return end(']'); }
-    /// The name of the member that follows; in valid UTF-8.
-    JsonWriter& key(std::string_view name);
+    /// The name of the member that follows.
+    JsonWriter& key(Name name) {
+        beginValue();
+        put('"');
+        put(name.text());
+        endKey();
+        return *this;
+    }
+    /// The same for a name that may need escapes; in valid UTF-8.
+    JsonWriter& escapedKey(std::string_view name);
     JsonWriter& string(std::string_view text);
+    /// A string that needs no escape: constant data such as the name of a tag, or a path.
+    JsonWriter& word(std::string_view text) {
+        assert(isPlain(text));
+        beginValue();
+        put('"');
+        put(text);
+        put('"');
+        endValue();
+        return *this;
+    }
     JsonWriter& integer(std::uint64_t number);
     JsonWriter& integer(std::int64_t number);
     /// The shortest decimal that reads back in this precision; NaN and infinities as strings.
@@ -66,16 +103,52 @@ class JsonWriter {
 
     JsonWriter& begin(char bracket, Layout layout);
     JsonWriter& end(char bracket);
-    void beginValue();
-    void endValue();
+    static constexpr bool isPlain(std::string_view text) {
+        return std::ranges::all_of(
+            text, [](char c) { return c >= ' ' && c < 0x7F && c != '"' && c != '\\'; });
+    }
+    void beginValue() {
+        if (isAfterKey_) {
+            isAfterKey_ = false;
+        } else if (!levels_.empty()) {
+            beginElement(levels_.back());
+        }
+    }
+    void beginElement(Level& level) {
+        if (!level.isEmpty) {
+            put(',');
+        }
+        if (style_ == Style::Indented) {
+            indent(level);
+        }
+        level.isEmpty = false;
+    }
+    void indent(const Level& level);
+    void endKey() {
+        put(style_ == Style::Indented ? std::string_view("\": ") : std::string_view("\":"));
+        isAfterKey_ = true;
+    }
+    void endValue() {
+        if (levels_.empty()) {
+            put('\n');
+        }
+    }
     void newLine();
     void put(char character) {
         if (length_ == partSize) {
             flush();
         }
-        part_[length_++] = character;
+        part_.get()[length_++] = character;
     }
-    void put(std::string_view text);
+    void put(std::string_view text) {
+        if (text.size() > partSize - length_) {
+            putInParts(text);
+            return;
+        }
+        std::memcpy(part_.get() + length_, text.data(), text.size());
+        length_ += text.size();
+    }
+    void putInParts(std::string_view text);
     void putEscaped(std::string_view text);
     std::string_view putPlainStart(std::string_view text);
     template <class Number>
