@@ -3,9 +3,9 @@
 #include <optional>
 #include <string_view>
 
-#include "inspect/finding_rules.h"
 #include "inspect/interpretation.h"
 #include "inspect/record/derived_json.h"
+#include "inspect/record/finding_json.h"
 #include "inspect/record/record_head.h"
 #include "inspect/record/value_json.h"
 #include "inspect/value_budget.h"
@@ -172,37 +172,11 @@ class RecordWriter {
 
     void writeFindings() {
         json_.key("findings").beginArray();
-        if (file_ == nullptr) {
-            const RuleFact& rule = findingRules()[static_cast<std::size_t>(Rule::FileUnreadable)];
-            writeFinding({.id = rule.id,
-                          .severity = rule.severity,
-                          .directory = {},
-                          .tag = std::nullopt,
-                          .arguments = {},
-                          .text = std::string(rule.text)});
-        } else {
-            for (const Finding& finding : file_->findings()) {
-                writeFinding(finding);
-            }
+        for (const Finding& finding : findingsOf(file_)) {
+            writeFinding(json_, finding);
         }
         json_.endArray();
     }
-
-    void writeFinding(const Finding& finding) {
-        json_.beginRow().key("id").string(finding.id);
-        json_.key("severity").string(severityName(finding.severity));
-        json_.key("directory").string(finding.directory).key("tag");
-        writeOptional(finding.tag, [&](std::uint16_t tag) { json_.integer(std::uint64_t{tag}); });
-        json_.key("arguments").beginArray();
-        for (const Argument& argument : finding.arguments) {
-            std::visit([&](const auto& value) { writeArgument(value); }, argument);
-        }
-        json_.endArray().key("text").string(finding.text).endObject();
-    }
-
-    void writeArgument(std::uint64_t number) { json_.integer(number); }
-    void writeArgument(std::int64_t number) { json_.integer(number); }
-    void writeArgument(const std::string& text) { json_.string(text); }
 
     JsonWriter& json_;
     const File* file_;
