@@ -3,6 +3,7 @@
 #include <array>
 
 #include "tool/call_command.h"
+#include "tool/catalogue/scan_command.h"
 #include "tool/check_command.h"
 #include "tool/csv_command.h"
 #include "tool/explain_command.h"
@@ -145,6 +146,22 @@ constexpr std::array checkOptions{
     quiet,
 };
 
+constexpr std::array scanOptions{
+    OptionRow{"output", ValueKind::Text, "CATALOGUE", "",
+              "The catalogue, a SQLite database; it is made, or brought up to date", 'o'},
+    OptionRow{"force", ValueKind::None, "", "", "Read files as well that have not changed"},
+    OptionRow{"prune", ValueKind::None, "", "",
+              "Take out the files below PATH that are there no more"},
+    OptionRow{"max-values", ValueKind::WholeNumber, "N", "64",
+              "Most elements, characters or bytes of a value"},
+    headerOffset,
+    filesFrom,
+    extensions,
+    follow,
+    jobs,
+    quiet,
+};
+
 constexpr std::array extractOptions{
     OptionRow{"thumbnail", ValueKind::None, "", "",
               "The first small JPEG in the file instead of a tag's value; FILE stands alone"},
@@ -173,6 +190,9 @@ constexpr std::array commands{
     CommandRow{"check", "PATH", 0, anyNumberOfOperands, checkOptions, runCheck,
                "Tell which files are damaged, where and how",
                "A TIFF, BigTIFF or JPEG file, or a folder of them; - is the standard input"},
+    CommandRow{"scan", "PATH", 0, anyNumberOfOperands, scanOptions, runScan,
+               "Read files into a catalogue that can be searched",
+               "A TIFF, BigTIFF or JPEG file, or a folder of them"},
     CommandRow{"extract", "TAG FILE", 1, 2, extractOptions, runExtract,
                "Write the bytes of a value, or of a thumbnail, as they stand in the file",
                "A tag's name or number, also behind the path of a directory and a point (XMP, ICC, "
