@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "inspect/file_content.h"
-#include "inspect/structure_findings.h"
+#include "inspect/rules/rules.h"
 
 namespace corvinex::inspect {
 
@@ -77,7 +77,7 @@ std::span<const Entry> File::entries() const noexcept {
 
 std::span<const Finding> File::findings() const {
     if (!content_->findings) {
-        content_->findings = findInStructure(*content_);
+        content_->findings = findProblems(*content_);
     }
     return *content_->findings;
 }

@@ -17,6 +17,7 @@ void OrderedOutput::Turn::write(std::string_view text) {
     text_ += text;
     if (text_.size() > mostKept) {
         const auto lock = output_.waitFor(number_);
+        const auto pause = output_.progress_.pause();
         output_.out_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
         text_.clear();
     }
@@ -24,10 +25,13 @@ void OrderedOutput::Turn::write(std::string_view text) {
 
 void OrderedOutput::Turn::finish(std::string_view message) {
     const auto lock = output_.waitFor(number_);
-    output_.out_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
-    if (!message.empty()) {
-        output_.out_.flush();
-        output_.err_ << message;
+    if (!text_.empty() || !message.empty()) {
+        const auto pause = output_.progress_.pause();
+        output_.out_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
+        if (!message.empty()) {
+            output_.out_.flush();
+            output_.err_ << message;
+        }
     }
     ++output_.turn_;
     output_.turned_.notify_all();

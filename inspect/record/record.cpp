@@ -3,9 +3,9 @@
 #include <optional>
 #include <string_view>
 
-#include "inspect/finding_rules.h"
-#include "inspect/interpretation.h"
 #include "inspect/record/derived_json.h"
+#include "inspect/record/entry_content.h"
+#include "inspect/record/finding_json.h"
 #include "inspect/record/record_head.h"
 #include "inspect/record/value_json.h"
 #include "inspect/value_budget.h"
@@ -31,8 +31,8 @@ class RecordWriter {
         json_.key("size");
         writeOptional(facts.size, [&](std::uint64_t size) { json_.integer(size); });
         json_.key("modified");
-        writeOptional(facts.modified, [&](std::time_t time) { json_.string(isoTime(time)); });
-        json_.key("status").string(statusName(statusOf(file_)));
+        writeOptional(facts.modified, [&](std::time_t time) { json_.word(isoTime(time)); });
+        json_.key("status").word(statusName(statusOf(file_)));
         writeHead();
         json_.key("directories").beginArray();
         for (const Directory& directory : directories()) {
@@ -70,17 +70,17 @@ class RecordWriter {
         const auto order = file_ == nullptr ? std::nullopt : file_->byteOrder();
         const auto header = file_ == nullptr ? std::nullopt : file_->headerOffset();
         json_.key("container");
-        writeOptional(container, [&](Container value) { json_.string(containerName(value)); });
+        writeOptional(container, [&](Container value) { json_.word(containerName(value)); });
         json_.key("byte_order");
-        writeOptional(order, [&](ByteOrder value) { json_.string(byteOrderName(value)); });
+        writeOptional(order, [&](ByteOrder value) { json_.word(byteOrderName(value)); });
         json_.key("header_offset");
         writeOptional(header, [&](std::uint64_t value) { json_.integer(value); });
     }
 
     void writeDirectory(const Directory& directory) {
         const std::string path = directory.path();
-        json_.beginObject().key("path").string(path);
-        json_.key("kind").string(kindName(directory.kind()));
+        json_.beginObject().key("path").word(path);
+        json_.key("kind").word(kindName(directory.kind()));
         json_.key("offset").integer(directory.offset());
         json_.key("entries").beginArray();
         for (const Entry& entry : directory.entries()) {
@@ -100,13 +100,13 @@ class RecordWriter {
         json_.beginRow().key("number").integer(std::uint64_t{entry.number()});
         json_.key("name");
         writeOptional(name.empty() ? std::nullopt : std::optional(name),
-                      [&](std::string_view text) { json_.string(text); });
+                      [&](std::string_view text) { json_.word(text); });
         if (!field.empty() && field != name) {
-            json_.key("field").string(field);
+            json_.key("field").word(field);
         }
         json_.key("type");
         if (entry.type()) {
-            json_.string(entry.typeName());
+            json_.word(entry.typeName());
         } else {
             json_.integer(std::uint64_t{entry.typeCode()});
         }
@@ -124,47 +124,38 @@ class RecordWriter {
 
     /// Returns whether the value is not given whole.
     bool writeEntryValue(const Entry& entry) {
+        const EntryContent content = readContent(entry, budget_);
         json_.key("value");
-        if (entry.isInFile() && !budget_.take(entry.byteCount())) {
+        if (!content.value) {
             json_.null();
-            return true;
+            return content.isBeyondBudget;
         }
-        const std::optional<Value> value = readIfPossible([&] { return entry.value(); });
-        if (!value) {
-            json_.null();
-            return false;
+        const bool isTruncated =
+            writeValue(json_, *content.value, content.interpretation, options_.maxValues);
+        if (!content.interpretation.charset.empty()) {
+            json_.key("charset").word(content.interpretation.charset);
         }
-        const Interpretation interpretation = interpret(entry, *value);
-        const bool isTruncated = writeValue(json_, *value, interpretation, options_.maxValues);
-        if (!interpretation.charset.empty()) {
-            json_.key("charset").string(interpretation.charset);
+        if (!content.interpretation.rest.empty()) {
+            json_.key("rest").bytes(content.interpretation.rest);
         }
-        if (!interpretation.rest.empty()) {
-            json_.key("rest").bytes(interpretation.rest);
-        }
-        if (const std::optional<std::string> text =
-                readIfPossible([&] { return entry.text(*value); })) {
-            json_.key("text").string(*text);
+        if (content.text) {
+            json_.key("text").string(*content.text);
         }
         return isTruncated;
     }
 
     /// Writes what a pointer's values lead to. Returns whether it did not fit into the budget.
     bool writeTargets(const Entry& entry) {
-        std::vector<std::string> paths;
+        const auto paths = targetPaths(*file_, entry, budget_);
         json_.key("directories");
-        for (const std::uint32_t target : entry.targets()) {
-            const bool leadsNowhere = target >= file_->directories().size();
-            paths.push_back(leadsNowhere ? std::string() : file_->directories()[target].path());
-            if (!budget_.take(paths.back().size())) {
-                json_.null();
-                return true;
-            }
+        if (!paths) {
+            json_.null();
+            return true;
         }
         json_.beginArray();
-        for (const std::string& path : paths) {
+        for (const std::string& path : *paths) {
             writeOptional(path.empty() ? std::nullopt : std::optional(path),
-                          [&](const std::string& text) { json_.string(text); });
+                          [&](const std::string& text) { json_.word(text); });
         }
         json_.endArray();
         return false;
@@ -172,37 +163,11 @@ class RecordWriter {
 
     void writeFindings() {
         json_.key("findings").beginArray();
-        if (file_ == nullptr) {
-            const RuleFact& rule = findingRules()[static_cast<std::size_t>(Rule::FileUnreadable)];
-            writeFinding({.id = rule.id,
-                          .severity = rule.severity,
-                          .directory = {},
-                          .tag = std::nullopt,
-                          .arguments = {},
-                          .text = std::string(rule.text)});
-        } else {
-            for (const Finding& finding : file_->findings()) {
-                writeFinding(finding);
-            }
+        for (const Finding& finding : findingsOf(file_)) {
+            writeFinding(json_, finding);
         }
         json_.endArray();
     }
-
-    void writeFinding(const Finding& finding) {
-        json_.beginRow().key("id").string(finding.id);
-        json_.key("severity").string(severityName(finding.severity));
-        json_.key("directory").string(finding.directory).key("tag");
-        writeOptional(finding.tag, [&](std::uint16_t tag) { json_.integer(std::uint64_t{tag}); });
-        json_.key("arguments").beginArray();
-        for (const Argument& argument : finding.arguments) {
-            std::visit([&](const auto& value) { writeArgument(value); }, argument);
-        }
-        json_.endArray().key("text").string(finding.text).endObject();
-    }
-
-    void writeArgument(std::uint64_t number) { json_.integer(number); }
-    void writeArgument(std::int64_t number) { json_.integer(number); }
-    void writeArgument(const std::string& text) { json_.string(text); }
 
     JsonWriter& json_;
     const File* file_;

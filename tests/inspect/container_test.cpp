@@ -14,8 +14,8 @@ using corvinex::inspect::File;
 using corvinex::inspect::Options;
 using corvinex::inspect::Status;
 using inspect_test::Bytes;
-using inspect_test::findingsOf;
 using inspect_test::inspect;
+using inspect_test::structureFindingsOf;
 using Texts = std::vector<std::string>;
 
 Bytes bytesOf(std::string_view text) {
@@ -110,13 +110,13 @@ TEST(Header, ThatTheFileCutsOffHasNoDirectories) {
     const auto file = inspect(bytesOf(std::string_view("II*\0\x08\0", 6)));
     EXPECT_TRUE(file.directories().empty());
     EXPECT_EQ(file.status(), Status::Damaged);
-    EXPECT_EQ(findingsOf(file), Texts{"headerTruncated [], 6"});
+    EXPECT_EQ(structureFindingsOf(file), Texts{"headerTruncated [], 6"});
 }
 
 TEST(Header, WithAnOffsetOfZeroLeadsToNoDirectory) {
     const auto file = inspect(bytesOf(std::string_view("II*\0\0\0\0\0", 8)));
     EXPECT_TRUE(file.directories().empty());
-    EXPECT_EQ(findingsOf(file), Texts{"badDirectoryOffset [], 0"});
+    EXPECT_EQ(structureFindingsOf(file), Texts{"badDirectoryOffset [], 0"});
 }
 
 TEST(Header, OfABigTiffIsReadWhateverItsOffsetSizeTells) {
@@ -126,7 +126,7 @@ TEST(Header, OfABigTiffIsReadWhateverItsOffsetSizeTells) {
     bytes[6] = 1;
     const auto file = inspect(bytes);
     EXPECT_EQ(file.directories().size(), 1U);
-    EXPECT_EQ(findingsOf(file), Texts{"bigTiffHeader [], 4, 1"});
+    EXPECT_EQ(structureFindingsOf(file), Texts{"bigTiffHeader [], 4, 1"});
 }
 
 TEST(JpegHeader, IsThatOfTheFirstExifSegmentWithARightOne) {
@@ -134,7 +134,7 @@ TEST(JpegHeader, IsThatOfTheFirstExifSegmentWithARightOne) {
     const Bytes right = exifSegment(smallTiff());
     const auto file = inspect(joined({startOfImage, wrong, right, right, scanAndEnd}));
     EXPECT_EQ(file.headerOffset(), 2 + wrong.size() + 10);
-    EXPECT_EQ(findingsOf(file),
+    EXPECT_EQ(structureFindingsOf(file),
               (Texts{"exifBlockRepeated [], 2",
                      "exifBlockRepeated [], " + std::to_string(2 + wrong.size() + right.size())}));
 }
@@ -146,7 +146,7 @@ TEST(JpegHeader, IsThatOfTheFirstExifSegmentWhereNoneIsRight) {
     EXPECT_EQ(file.byteOrder(), std::nullopt);
     EXPECT_TRUE(file.directories().empty());
     EXPECT_EQ(file.status(), Status::Damaged);
-    EXPECT_EQ(findingsOf(file), Texts{"exifBlockHeader []"});
+    EXPECT_EQ(structureFindingsOf(file), Texts{"exifBlockHeader []"});
 }
 
 TEST(JpegHeader, IsLookedForInApp1SegmentsThatHoldTheWholeIdentifierOnly) {
@@ -178,7 +178,7 @@ TEST(JpegHeader, OfAnotherVersionIsReadAsClassic) {
     tiff[2] = 43;
     const auto file = inspect(joined({startOfImage, exifSegment(tiff), scanAndEnd}));
     EXPECT_EQ(file.directories().size(), 1U);
-    EXPECT_EQ(findingsOf(file), Texts{"exifBlockHeader []"});
+    EXPECT_EQ(structureFindingsOf(file), Texts{"exifBlockHeader []"});
 }
 
 TEST(JpegSegments, AreWalkedOverFillBytesAndMarkersWithoutALength) {
@@ -186,7 +186,7 @@ TEST(JpegSegments, AreWalkedOverFillBytesAndMarkersWithoutALength) {
     const auto file =
         inspect(joined({startOfImage, fill, {0xFF}, exifSegment(smallTiff()), scanAndEnd}));
     EXPECT_EQ(file.directories().size(), 1U);
-    EXPECT_EQ(findingsOf(file), Texts());
+    EXPECT_EQ(structureFindingsOf(file), Texts());
     EXPECT_EQ(file.status(), Status::Ok);
 }
 
@@ -203,21 +203,22 @@ TEST(JpegSegments, EndAtTheImageData) {
 
 TEST(JpegSegments, EndWhereNoMarkerStands) {
     const Bytes tail = exifSegment(smallTiff());
-    EXPECT_EQ(findingsOf(inspect(joined({startOfImage, {0x00}, tail}))),
+    EXPECT_EQ(structureFindingsOf(inspect(joined({startOfImage, {0x00}, tail}))),
               Texts{"jpegMarkerExpected [], 2"});
-    EXPECT_EQ(findingsOf(inspect(joined({startOfImage, {0xFF, 0x00}, tail}))),
+    EXPECT_EQ(structureFindingsOf(inspect(joined({startOfImage, {0xFF, 0x00}, tail}))),
               Texts{"jpegMarkerExpected [], 2"});
-    EXPECT_EQ(findingsOf(inspect(joined({startOfImage, {0xFF, 0xE0, 0, 1}, tail}))),
+    EXPECT_EQ(structureFindingsOf(inspect(joined({startOfImage, {0xFF, 0xE0, 0, 1}, tail}))),
               Texts{"jpegMarkerExpected [], 2"});
 }
 
 TEST(JpegSegments, ThatTheFileCutsOffAreReported) {
-    EXPECT_EQ(findingsOf(inspect(joined({startOfImage, {0xFF, 0xE0, 0, 9, 1}}))),
+    EXPECT_EQ(structureFindingsOf(inspect(joined({startOfImage, {0xFF, 0xE0, 0, 9, 1}}))),
               Texts{"jpegSegmentPastEnd [], 224, 2, 9"});
-    EXPECT_EQ(findingsOf(inspect(joined({startOfImage, {0xFF, 0xE0, 0}}))),
+    EXPECT_EQ(structureFindingsOf(inspect(joined({startOfImage, {0xFF, 0xE0, 0}}))),
               Texts{"jpegSegmentPastEnd [], 224, 2, 0"});
-    EXPECT_EQ(findingsOf(inspect(startOfImage)), Texts{"jpegNoEnd []"});
-    EXPECT_EQ(findingsOf(inspect(joined({startOfImage, {0xFF, 0xD9}}))), Texts{"jpegNoScan []"});
+    EXPECT_EQ(structureFindingsOf(inspect(startOfImage)), Texts{"jpegNoEnd []"});
+    EXPECT_EQ(structureFindingsOf(inspect(joined({startOfImage, {0xFF, 0xD9}}))),
+              Texts{"jpegNoScan []"});
 }
 
 TEST(JpegSegments, OfAnExifBlockThatTheFileCutsOffAreReadAsFarAsTheyGo) {
@@ -225,26 +226,28 @@ TEST(JpegSegments, OfAnExifBlockThatTheFileCutsOffAreReadAsFarAsTheyGo) {
     bytes.resize(bytes.size() - 90);
     const auto file = inspect(bytes);
     EXPECT_EQ(file.directories().size(), 1U);
-    EXPECT_EQ(findingsOf(file), (Texts{"jpegSegmentPastEnd [], 225, 2, 134"}));
+    EXPECT_EQ(structureFindingsOf(file), (Texts{"jpegSegmentPastEnd [], 225, 2, 134"}));
 }
 
 TEST(JpegEnd, IsLookedForBehindTheFirstScan) {
     const Bytes scan = segment(0xDA, {1, 0, 0, 0});
-    EXPECT_EQ(findingsOf(inspect(joined({startOfImage, scan, Bytes(9000)}))),
+    EXPECT_EQ(structureFindingsOf(inspect(joined({startOfImage, scan, Bytes(9000)}))),
               Texts{"jpegNoEnd []"});
     // The marker over the border of two blocks that are searched, and with data behind it.
     for (const std::size_t behind : {0U, 1U, 4094U, 4095U, 4096U, 4097U, 8192U}) {
-        EXPECT_EQ(findingsOf(inspect(joined({startOfImage, scan, {0xFF, 0xD9}, Bytes(behind)}))),
-                  Texts())
+        EXPECT_EQ(
+            structureFindingsOf(inspect(joined({startOfImage, scan, {0xFF, 0xD9}, Bytes(behind)}))),
+            Texts())
             << behind;
     }
 }
 
 TEST(JpegEnd, IsNotMissedWhereOnlyTheLastMebibytesAreSearched) {
     const Bytes scan = segment(0xDA, {1, 0, 0, 0});
-    EXPECT_EQ(findingsOf(inspect(joined({startOfImage, scan, Bytes(std::size_t{16} << 20U)}))),
-              Texts{"jpegNoEnd []"});
     EXPECT_EQ(
-        findingsOf(inspect(joined({startOfImage, scan, Bytes((std::size_t{16} << 20U) + 1)}))),
-        Texts());
+        structureFindingsOf(inspect(joined({startOfImage, scan, Bytes(std::size_t{16} << 20U)}))),
+        Texts{"jpegNoEnd []"});
+    EXPECT_EQ(structureFindingsOf(
+                  inspect(joined({startOfImage, scan, Bytes((std::size_t{16} << 20U) + 1)}))),
+              Texts());
 }
