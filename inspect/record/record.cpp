@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-#include "inspect/finding_rules.h"
+#include "inspect/rules/rule_table.h"
 #include "inspect/interpretation.h"
 #include "inspect/record/derived_json.h"
 #include "inspect/record/record_head.h"
