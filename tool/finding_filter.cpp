@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <variant>
 
-#include "inspect/finding_rules.h"
+#include "inspect/rules/rule_table.h"
 #include "inspect/record/finding_json.h"
 #include "inspect/record/record_head.h"
 #include "tool/nearest_name.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <variant>
 
-#include "inspect/finding_rules.h"
+#include "inspect/rules/rule_table.h"
 
 namespace corvinex::inspect {
 
@@ -43,9 +43,9 @@ void writeArguments(JsonWriter& json, const Finding& finding) {
 }
 
 void writeFinding(JsonWriter& json, const Finding& finding) {
-    json.beginRow().key("id").string(finding.id);
-    json.key("severity").string(severityName(finding.severity));
-    json.key("directory").string(finding.directory).key("tag");
+    json.beginRow().key("id").word(finding.id);
+    json.key("severity").word(severityName(finding.severity));
+    json.key("directory").word(finding.directory).key("tag");
     if (finding.tag) {
         json.integer(std::uint64_t{*finding.tag});
     } else {

@@ -24,6 +24,9 @@ using corvinex::inspect::Value;
 
 constexpr std::uint16_t colorMap = 320;
 constexpr std::uint16_t subIfds = 330;
+constexpr std::uint16_t exifPointer = 34665;
+constexpr std::uint16_t gpsPointer = 34853;
+constexpr std::uint16_t interopPointer = 40965;
 constexpr std::uint16_t sampleFormat = 339;
 constexpr std::uint16_t iccProfile = 34675;
 constexpr std::uint16_t imageSourceData = 37724;
@@ -82,6 +85,7 @@ class Comparison {
     void compareDirectory(const zxArray& set, std::size_t element, const Directory& directory);
     void compareField(const zxArray& value, const std::string& field, const Directory& directory);
     void comparePointer(const zxArray& value, const Entry& entry);
+    void compareTarget(const zxArray& set, const Entry& pointer, std::size_t target);
     void compareSubImages(const zxArray& cells, const Entry& entry);
     void compareUnknownTags(const zxArray& records, const Directory& directory);
     Outcome compareValue(const zxArray& value, const Entry& entry);
@@ -115,6 +119,15 @@ void Comparison::compareSet(const zxArray& set, std::size_t first) {
     }
     const auto directories = file_.directories();
     const auto start = directories[first].record();
+    const auto isInChain = [&start](const Directory& directory) {
+        return directory.record().chainStart == start.chainStart;
+    };
+    if (file_.container() == corvinex::inspect::Container::Jpeg &&
+        host::sizeOf(set).rows <
+            static_cast<std::size_t>(std::ranges::count_if(directories, isInChain))) {
+        bend("chain of a JPEG, of which directories without a field are left out");
+        return;
+    }
     for (std::size_t i = 0; i < host::sizeOf(set).rows; ++i) {
         const std::size_t index = first + i;
         const bool isOfTheChain = index < directories.size() &&
@@ -194,7 +207,34 @@ void Comparison::compareField(const zxArray& value, const std::string& field,
     differ(directory, field + " has another value");
 }
 
+/// The kind of directory that a pointer makes.
+DirectoryKind kindBehind(const Entry& pointer) {
+    switch (pointer.number()) {
+        case exifPointer:
+            return DirectoryKind::Exif;
+        case gpsPointer:
+            return DirectoryKind::Gps;
+        case interopPointer:
+            return DirectoryKind::Interop;
+        default:
+            return DirectoryKind::Sub;
+    }
+}
+
+void Comparison::compareTarget(const zxArray& set, const Entry& pointer, std::size_t target) {
+    if (file_.directories()[target].kind() != kindBehind(pointer)) {
+        bend("directory that pointers of several kinds lead to; the inspection reads it once");
+        return;
+    }
+    compareSet(set, target);
+}
+
 void Comparison::comparePointer(const zxArray& value, const Entry& entry) {
+    const auto isEqual = [&entry](const Entry& other) { return other.number() == entry.number(); };
+    if (std::ranges::count_if(entry.directory().entries(), isEqual) > 1) {
+        bend("equal pointers, of which the last one that is followed wins");
+        return;
+    }
     if (entry.number() == subIfds && host::classOf(value) == host::ValueClass::Cell) {
         compareSubImages(value, entry);
         return;
@@ -204,7 +244,11 @@ void Comparison::comparePointer(const zxArray& value, const Entry& entry) {
         bend("pointer that only one of the two follows");
         return;
     }
-    compareSet(value, targets.front());
+    if (targets.size() > 1) {
+        bend("several values of a pointer to one directory, of which one wins");
+        return;
+    }
+    compareTarget(value, entry, targets.front());
 }
 
 void Comparison::compareSubImages(const zxArray& cells, const Entry& entry) {
@@ -221,7 +265,7 @@ void Comparison::compareSubImages(const zxArray& cells, const Entry& entry) {
         return;
     }
     for (std::size_t i = 0; i < sets; ++i) {
-        compareSet(*host::cellAt(cells, i), targets[i]);
+        compareTarget(*host::cellAt(cells, i), entry, targets[i]);
     }
 }
 
@@ -271,7 +315,7 @@ Outcome Comparison::compareValue(const zxArray& value, const Entry& entry) {
             const auto bytes = host::bytesOf(value);
             // As many bytes as the entry has elements, of whatever type.
             const bool isEqual =
-                entry.number() == imageSourceData &&
+                entry.number() == imageSourceData && bytes.size() <= inspected->bytes().size() &&
                 std::ranges::equal(bytes, inspected->bytes().first(bytes.size()), {}, {},
                                    [](std::byte b) { return std::to_integer<unsigned char>(b); });
             return isEqual ? Outcome::Equal : Outcome::Differs;
@@ -290,7 +334,7 @@ Outcome Comparison::compareNumbers(std::span<const double> numbers, const Entry&
                    ? bend("text of nothing but zeros")
                    : Outcome::Differs;
     }
-    if (entry.number() == colorMap) {
+    if (entry.number() == colorMap && !entry.fieldName().empty()) {
         expected->resize(expected->size() / 3 * 3);
         std::ranges::transform(*expected, expected->begin(), [](double n) { return n / 65535; });
         return areSameNumbers(numbers, *expected) ? bend("colour map, scaled to 1")
@@ -298,6 +342,9 @@ Outcome Comparison::compareNumbers(std::span<const double> numbers, const Entry&
     }
     if (areSameNumbers(numbers, *expected)) {
         return Outcome::Equal;
+    }
+    if (entry.number() == imageSourceData && entry.fieldName().empty() && numbers.empty()) {
+        return bend("bytes of layers, which are no value where their tag has no name");
     }
     switch (entry.number()) {
         case grayResponseUnit:

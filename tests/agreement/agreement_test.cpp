@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -10,6 +11,7 @@
 #include <span>
 #include <string>
 
+#include "tests/agreement/generated_files.h"
 #include "tests/corpus/corpus_files.h"
 #include "tests/damage/damage_samples.h"
 #include "tests/support/module_call.h"
@@ -82,6 +84,21 @@ TEST(Agreement, HoldsForFilesWithAByteChanged) {
         }
     }
     expectAgreement(agreement, 10'000);
+}
+
+TEST(Agreement, HoldsForGeneratedFiles) {
+#ifdef CORVINEX_SANITIZED
+    constexpr std::uint64_t files = 2'000;
+#else
+    constexpr std::uint64_t files = 20'000;
+#endif
+    Agreement agreement;
+    for (std::uint64_t number = 0; number < files; ++number) {
+        const test::GeneratedFile file = test::generateFile(number);
+        compare(file.bytes, file.headerPosition, "generated file " + std::to_string(number),
+                agreement);
+    }
+    expectAgreement(agreement, 3 * files);
 }
 
 TEST(Agreement, HoldsForRealFiles) {
