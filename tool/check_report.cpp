@@ -194,9 +194,12 @@ void writeCheckRows(TextSink& sink, const InspectedFile& file, const Verdict& ve
 }
 
 void printRules(std::ostream& out) {
-    constexpr std::size_t idWidth = 24;
+    constexpr std::size_t idWidth = 23;
+    constexpr std::size_t scopeWidth = 11;
+    constexpr std::size_t sourceWidth = 20;
     for (const corvinex::inspect::RuleFact& rule : corvinex::inspect::findingRules()) {
         out << padded(severityName(rule.severity), severityWidth) << padded(rule.id, idWidth)
+            << padded(scopeName(rule.scope), scopeWidth) << padded(rule.source, sourceWidth)
             << rule.text << '\n';
     }
 }

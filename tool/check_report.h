@@ -31,7 +31,7 @@ inline constexpr std::string_view checkHeading =
 void writeCheckRows(corvinex::inspect::TextSink& sink, const InspectedFile& file,
                     const Verdict& verdict);
 
-/// The table of all rules: severity, ID and text.
+/// The table of all rules: severity, ID, scope, source and text.
 void printRules(std::ostream& out);
 
 }  // namespace tool

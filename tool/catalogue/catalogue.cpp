@@ -74,29 +74,29 @@ bool isBelow(std::string_view path, std::string_view root) {
 
 Catalogue::Statements::Statements(Database& database)
     : find(database, "SELECT status, size, mtime_ns, inode FROM files WHERE path = ?1"),
-      owner(database, "SELECT id, scan FROM files WHERE path = ?1"),
+      owner(database, "SELECT id, scan_id FROM files WHERE path = ?1"),
       insertFile(database,
-                 "INSERT INTO files (id, path, file, file_bytes, scan, mtime_ns, inode, size, "
+                 "INSERT INTO files (id, path, file, file_bytes, scan_id, mtime_ns, inode, size, "
                  "modified, status, reason, container, byte_order, header_offset, width, height, "
                  "pages, taken, latitude, longitude, altitude, make, model, lens, crs, derived) "
                  "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16, "
                  "?17, ?18, ?19, ?20, ?21, ?22, ?23, ?24, ?25, ?26) ON CONFLICT (path) DO NOTHING"),
       insertDirectory(database,
-                      "INSERT INTO directories (id, file, position, path, kind, parent, offset, "
+                      "INSERT INTO directories (id, file_id, position, path, kind, parent_id, offset, "
                       "entries, compression, photometric, strips, tiles, bytes, derived) VALUES "
                       "(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14)"),
       insertTag(database,
-                "INSERT INTO tags (directory, number, entry, name, field, type, count, offset, "
+                "INSERT INTO tags (directory_id, number, entry, name, field, type, count, offset, "
                 "json, integer, real, text, meaning, charset, rest, truncated, directories) VALUES "
                 "(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16, ?17)"),
       insertFinding(database,
-                    "INSERT INTO findings (file, position, id, severity, directory, tag, "
+                    "INSERT INTO findings (file_id, position, id, severity, directory, tag, "
                     "arguments, text) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)"),
       deleteTags(database,
-                 "DELETE FROM tags WHERE directory IN "
-                 "(SELECT id FROM directories WHERE file = ?1)"),
-      deleteDirectories(database, "DELETE FROM directories WHERE file = ?1"),
-      deleteFindings(database, "DELETE FROM findings WHERE file = ?1"),
+                 "DELETE FROM tags WHERE directory_id IN "
+                 "(SELECT id FROM directories WHERE file_id = ?1)"),
+      deleteDirectories(database, "DELETE FROM directories WHERE file_id = ?1"),
+      deleteFindings(database, "DELETE FROM findings WHERE file_id = ?1"),
       deleteFile(database, "DELETE FROM files WHERE id = ?1") {}
 
 Catalogue::Catalogue(const std::string& path) : database_(path) {
@@ -356,7 +356,7 @@ void Catalogue::finishScan(const ScanCounts& counts) {
     commit();
     const std::lock_guard lock(mutex_);
     if (counts.written != 0) {
-        const std::string sql = "SELECT count(*) FROM files WHERE scan = " + std::to_string(scan_);
+        const std::string sql = "SELECT count(*) FROM files WHERE scan_id = " + std::to_string(scan_);
         const std::int64_t rows = database_.number(sql);
         if (static_cast<std::uint64_t>(rows) != counts.written) {
             throw DatabaseError(SQLITE_ERROR, "it has " + std::to_string(rows) + " rows of the " +

@@ -1,5 +1,6 @@
 #include "tool/catalogue/scan_run.h"
 
+#include <chrono>
 #include <exception>
 #include <system_error>
 #include <thread>
@@ -14,6 +15,18 @@
 
 namespace tool {
 namespace {
+
+/// Whether a later change of the file will show in its stamp. It may not where the file changed
+/// while it was read, or so shortly before that another change would get the same time: the
+/// system's clock for files goes in steps of up to 10 ms.
+bool isSteady(const ListedPath& path, std::chrono::system_clock::time_point opened) {
+    constexpr std::chrono::milliseconds clockStep{20};
+    if (!path.stamp || stampOf(path.name) != path.stamp) {
+        return false;
+    }
+    const std::chrono::nanoseconds modified(path.stamp->modified);
+    return std::chrono::abs(opened.time_since_epoch() - modified) > clockStep;
+}
 
 /// Hands the blocks of one file to the queue. A file whose reading failed has no end otherwise.
 class QueuedBlocks final : public BlockSink {
@@ -100,15 +113,15 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
         ++counts_.unchanged;
         return;
     }
+    const auto now = std::chrono::system_clock::now();
     const InspectedFile file(path.name, files_.how);
     progress_.add(file.file() == nullptr ? 1 : file.file()->findings().size());
     // What was an image when it was read before is not passed over now.
     if (!path.isAsked && !file.isImage() && !known) {
         return;
     }
-    // What changes while it is read is read again by the next scan.
-    const bool isSteady = path.stamp && stampOf(path.name) == path.stamp;
-    collectRows(file, absolute, isSteady ? path.stamp : std::nullopt, options_.maxValues, blocks);
+    const auto stamp = isSteady(path, now) ? path.stamp : std::nullopt;
+    collectRows(file, absolute, stamp, options_.maxValues, blocks);
     const auto status = static_cast<std::size_t>(corvinex::inspect::statusOf(file.file()));
     const std::lock_guard lock(mutex_);
     ++counts_.found;

@@ -22,7 +22,7 @@ CREATE TABLE files (
     path NOT NULL UNIQUE,
     file TEXT NOT NULL,
     file_bytes BLOB,
-    scan INTEGER NOT NULL REFERENCES scans (id),
+    scan_id INTEGER NOT NULL REFERENCES scans (id),
     mtime_ns INTEGER,
     inode INTEGER,
     size INTEGER,
@@ -47,11 +47,11 @@ CREATE TABLE files (
 );
 CREATE TABLE directories (
     id INTEGER PRIMARY KEY,
-    file INTEGER NOT NULL REFERENCES files (id),
+    file_id INTEGER NOT NULL REFERENCES files (id),
     position INTEGER NOT NULL,
     path TEXT NOT NULL,
     kind TEXT NOT NULL,
-    parent INTEGER REFERENCES directories (id),
+    parent_id INTEGER REFERENCES directories (id),
     offset,
     entries INTEGER NOT NULL,
     compression TEXT,
@@ -60,10 +60,10 @@ CREATE TABLE directories (
     tiles,
     bytes,
     derived TEXT NOT NULL,
-    UNIQUE (file, position)
+    UNIQUE (file_id, position)
 );
 CREATE TABLE tags (
-    directory INTEGER NOT NULL REFERENCES directories (id),
+    directory_id INTEGER NOT NULL REFERENCES directories (id),
     number INTEGER NOT NULL,
     entry INTEGER NOT NULL,
     name TEXT,
@@ -80,10 +80,10 @@ CREATE TABLE tags (
     rest BLOB,
     truncated INTEGER NOT NULL,
     directories TEXT,
-    PRIMARY KEY (directory, number, entry)
+    PRIMARY KEY (directory_id, number, entry)
 ) WITHOUT ROWID;
 CREATE TABLE findings (
-    file INTEGER NOT NULL REFERENCES files (id),
+    file_id INTEGER NOT NULL REFERENCES files (id),
     position INTEGER NOT NULL,
     id TEXT NOT NULL,
     severity TEXT NOT NULL,
@@ -91,7 +91,7 @@ CREATE TABLE findings (
     tag INTEGER,
     arguments TEXT NOT NULL,
     text TEXT NOT NULL,
-    PRIMARY KEY (file, position)
+    PRIMARY KEY (file_id, position)
 ) WITHOUT ROWID;
 
 CREATE VIEW images AS
@@ -102,19 +102,19 @@ SELECT
     d.path AS directory,
     f.status AS status,
     coalesce(
-        (SELECT integer FROM tags WHERE directory = d.id AND number = 256),
+        (SELECT integer FROM tags WHERE directory_id = d.id AND number = 256),
         CASE WHEN f.container = 'JPEG' AND d.path = '0' THEN f.width END) AS width,
     coalesce(
-        (SELECT integer FROM tags WHERE directory = d.id AND number = 257),
+        (SELECT integer FROM tags WHERE directory_id = d.id AND number = 257),
         CASE WHEN f.container = 'JPEG' AND d.path = '0' THEN f.height END) AS height,
-    (SELECT json_extract(json, '$[0]') FROM tags WHERE directory = d.id AND number = 258) AS bits,
-    (SELECT integer FROM tags WHERE directory = d.id AND number = 277) AS samples,
+    (SELECT json_extract(json, '$[0]') FROM tags WHERE directory_id = d.id AND number = 258) AS bits,
+    (SELECT integer FROM tags WHERE directory_id = d.id AND number = 277) AS samples,
     d.compression AS compression,
     d.photometric AS photometric,
     f.pages AS pages,
-    (SELECT text FROM tags WHERE directory = d.id AND number = 305) AS software,
-    (SELECT coalesce(meaning, text) FROM tags WHERE directory = d.id AND number = 306) AS date
-FROM directories AS d JOIN files AS f ON f.id = d.file
+    (SELECT text FROM tags WHERE directory_id = d.id AND number = 305) AS software,
+    (SELECT coalesce(meaning, text) FROM tags WHERE directory_id = d.id AND number = 306) AS date
+FROM directories AS d JOIN files AS f ON f.id = d.file_id
 WHERE d.kind = 'main';
 
 CREATE VIEW photos AS
@@ -125,15 +125,15 @@ SELECT
     f.make AS make,
     f.model AS model,
     f.lens AS lens,
-    (SELECT real FROM tags WHERE directory = e.id AND number = 33434) AS exposure,
-    (SELECT real FROM tags WHERE directory = e.id AND number = 33437) AS f_number,
-    (SELECT integer FROM tags WHERE directory = e.id AND number = 34855) AS iso,
-    (SELECT real FROM tags WHERE directory = e.id AND number = 37386) AS focal_length,
+    (SELECT real FROM tags WHERE directory_id = e.id AND number = 33434) AS exposure,
+    (SELECT real FROM tags WHERE directory_id = e.id AND number = 33437) AS f_number,
+    (SELECT integer FROM tags WHERE directory_id = e.id AND number = 34855) AS iso,
+    (SELECT real FROM tags WHERE directory_id = e.id AND number = 37386) AS focal_length,
     f.taken AS taken,
     f.latitude AS latitude,
     f.longitude AS longitude,
     f.altitude AS altitude
-FROM files AS f LEFT JOIN directories AS e ON e.file = f.id AND e.path = '0.exif'
+FROM files AS f LEFT JOIN directories AS e ON e.file_id = f.id AND e.path = '0.exif'
 WHERE e.id IS NOT NULL OR f.make IS NOT NULL OR f.taken IS NOT NULL OR f.latitude IS NOT NULL;
 )sql";
 
