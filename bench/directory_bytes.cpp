@@ -2,23 +2,13 @@
 
 #include <bit>
 
+#include "vocabulary/field_types.h"
+
 namespace bench {
 namespace {
 
 unsigned widthOf(Type type) {
-    switch (type) {
-        case Type::Short:
-            return 2;
-        case Type::Long:
-            return 4;
-        case Type::Rational:
-        case Type::SRational:
-        case Type::Double:
-        case Type::Long8:
-            return 8;
-        default:
-            return 1;
-    }
+    return static_cast<unsigned>(corvinex::getElementWidth(static_cast<std::uint32_t>(type)));
 }
 
 // TIFF asks for even offsets of values.

@@ -12,10 +12,9 @@
 #include "bench/arguments.h"
 #include "bench/cpu_clock.h"
 #include "bench/result_count.h"
+#include "corvinex/file.h"
 #include "host/loading/module.h"
 #include "host/platform/unicode.h"
-#include "tool/jpeg_exif.h"
-#include "tool/positioned_file.h"
 
 namespace {
 
@@ -30,8 +29,7 @@ double headerOffsetOf(const std::string& file) {
     if (!isNamedAsJpeg(file)) {
         return 0;
     }
-    tool::PositionedFile bytes(file);
-    return static_cast<double>(tool::findExifTiffHeader(bytes).value_or(0));
+    return static_cast<double>(corvinex::inspect::findHeader(file).offset.value_or(0));
 }
 
 class Reading {

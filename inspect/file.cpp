@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "inspect/file_content.h"
-#include "inspect/structure_findings.h"
+#include "inspect/rules/rules.h"
 
 namespace corvinex::inspect {
 
@@ -77,13 +77,19 @@ std::span<const Entry> File::entries() const noexcept {
 
 std::span<const Finding> File::findings() const {
     if (!content_->findings) {
-        content_->findings = findInStructure(*content_);
+        content_->findings = findProblems(*content_);
     }
     return *content_->findings;
 }
 
 Status File::status() const {
     return statusOf(*content_, findings());
+}
+
+HeaderLocation findHeader(const std::filesystem::path& path) {
+    FileContent content(Source::open(path));
+    readHeader(content, {});
+    return {content.container, content.header.position};
 }
 
 std::string_view containerName(Container container) noexcept {

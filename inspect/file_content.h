@@ -106,7 +106,17 @@ inline constexpr std::uint8_t deepestLevel = 16;
 /// Recognises the container and finds the TIFF header.
 void readHeader(FileContent& file, const Options& options);
 
+/// Which pointers are followed, and where to.
+enum class PointerRule : std::uint8_t {
+    /// Values of the four pointer tags in any integer type, each for one offset; none of a garbled
+    /// directory.
+    Exact,
+    /// As the module does: values of SubIFDs and EXIF pointers in any type that it knows. Offsets
+    /// are 4 bytes each and as many as the value has elements.
+    Module,
+};
+
 /// Reads all directories and entries that the header leads to.
-void readDirectories(FileContent& file);
+void readDirectories(FileContent& file, PointerRule rule = PointerRule::Exact);
 
 }  // namespace corvinex::inspect

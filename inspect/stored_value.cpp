@@ -101,4 +101,26 @@ std::optional<PointerValue> readPointerValue(const FileContent& file, const Entr
     return value;
 }
 
+std::optional<PointerValue> readPointerOfModule(const FileContent& file, const EntryRecord& entry,
+                                                std::uint64_t index) {
+    constexpr std::uint64_t stride = 4;
+    const std::uint64_t numberSize = findFieldType(entry.type)->number;
+    // Whole numbers are read, as their bytes are put in order together.
+    const std::uint64_t unit = std::max(stride, numberSize);
+    const std::uint64_t start = index * stride / unit * unit;
+    const std::uint64_t byteCount = getByteCount(file, entry);
+    if (start >= byteCount) {
+        return PointerValue{};
+    }
+    const std::uint64_t length = std::min(unit, byteCount - start);
+    std::array<unsigned char, 8> buffer{};
+    const auto bytes = std::span(buffer).first(static_cast<std::size_t>(length));
+    if (!readValueBytes(file, entry, start, std::as_writable_bytes(bytes))) {
+        return std::nullopt;
+    }
+    raw2native(bytes.data(), numberSize, length / numberSize, file.swap);
+    const auto place = static_cast<std::size_t>(index * stride - start);
+    return PointerValue{.bits = loadNative<std::uint32_t>(buffer, place), .isNegative = false};
+}
+
 }  // namespace corvinex::inspect

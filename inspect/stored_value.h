@@ -50,4 +50,11 @@ struct PointerValue {
                                                            const EntryRecord& entry,
                                                            std::uint64_t index);
 
+/// The offset that the module takes for one of a pointer's values: 4 bytes of the value as it lies
+/// in memory, whatever its type, with zeros behind its end. Nothing when the file has become
+/// shorter.
+[[nodiscard]] std::optional<PointerValue> readPointerOfModule(const FileContent& file,
+                                                              const EntryRecord& entry,
+                                                              std::uint64_t index);
+
 }  // namespace corvinex::inspect

@@ -9,6 +9,7 @@
 #include "inspect/field_type.h"
 #include "inspect/file_content.h"
 #include "inspect/stored_value.h"
+#include "vocabulary/field_types.h"
 
 // The walk over a file's directories. It knows numbers and offsets and no tags but the four that
 // point to directories.
@@ -24,8 +25,9 @@ constexpr std::uint64_t bytesPerItem = 4;
 
 class Walk {
   public:
-    explicit Walk(FileContent& file)
+    Walk(FileContent& file, PointerRule rule)
         : file_(file),
+          rule_(rule),
           total_(std::min<std::uint64_t>(leastTotal + file.source.size() / bytesPerItem,
                                          pointer_state::lastPlace)) {}
 
@@ -76,7 +78,7 @@ class Walk {
         const DirectoryRecord& directory = file_.directories[level.directory].record();
         while (level.entry < directory.entryCount) {
             const std::uint32_t entry = directory.firstEntry + level.entry++;
-            if (const auto* tag = findPointerTag(file_.entries[entry].number())) {
+            if (const auto* tag = findFollowedTag(file_.entries[entry].number())) {
                 beginPointer(level, entry, static_cast<std::size_t>(tag - pointerTags.data()));
                 return;
             }
@@ -87,15 +89,32 @@ class Walk {
         }
     }
 
+    const PointerTag* findFollowedTag(std::uint16_t number) const {
+        const PointerTag* tag = findPointerTag(number);
+        const bool isFollowed =
+            tag != nullptr && (rule_ == PointerRule::Exact || tag->kind == DirectoryKind::Sub ||
+                               tag->kind == DirectoryKind::Exif);
+        return isFollowed ? tag : nullptr;
+    }
+
+    bool isFollowed(const EntryRecord& entry, const DirectoryRecord& directory) const {
+        if (entry.count == 0 || !isInFile(file_, entry)) {
+            return false;
+        }
+        if (rule_ == PointerRule::Module) {
+            return isKnownTypeCode(entry.type) && getElementWidth(entry.type) != 0;
+        }
+        const FieldTypeFact* type = findFieldType(entry.type);
+        return !directory.isGarbled && type != nullptr && holdsIntegers(*type);
+    }
+
     void beginPointer(Level& level, std::uint32_t entry, std::size_t tag) {
         EntryRecord record = file_.entries[entry].record();
         level.firstValue = level.values.at(tag);
         level.values.at(tag) = saturatingAdd(level.firstValue, record.count);
         level.value = level.valueCount = 0;
         DirectoryRecord directory = file_.directories[level.directory].record();
-        const FieldTypeFact* type = findFieldType(record.type);
-        if (directory.isGarbled || type == nullptr || !holdsIntegers(*type) ||
-            !isInFile(file_, record) || record.count == 0) {
+        if (!isFollowed(record, directory)) {
             return;
         }
         if (directory.depth == deepestLevel) {
@@ -119,7 +138,9 @@ class Walk {
         const std::uint32_t entry = parent.firstEntry + level.entry - 1;
         const EntryRecord record = file_.entries[entry].record();
         const std::uint64_t index = level.value++;
-        const std::optional<PointerValue> value = readPointerValue(file_, record, index);
+        const std::optional<PointerValue> value = rule_ == PointerRule::Exact
+                                                      ? readPointerValue(file_, record, index)
+                                                      : readPointerOfModule(file_, record, index);
         if (!value || value->isNegative || value->bits == 0) {
             return;
         }
@@ -258,6 +279,7 @@ class Walk {
     }
 
     FileContent& file_;
+    PointerRule rule_;
     std::uint64_t total_;
     std::uint64_t used_ = 0;
     std::vector<Level> levels_;
@@ -273,9 +295,9 @@ const PointerTag* findPointerTag(std::uint16_t number) noexcept {
     return row == pointerTags.end() ? nullptr : row;
 }
 
-void readDirectories(FileContent& file) {
+void readDirectories(FileContent& file, PointerRule rule) {
     if (file.header.byteOrder) {
-        Walk(file).run();
+        Walk(file, rule).run();
     }
 }
 

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "samples/geo_images.h"
 #include "samples/odd_files.h"
 #include "samples/photos.h"
 #include "samples/plain_images.h"
@@ -26,6 +27,7 @@ std::vector<samples::Sample> allSamples() {
     all.push_back(samples::damaged());
     all.push_back(samples::photo());
     all.push_back(samples::rawPhoto());
+    all.push_back(samples::elevation());
     for (const samples::Sample& sample : all) {
         if (sample.content.size() > largestSample) {
             throw std::length_error(sample.name + " is larger than a sample may be");

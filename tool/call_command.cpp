@@ -1,9 +1,11 @@
 #include "tool/call_command.h"
 
+#include <new>
 #include <optional>
 
 #include "tool/call_record.h"
 #include "tool/diagnostics.h"
+#include "tool/header_search.h"
 #include "tool/input_file.h"
 #include "tool/memory_limit.h"
 #include "tool/module_location.h"
@@ -11,11 +13,22 @@
 namespace tool {
 namespace {
 
+double headerOffsetOf(const CallOptions& options, const InputFile& input) {
+    return options.headerOffset ? *options.headerOffset
+                                : static_cast<double>(headerOffsetIn(locateHeader(input.path())));
+}
+
 host::CallResult resultOf(const host::Module& module, const CallOptions& options,
                           const InputFile& input, MemoryLimit& limit) {
     limit.setForFile(input.size());
-    host::CallResult result =
-        module.call(input.moduleName(), options.headerOffset, options.skip, options.limit);
+    host::CallResult result;
+    try {
+        result = module.call(input.moduleName(), headerOffsetOf(options, input), options.skip,
+                             options.limit);
+    } catch (const std::bad_alloc&) {
+        result.failure =
+            host::Failure{.report = std::nullopt, .message = "", .isOutOfMemory = true};
+    }
     if (result.failure && result.failure->isOutOfMemory) {
         result.failure->message = limit.exceededText();
     }
@@ -60,7 +73,7 @@ ExitStatus call(const host::Module& module, const CallOptions& options, std::ost
 ExitStatus runCall(const Arguments& arguments, std::ostream& out, std::ostream& err) {
     const CallOptions options{
         .file = arguments.operands().front(),
-        .headerOffset = arguments.number("header-offset").value(),
+        .headerOffset = arguments.number("header-offset"),
         .skip = arguments.number("skip").value(),
         .limit = arguments.number("limit").value(),
         .maxMemory = arguments.size("max-memory"),

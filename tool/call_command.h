@@ -13,16 +13,17 @@ namespace tool {
 
 struct CallOptions {
     std::string file;
-    double headerOffset = 0;
+    std::optional<double> headerOffset;  ///< looked for when not given
     double skip = 0;
     double limit = 0;
     std::optional<std::uint64_t> maxMemory;
 };
 
-/// Calls the module with exactly these arguments and prints the call record on out; Failed when the
-/// call ended in an error. A chain that comes back on itself is read for ever when the limit is 0.
-/// The record is what the module says, but for the name of the file, which is the one it was asked
-/// for by. Of a folder, an empty file and a file that may not be read the reason is told on err.
+/// Calls the module with exactly these numbers and prints the call record on out; Failed when the
+/// call ended in an error. Only a header offset that is not given is looked for. A chain that comes
+/// back on itself is read for ever when the limit is 0. The record is what the module says, but for
+/// the name of the file, which is the one it was asked for by. Of a folder, an empty file and a
+/// file that may not be read the reason is told on err.
 ExitStatus call(const host::Module& module, const CallOptions& options, std::ostream& out,
                 std::ostream& err);
 

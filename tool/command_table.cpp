@@ -36,7 +36,8 @@ constexpr std::array showOptions{
 };
 
 constexpr std::array callOptions{
-    OptionRow{"header-offset", ValueKind::AnyNumber, "N", "0", "Byte position of the TIFF header"},
+    OptionRow{"header-offset", ValueKind::AnyNumber, "N", "",
+              "Byte position of the TIFF header (default: 0, in a JPEG where the EXIF block is)"},
     OptionRow{"skip", ValueKind::AnyNumber, "N", "0", "Directories to skip"},
     OptionRow{"limit", ValueKind::AnyNumber, "N", "0",
               "Most directories to keep in one set; 0 is no limit"},

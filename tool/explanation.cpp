@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "inspect/finding_rules.h"
+#include "inspect/rules/rule_table.h"
 
 namespace tool {
 namespace {

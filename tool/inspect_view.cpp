@@ -207,11 +207,26 @@ class FileWriter {
         }
         sink_.write("\n");
         writeDirectoryHead(directory, path);
+        // What was read out of other data has little to say, and screens full of it.
+        const bool hidesRubbish =
+            directory.record().isGarbled && !view_.isWhole && !view_.isRaw && !view_.isSelection;
+        std::uint64_t hidden = 0;
         for (const Entry& entry : directory.entries()) {
-            if (isWanted(entry)) {
+            if (hidesRubbish && !isReadable(entry)) {
+                ++hidden;
+            } else if (isWanted(entry)) {
                 writeEntry(entry, nameColumns);
             }
         }
+        if (hidden != 0) {
+            writeText(std::string(indentation, ' '), indentation,
+                      "(" + reading::countText(hidden, "entry", "entries") +
+                          " without a readable value left out; --all shows them)");
+        }
+    }
+
+    [[nodiscard]] static bool isReadable(const Entry& entry) {
+        return entry.type() && entry.count() != 0 && entry.isInFile();
     }
 
     void writeDirectoryHead(const Directory& directory, const std::string& path) {

@@ -1,37 +1,29 @@
 #include "tool/main_chain.h"
 
-#include <unordered_map>
-
-#include "tool/chain_check.h"
-
 namespace tool {
 
-MainChain followMainChain(const DirectoryReader& reader, std::uint64_t atMost) {
+MainChain mainChainOf(const DirectoryChains& chains, std::uint64_t atMost) {
     MainChain chain;
-    chain.mayLackDirectories = reader.isJpeg();
-    std::unordered_map<std::uint64_t, std::uint64_t> placeOfPosition;
-    std::optional<std::uint64_t> position = reader.positionOf(reader.firstOffset());
-    while (position) {
-        const DirectoryOutline outline = reader.outlineAt(*position);
-        if (outline.entryCount == 0) {
-            break;
-        }
-        const auto known = placeOfPosition.find(*position);
-        if (known != placeOfPosition.end()) {
-            chain.comesBackTo = known->second;
+    chain.mayLackDirectories = chains.isJpeg();
+    // The directories of the main chain are the file's first, one behind the other.
+    std::uint32_t at = chains.first();
+    while (DirectoryChains::isDirectory(at)) {
+        if (at < chain.directories) {
+            chain.comesBackTo = at + std::uint64_t{1};
             break;
         }
         if (chain.directories == atMost) {
             return chain;
         }
-        if (!outline.entriesInFile) {
+        if (isCutOff(chains.file().directories[at])) {
             chain.endsCutOff = true;
             break;
         }
-        placeOfPosition.emplace(*position, ++chain.directories);
-        position = nextDirectory(reader, outline);
+        ++chain.directories;
+        at = chains.next(at);
     }
-    chain.isWhole = true;
+    chain.isTooLong = at == DirectoryChains::unknown;
+    chain.isWhole = !chain.isTooLong;
     return chain;
 }
 

@@ -3,24 +3,26 @@
 #include <cstdint>
 #include <optional>
 
-#include "tool/directory_reader.h"
+#include "tool/directory_chains.h"
 
 namespace tool {
 
-/// The main chain of a file as far as it was followed, by counts and next-directory offsets only.
+/// The main chain of a file as far as a read goes along it.
 struct MainChain {
     std::uint64_t directories = 0;  ///< distinct ones, of which the file holds every entry
-    bool isWhole = false;           ///< it was followed to its end, or to where it comes back
+    bool isWhole = false;           ///< they go to its end, or to where it comes back
     /// It ends in one more directory, whose entries the file does not hold in full.
     bool endsCutOff = false;
+    /// The inspection has not read all of it: it has more entries than the file could hold.
+    bool isTooLong = false;
     /// The place, from 1 on, of the directory that it comes back to.
     std::optional<std::uint64_t> comesBackTo;
     /// The module leaves out directories that yield no field, as it does in a JPEG.
     bool mayLackDirectories = false;
 };
 
-/// Follows the main chain by the module's rules over at most so many directories.
-MainChain followMainChain(const DirectoryReader& reader, std::uint64_t atMost);
+/// The first so many directories of the main chain.
+MainChain mainChainOf(const DirectoryChains& chains, std::uint64_t atMost);
 
 /// The places of the directories that a read gives, for their headings.
 struct DirectoryPlaces {

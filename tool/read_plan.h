@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 #include "tool/main_chain.h"
@@ -20,21 +19,16 @@ struct ReadRequest {
 /// What is handed to the module so that the read finds the header and comes to an end.
 struct ReadPlan {
     std::uint64_t headerOffset = 0;
-    std::uint64_t limit = 0;
-    std::string warning;  ///< what the person should know of it; often empty
-    MainChain chain;      ///< as far as the read goes, or further
+    std::uint64_t limit = 0;  ///< never 0
+    std::string warning;      ///< what the person should know of it; often empty
+    MainChain chain;          ///< as far as the read goes, or further
 };
 
-/// Raised when a file is better not handed to the module; what() says why, without the name.
-class UnreadableFile : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
-
-/// Looks at a file and plans its read: finds the EXIF block of a JPEG, and where no limit was asked
+/// Inspects a file and plans its read: finds the EXIF block of a JPEG, and where no limit was asked
 /// for sets one that ends every chain of directories that comes back on itself and cuts no other,
-/// as far as that can be found out cheaply. Raises UnreadableFile for a JPEG without an EXIF block,
-/// for one whose chain no limit could end, and where every directory of the chain is skipped.
+/// unless the file tells more directories than it could hold. Raises InputRefused for a JPEG
+/// without an EXIF block, for one whose chain no limit could end, and where every directory of the
+/// chain is skipped.
 ReadPlan planRead(const std::string& path, const ReadRequest& request);
 
 }  // namespace tool

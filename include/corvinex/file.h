@@ -88,6 +88,17 @@ class File {
     std::unique_ptr<FileContent> content_;
 };
 
+/// What a file is by its first bytes, and where its TIFF header stands.
+struct HeaderLocation {
+    std::optional<Container> container;   ///< nothing for what is no image
+    std::optional<std::uint64_t> offset;  ///< in bytes; nothing when no header was found
+};
+
+/// Finds the header of a regular file as File::open does when it is told none, and reads no
+/// directory. Takes time in proportion to what stands before a JPEG's image data. Raises
+/// std::system_error when the file cannot be opened or read.
+[[nodiscard]] HeaderLocation findHeader(const std::filesystem::path& path);
+
 /// "JPEG", "TIFF" or "BigTIFF".
 [[nodiscard]] std::string_view containerName(Container container) noexcept;
 /// "little-endian" or "big-endian".

@@ -1,5 +1,6 @@
 #include "inspect/record/json_writer.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -9,17 +10,15 @@ namespace corvinex::inspect {
 
 namespace {
 
-// Enough that handing on costs nothing beside the text, and little enough for many files at once.
-constexpr std::size_t partSize = std::size_t{64} << 10U;
-
 constexpr std::string_view hexDigits = "0123456789abcdef";
 
-void appendEscape(std::string& text, unsigned unit) {
-    text += "\\u";
-    for (unsigned shift = 16; shift != 0;) {
-        shift -= 4;
-        text += hexDigits[unit >> shift & 0xFU];
+/// The escape of a character by its code.
+std::array<char, 6> escapeOf(unsigned unit) {
+    std::array<char, 6> escape{'\\', 'u'};
+    for (std::size_t i = 2; i < escape.size(); ++i) {
+        escape[i] = hexDigits[unit >> (20U - 4U * i) & 0xFU];
     }
+    return escape;
 }
 
 constexpr std::uint8_t byteAt(std::string_view text, std::size_t index) {
@@ -48,57 +47,56 @@ constexpr Escape escapeAt(std::string_view text) {
     return {};
 }
 
-constexpr bool mayNeedEscape(char character) {
-    const auto byte = static_cast<std::uint8_t>(character);
-    return byte < 0x20 || byte == '"' || byte == '\\' || byte == 0x7F || byte == 0xC2 ||
-           byte == 0xE2;
-}
+/// For each byte whether it stands as it is, whatever follows.
+constexpr std::array<bool, 256> plainBytes = [] {
+    std::array<bool, 256> plain{};
+    for (std::size_t byte = 0x20; byte < plain.size(); ++byte) {
+        plain[byte] = byte != '"' && byte != '\\' && byte != 0x7F && byte != 0xC2 && byte != 0xE2;
+    }
+    return plain;
+}();
 
 }  // namespace
 
+JsonWriter::JsonWriter(TextSink& sink, Style style)
+    : sink_(sink), style_(style), part_(std::make_unique_for_overwrite<char[]>(partSize)) {}
+
 void JsonWriter::flush() {
-    sink_.write(text_);
-    text_.clear();
+    sink_.write({part_.get(), length_});
+    length_ = 0;
+}
+
+void JsonWriter::putInParts(std::string_view text) {
+    while (!text.empty()) {
+        if (length_ == partSize) {
+            flush();
+        }
+        const std::string_view start = text.substr(0, partSize - length_);
+        std::ranges::copy(start, part_.get() + length_);
+        length_ += start.size();
+        text.remove_prefix(start.size());
+    }
 }
 
 void JsonWriter::newLine() {
-    text_ += '\n';
-    text_.append(2 * levels_.size(), ' ');
+    put('\n');
+    for (std::size_t blank = 0; blank < 2 * levels_.size(); ++blank) {
+        put(' ');
+    }
 }
 
-void JsonWriter::beginValue() {
-    if (isAfterKey_) {
-        isAfterKey_ = false;
-        return;
-    }
-    if (levels_.empty()) {
-        return;
-    }
-    Level& level = levels_.back();
-    if (!level.isEmpty) {
-        text_ += ',';
-    }
-    if (style_ == Style::Indented && level.layout == Layout::Open) {
+void JsonWriter::indent(const Level& level) {
+    if (level.layout == Layout::Open) {
         newLine();
-    } else if (style_ == Style::Indented && !level.isEmpty) {
-        text_ += ' ';
-    }
-    level.isEmpty = false;
-}
-
-void JsonWriter::endValue() {
-    if (levels_.empty()) {
-        text_ += '\n';
-    }
-    if (text_.size() >= partSize) {
-        flush();
+    } else if (!level.isEmpty) {
+        put(' ');
     }
 }
 
 JsonWriter& JsonWriter::begin(char bracket, Layout layout) {
     const bool isInRow = !levels_.empty() && levels_.back().layout == Layout::Inline;
     beginValue();
-    text_ += bracket;
+    put(bracket);
     levels_.push_back({.isEmpty = true, .layout = isInRow ? Layout::Inline : layout});
     return *this;
 }
@@ -109,61 +107,67 @@ JsonWriter& JsonWriter::end(char bracket) {
     if (style_ == Style::Indented && level.layout == Layout::Open && !level.isEmpty) {
         newLine();
     }
-    text_ += bracket;
+    put(bracket);
     endValue();
     return *this;
 }
 
-JsonWriter& JsonWriter::key(std::string_view name) {
+JsonWriter& JsonWriter::escapedKey(std::string_view name) {
     beginValue();
-    text_ += '"';
-    escaped(name);
-    text_ += style_ == Style::Indented ? "\": " : "\":";
-    isAfterKey_ = true;
+    put('"');
+    putEscaped(name);
+    endKey();
     return *this;
 }
 
 JsonWriter& JsonWriter::string(std::string_view text) {
     beginValue();
-    text_ += '"';
-    escaped(text);
-    text_ += '"';
+    put('"');
+    putEscaped(text);
+    put('"');
     endValue();
     return *this;
 }
 
-void JsonWriter::escaped(std::string_view text) {
-    while (!text.empty()) {
-        std::size_t plain = 0;
-        while (plain < text.size() && plain < partSize && !mayNeedEscape(text[plain])) {
-            ++plain;
-        }
-        text_ += text.substr(0, plain);
-        text.remove_prefix(plain);
-        if (text_.size() >= partSize) {
-            flush();
-        }
-        if (text.empty() || plain == partSize) {
+/// Puts what needs no escape at the start of a text, as far as there is room, and returns the rest.
+std::string_view JsonWriter::putPlainStart(std::string_view text) {
+    const std::size_t most = std::min(text.size(), partSize - length_);
+    char* const target = part_.get() + length_;
+    std::size_t plain = 0;
+    while (plain < most && plainBytes[static_cast<std::uint8_t>(text[plain])]) {
+        target[plain] = text[plain];
+        ++plain;
+    }
+    length_ += plain;
+    return text.substr(plain);
+}
+
+void JsonWriter::putEscaped(std::string_view text) {
+    for (text = putPlainStart(text); !text.empty(); text = putPlainStart(text)) {
+        const Escape escape = escapeAt(text);
+        if (escape.length != 0) {
+            const std::array<char, 6> characters = escapeOf(escape.code);
+            put({characters.data(), characters.size()});
+            text.remove_prefix(escape.length);
             continue;
         }
-        const Escape escape = escapeAt(text);
         if (text.front() == '"' || text.front() == '\\') {
-            text_ += '\\';
-            text_ += text.front();
-        } else if (escape.length != 0) {
-            appendEscape(text_, escape.code);
-        } else {
-            text_ += text.front();
+            put('\\');
         }
-        text.remove_prefix(escape.length == 0 ? 1 : escape.length);
+        put(text.front());  // also one for which there was no room
+        text.remove_prefix(1);
     }
 }
 
-template <class Number>
-void JsonWriter::digits(Number number) {
-    std::array<char, 32> digits{};
-    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-    text_.append(digits.data(), result.ptr);
+template <class Number, class... Format>
+void JsonWriter::digits(Number number, Format... format) {
+    constexpr std::size_t mostDigits = 32;
+    if (partSize - length_ < mostDigits) {
+        flush();
+    }
+    char* const start = part_.get() + length_;
+    const auto result = std::to_chars(start, start + mostDigits, number, format...);
+    length_ += static_cast<std::size_t>(result.ptr - start);
 }
 
 JsonWriter& JsonWriter::integer(std::uint64_t number) {
@@ -182,15 +186,20 @@ JsonWriter& JsonWriter::integer(std::int64_t number) {
 
 template <class Number>
 JsonWriter& JsonWriter::floating(Number number) {
+    // Written out, a number from 2^63 on would have no point and no exponent, and readers that take
+    // such numbers for integers of 64 bits refuse it.
+    constexpr Number leastWithExponent = 0x1p63F;
     if (std::isnan(number)) {
-        return string("NaN");
+        return word("NaN");
     }
     if (std::isinf(number)) {
-        return string(number > 0 ? "Infinity" : "-Infinity");
+        return word(number > 0 ? "Infinity" : "-Infinity");
     }
     beginValue();
     if (number == 0 && std::signbit(number)) {
-        text_ += "-0.0";  // "-0" is read as a whole number, which has no sign
+        put("-0.0");  // "-0" is read as a whole number, which has no sign
+    } else if (std::abs(number) >= leastWithExponent) {
+        digits(number, std::chars_format::scientific);
     } else {
         digits(number);
     }
@@ -208,14 +217,14 @@ JsonWriter& JsonWriter::number(float number) {
 
 JsonWriter& JsonWriter::boolean(bool truth) {
     beginValue();
-    text_ += truth ? "true" : "false";
+    put(truth ? "true" : "false");
     endValue();
     return *this;
 }
 
 JsonWriter& JsonWriter::null() {
     beginValue();
-    text_ += "null";
+    put("null");
     endValue();
     return *this;
 }
@@ -228,21 +237,20 @@ JsonWriter& JsonWriter::base64(std::span<const std::uint8_t> bytes) {
     constexpr std::string_view alphabet =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     beginValue();
-    text_ += '"';
+    put('"');
     for (; !bytes.empty(); bytes = bytes.subspan(std::min<std::size_t>(3, bytes.size()))) {
         unsigned bits = 0;
         for (std::size_t i = 0; i < 3; ++i) {
             bits = bits << 8U | (i < bytes.size() ? bytes[i] : 0U);
         }
-        for (std::size_t i = 0; i < 4; ++i) {
+        std::array<char, 4> digits{};
+        for (std::size_t i = 0; i < digits.size(); ++i) {
             const std::size_t digit = bits >> (18U - 6U * i) & 0x3FU;
-            text_ += i <= bytes.size() ? alphabet[digit] : '=';
+            digits[i] = i <= bytes.size() ? alphabet[digit] : '=';
         }
-        if (text_.size() >= partSize) {
-            flush();
-        }
+        put({digits.data(), digits.size()});
     }
-    text_ += '"';
+    put('"');
     endValue();
     return *this;
 }

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <memory>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -31,7 +34,23 @@ class JsonWriter {
   public:
     enum class Style : std::uint8_t { OneLine, Indented };
 
-    JsonWriter(TextSink& sink, Style style) : sink_(sink), style_(style) {}
+    /// The name of a member, as the program has it. The compiler sees to it that it needs no
+    /// escape.
+    class Name {
+      public:
+        // NOLINTNEXTLINE(google-explicit-constructor): a literal is the name
+        consteval Name(const char* literal) : text_(literal) {
+            if (!isPlain(text_)) {
+                throw "the name needs an escape";
+            }
+        }
+        [[nodiscard]] constexpr std::string_view text() const noexcept { return text_; }
+
+      private:
+        std::string_view text_;
+    };
+
+    JsonWriter(TextSink& sink, Style style);
 
     JsonWriter& beginObject() { return begin('{', Layout::Open); }
     /// One that stays on its line when indented, with all that it holds.
@@ -40,9 +59,27 @@ class JsonWriter {
     JsonWriter& beginArray() { return begin('[', Layout::Open); }
     JsonWriter& beginList() { return begin('[', Layout::Inline); }
     JsonWriter& endArray() { return end(']'); }
-    /// The name of the member that follows; in valid UTF-8.
-    JsonWriter& key(std::string_view name);
+    /// The name of the member that follows.
+    JsonWriter& key(Name name) {
+        beginValue();
+        put('"');
+        put(name.text());
+        endKey();
+        return *this;
+    }
+    /// The same for a name that may need escapes; in valid UTF-8.
+    JsonWriter& escapedKey(std::string_view name);
     JsonWriter& string(std::string_view text);
+    /// A string that needs no escape: constant data such as the name of a tag, or a path.
+    JsonWriter& word(std::string_view text) {
+        assert(isPlain(text));
+        beginValue();
+        put('"');
+        put(text);
+        put('"');
+        endValue();
+        return *this;
+    }
     JsonWriter& integer(std::uint64_t number);
     JsonWriter& integer(std::int64_t number);
     /// The shortest decimal that reads back in this precision; NaN and infinities as strings.
@@ -66,18 +103,67 @@ class JsonWriter {
 
     JsonWriter& begin(char bracket, Layout layout);
     JsonWriter& end(char bracket);
-    void beginValue();
-    void endValue();
+    static constexpr bool isPlain(std::string_view text) {
+        return std::ranges::all_of(
+            text, [](char c) { return c >= ' ' && c < 0x7F && c != '"' && c != '\\'; });
+    }
+    void beginValue() {
+        if (isAfterKey_) {
+            isAfterKey_ = false;
+        } else if (!levels_.empty()) {
+            beginElement(levels_.back());
+        }
+    }
+    void beginElement(Level& level) {
+        if (!level.isEmpty) {
+            put(',');
+        }
+        if (style_ == Style::Indented) {
+            indent(level);
+        }
+        level.isEmpty = false;
+    }
+    void indent(const Level& level);
+    void endKey() {
+        put(style_ == Style::Indented ? std::string_view("\": ") : std::string_view("\":"));
+        isAfterKey_ = true;
+    }
+    void endValue() {
+        if (levels_.empty()) {
+            put('\n');
+        }
+    }
     void newLine();
-    void escaped(std::string_view text);
+    void put(char character) {
+        if (length_ == partSize) {
+            flush();
+        }
+        part_.get()[length_++] = character;
+    }
+    void put(std::string_view text) {
+        if (text.size() > partSize - length_) {
+            putInParts(text);
+            return;
+        }
+        std::memcpy(part_.get() + length_, text.data(), text.size());
+        length_ += text.size();
+    }
+    void putInParts(std::string_view text);
+    void putEscaped(std::string_view text);
+    std::string_view putPlainStart(std::string_view text);
     template <class Number>
     JsonWriter& floating(Number number);
-    template <class Number>
-    void digits(Number number);
+    template <class Number, class... Format>
+    void digits(Number number, Format... format);
+
+    // Enough that handing on costs nothing beside the text, and little enough for many files at
+    // once.
+    static constexpr std::size_t partSize = std::size_t{64} << 10U;
 
     TextSink& sink_;
     Style style_;
-    std::string text_;
+    std::unique_ptr<char[]> part_;  ///< what is handed on next
+    std::size_t length_ = 0;        ///< of the text in it
     std::vector<Level> levels_;
     bool isAfterKey_ = false;
 };

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-#include "inspect/finding_rules.h"
+#include "inspect/rules/rule_table.h"
 #include "inspect/interpretation.h"
 #include "inspect/record/derived_json.h"
 #include "inspect/record/record_head.h"
@@ -31,8 +31,8 @@ class RecordWriter {
         json_.key("size");
         writeOptional(facts.size, [&](std::uint64_t size) { json_.integer(size); });
         json_.key("modified");
-        writeOptional(facts.modified, [&](std::time_t time) { json_.string(isoTime(time)); });
-        json_.key("status").string(statusName(statusOf(file_)));
+        writeOptional(facts.modified, [&](std::time_t time) { json_.word(isoTime(time)); });
+        json_.key("status").word(statusName(statusOf(file_)));
         writeHead();
         json_.key("directories").beginArray();
         for (const Directory& directory : directories()) {
@@ -70,17 +70,17 @@ class RecordWriter {
         const auto order = file_ == nullptr ? std::nullopt : file_->byteOrder();
         const auto header = file_ == nullptr ? std::nullopt : file_->headerOffset();
         json_.key("container");
-        writeOptional(container, [&](Container value) { json_.string(containerName(value)); });
+        writeOptional(container, [&](Container value) { json_.word(containerName(value)); });
         json_.key("byte_order");
-        writeOptional(order, [&](ByteOrder value) { json_.string(byteOrderName(value)); });
+        writeOptional(order, [&](ByteOrder value) { json_.word(byteOrderName(value)); });
         json_.key("header_offset");
         writeOptional(header, [&](std::uint64_t value) { json_.integer(value); });
     }
 
     void writeDirectory(const Directory& directory) {
         const std::string path = directory.path();
-        json_.beginObject().key("path").string(path);
-        json_.key("kind").string(kindName(directory.kind()));
+        json_.beginObject().key("path").word(path);
+        json_.key("kind").word(kindName(directory.kind()));
         json_.key("offset").integer(directory.offset());
         json_.key("entries").beginArray();
         for (const Entry& entry : directory.entries()) {
@@ -100,13 +100,13 @@ class RecordWriter {
         json_.beginRow().key("number").integer(std::uint64_t{entry.number()});
         json_.key("name");
         writeOptional(name.empty() ? std::nullopt : std::optional(name),
-                      [&](std::string_view text) { json_.string(text); });
+                      [&](std::string_view text) { json_.word(text); });
         if (!field.empty() && field != name) {
-            json_.key("field").string(field);
+            json_.key("field").word(field);
         }
         json_.key("type");
         if (entry.type()) {
-            json_.string(entry.typeName());
+            json_.word(entry.typeName());
         } else {
             json_.integer(std::uint64_t{entry.typeCode()});
         }
@@ -137,7 +137,7 @@ class RecordWriter {
         const Interpretation interpretation = interpret(entry, *value);
         const bool isTruncated = writeValue(json_, *value, interpretation, options_.maxValues);
         if (!interpretation.charset.empty()) {
-            json_.key("charset").string(interpretation.charset);
+            json_.key("charset").word(interpretation.charset);
         }
         if (!interpretation.rest.empty()) {
             json_.key("rest").bytes(interpretation.rest);
@@ -164,7 +164,7 @@ class RecordWriter {
         json_.beginArray();
         for (const std::string& path : paths) {
             writeOptional(path.empty() ? std::nullopt : std::optional(path),
-                          [&](const std::string& text) { json_.string(text); });
+                          [&](const std::string& text) { json_.word(text); });
         }
         json_.endArray();
         return false;
@@ -189,9 +189,9 @@ class RecordWriter {
     }
 
     void writeFinding(const Finding& finding) {
-        json_.beginRow().key("id").string(finding.id);
-        json_.key("severity").string(severityName(finding.severity));
-        json_.key("directory").string(finding.directory).key("tag");
+        json_.beginRow().key("id").word(finding.id);
+        json_.key("severity").word(severityName(finding.severity));
+        json_.key("directory").word(finding.directory).key("tag");
         writeOptional(finding.tag, [&](std::uint16_t tag) { json_.integer(std::uint64_t{tag}); });
         json_.key("arguments").beginArray();
         for (const Argument& argument : finding.arguments) {

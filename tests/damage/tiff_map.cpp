@@ -4,13 +4,11 @@
 #include <array>
 #include <utility>
 
+#include "vocabulary/field_types.h"
+
 namespace test {
 
 namespace {
-
-/// Bytes of one element by field type (TIFF 6.0, BigTIFF); 0 for codes that name no type.
-constexpr std::array<std::size_t, 19> typeWidths{0, 1, 1, 2, 4, 8, 1, 1, 2, 4,
-                                                 8, 4, 8, 4, 0, 0, 8, 8, 8};
 
 /// A tag that leads to directories.
 struct Pointer {
@@ -90,8 +88,8 @@ void TiffMap::readEntries(const MapBlock& block, const std::vector<MapStep>& pat
 void TiffMap::readEntry(std::size_t position, const MapBlock& block,
                         const std::vector<MapStep>& path, DirectoryKind kind) {
     const auto tag = static_cast<std::uint16_t>(number(position, 2));
-    const std::uint64_t type = number(position + 2, 2);
-    const std::size_t width = type < typeWidths.size() ? typeWidths[type] : 0;
+    const auto type = static_cast<std::uint32_t>(number(position + 2, 2));
+    const std::size_t width = corvinex::isKnownTypeCode(type) ? corvinex::getElementWidth(type) : 0;
     const std::uint64_t count = number(position + 4, offsetSize());
     const std::size_t length = width * count;
     std::size_t values = position + 4 + offsetSize();

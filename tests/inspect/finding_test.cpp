@@ -5,15 +5,19 @@
 #include <vector>
 
 #include "tests/inspect/inspected.h"
+#include "tests/inspect/sound_image.h"
 
 namespace {
 
 using corvinex::inspect::Severity;
 using corvinex::inspect::Status;
 using inspect_test::Bytes;
+using inspect_test::changed;
 using inspect_test::fileWith;
-using inspect_test::findingsOf;
+using inspect_test::imageFile;
 using inspect_test::inspect;
+using inspect_test::soundImage;
+using inspect_test::structureFindingsOf;
 using test::TiffBuilder;
 using Texts = std::vector<std::string>;
 
@@ -22,7 +26,7 @@ test::Field width() {
 }
 
 Texts findingsWith(std::vector<test::Field> fields, test::Layout layout = test::Layout::Classic) {
-    return findingsOf(inspect(fileWith(std::move(fields), test::Order::Little, layout)));
+    return structureFindingsOf(inspect(fileWith(std::move(fields), test::Order::Little, layout)));
 }
 
 }  // namespace
@@ -31,7 +35,7 @@ TEST(Findings, OfOffsetsThatLeadOutOfTheDataNameTheirTag) {
     TiffBuilder builder;
     const auto first = builder.add({test::longs(330, {5, 1'000'000})});
     builder.chain({first}).next(first, 2'000'000);
-    EXPECT_EQ(findingsOf(inspect(builder.bytes())),
+    EXPECT_EQ(structureFindingsOf(inspect(builder.bytes())),
               (Texts{"badDirectoryOffset [0] 330, 5", "badDirectoryOffset [0] 330, 1000000",
                      "badDirectoryOffset [0], 2000000",
                      // Inside the header a directory can be read as well, if only an odd one.
@@ -58,7 +62,7 @@ TEST(Findings, OfDirectoriesThatOverlap) {
     writer.number(2, 2).number(256, 2).number(4, 2).number(1, 4).number(1, 4);
     writer.number(1, 2).number(3, 2).number(0x0001'0004, 4).number(0, 4).number(0, 4);
     writer.padTo(140);
-    const Texts findings = findingsOf(inspect(writer.bytes()));
+    const Texts findings = structureFindingsOf(inspect(writer.bytes()));
     EXPECT_EQ(std::count(findings.begin(), findings.end(), "directoryOverlap [0.sub1], 114, 132"),
               1);
     EXPECT_EQ(
@@ -94,14 +98,14 @@ TEST(Findings, OfEntriesOutOfOrderNameTheFirst) {
     const auto exif = builder.add({shorts(37385), shorts(37384)});
     const auto first = builder.add({test::pointers(34665, test::LONG, {exif})});
     builder.chain({first});
-    EXPECT_EQ(findingsOf(inspect(builder.bytes())),
+    EXPECT_EQ(structureFindingsOf(inspect(builder.bytes())),
               Texts{"exifEntriesOutOfOrder [0.exif] 37384, 37385"});
 }
 
 TEST(Findings, OfOddOffsetsTellTheFirst) {
     Bytes bytes = fileWith({test::at(273, test::LONG, 2, 39), test::at(279, test::LONG, 2, 47)});
     bytes.resize(100);
-    EXPECT_EQ(findingsOf(inspect(bytes)), Texts{"notAligned [0], 2, 39"});
+    EXPECT_EQ(structureFindingsOf(inspect(bytes)), Texts{"notAligned [0], 2, 39"});
 }
 
 TEST(Findings, OfValuesBehindTheExifBlock) {
@@ -110,7 +114,7 @@ TEST(Findings, OfValuesBehindTheExifBlock) {
     builder.chain({first});
     test::JpegWithExif jpeg = test::jpegWithExif(builder.bytes());
     jpeg.bytes.resize(200);
-    const Texts findings = findingsOf(inspect(jpeg.bytes));
+    const Texts findings = structureFindingsOf(inspect(jpeg.bytes));
     EXPECT_EQ(std::count(findings.begin(), findings.end(), "outsideExifBlock [0] 273, 40, 48"), 1);
 }
 
@@ -125,7 +129,7 @@ TEST(Findings, ShowThreeOfARuleInADirectoryAndTwelveInAFileAndCountTheRest) {
         chain.push_back(builder.add(fields));
     }
     builder.chain(chain);
-    const Texts findings = findingsOf(inspect(builder.bytes()));
+    const Texts findings = structureFindingsOf(inspect(builder.bytes()));
     ASSERT_EQ(findings.size(), 13U);
     EXPECT_EQ(findings[2], "zeroCount [0] 258");
     EXPECT_EQ(findings[3], "zeroCount [1] 256");
@@ -134,23 +138,28 @@ TEST(Findings, ShowThreeOfARuleInADirectoryAndTwelveInAFileAndCountTheRest) {
 }
 
 TEST(Findings, HaveTheirSentence) {
-    const auto file = inspect(
-        fileWith({test::at(273, test::LONG, 2, 9'000), test::at(61'000, 99, 1, 0), width()}));
-    std::vector<std::string> texts;
+    const auto file = inspect(imageFile(
+        {test::at(37724, test::BYTE, 8, 9'000), test::at(61'000, 99, 1, 0), width(), width()}));
+    Texts texts;
     for (const auto& finding : file.findings()) {
         texts.push_back(finding.text);
     }
     EXPECT_EQ(
         texts,
         (Texts{"Tag 61000 has the unknown field type 99.",
-               "The value of StripOffsets (273), 8 bytes at 9000, ends past the end of the file.",
-               "ImageWidth (256) comes after tag 61000: entries are not sorted."}));
+               "The value of ImageSourceData (37724), 8 bytes at 9000, ends past the end of the "
+               "file.",
+               "ImageWidth (256) comes after tag 61000: entries are not sorted.",
+               "ImageWidth (256) stands 2 times in directory 0.", "Directory 0 holds no image.",
+               "The resolution is not told (tags 282, 283)."}));
 }
 
 TEST(Status, FollowsFromTheWorstFinding) {
-    EXPECT_EQ(inspect(fileWith({width()})).status(), Status::Ok);
-    EXPECT_EQ(inspect(fileWith({test::at(256, test::LONG, 0, 0)})).status(), Status::Ok);
-    EXPECT_EQ(inspect(fileWith({width(), width()})).status(), Status::Warnings);
-    EXPECT_EQ(inspect(fileWith({width(), width(), test::at(300, 99, 1, 0)})).status(),
-              Status::Damaged);
+    const auto statusWith = [](const inspect_test::Fields& more) {
+        return inspect(imageFile(changed(soundImage(), more))).status();
+    };
+    EXPECT_EQ(statusWith({}), Status::Ok);
+    EXPECT_EQ(statusWith({test::at(300, test::LONG, 0, 0)}), Status::Ok);
+    EXPECT_EQ(statusWith({width(), width()}), Status::Warnings);
+    EXPECT_EQ(statusWith({width(), width(), test::at(300, 99, 1, 0)}), Status::Damaged);
 }

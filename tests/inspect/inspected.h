@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <span>
@@ -9,6 +10,7 @@
 #include "corvinex/inspect.h"
 #include "inspect/record/json_writer.h"
 #include "inspect/record/record.h"
+#include "inspect/rules/rule_table.h"
 #include "tests/support/tiff_builder.h"
 
 // Files in memory, inspected.
@@ -60,6 +62,23 @@ inline std::vector<std::string> findingsOf(const corvinex::inspect::File& file) 
         }
         texts.push_back(text);
     }
+    return texts;
+}
+
+/// The same without what is told of types, counts, image data and fields: for files that are built
+/// for their structure and hold no image.
+inline std::vector<std::string> structureFindingsOf(const corvinex::inspect::File& file) {
+    using corvinex::inspect::Rule;
+    std::vector<std::string> texts = findingsOf(file);
+    const auto& rules = corvinex::inspect::findingRules();
+    std::erase_if(texts, [&](const std::string& text) {
+        return std::any_of(rules.begin() + static_cast<std::ptrdiff_t>(Rule::TagType), rules.end(),
+                           [&](const corvinex::inspect::RuleFact& rule) {
+                               const std::string id(rule.id);
+                               return text.starts_with(id + " ") ||
+                                      text.starts_with("more [], " + id + ",");
+                           });
+    });
     return texts;
 }
 

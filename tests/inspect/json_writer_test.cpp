@@ -73,6 +73,14 @@ TEST(JsonNumbers, AreTheShortestOfTheirPrecision) {
     EXPECT_EQ(written(integers), "[18446744073709551615,-9223372036854775808]\n");
 }
 
+TEST(JsonNumbers, HaveAnExponentWhereTheyWouldReadAsIntegersOfMoreThan64Bits) {
+    EXPECT_EQ(numberOf(673341194029008420864.0), "6.733411940290084e+20\n");
+    EXPECT_EQ(numberOf(-0x1p63), "-9.223372036854776e+18\n");
+    EXPECT_EQ(numberOf(0x1p64F), "1.8446744e+19\n");
+    EXPECT_EQ(numberOf(9223372036854774784.0), "9223372036854774784\n");
+    EXPECT_EQ(numberOf(std::numeric_limits<double>::max()), "1.7976931348623157e+308\n");
+}
+
 TEST(JsonBytes, AreInThePaddedStandardAlphabet) {
     EXPECT_EQ(base64Of({}), "\"\"\n");
     EXPECT_EQ(base64Of({'f'}), "\"Zg==\"\n");

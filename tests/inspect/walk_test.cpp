@@ -12,9 +12,9 @@ using corvinex::inspect::DirectoryKind;
 using corvinex::inspect::Entry;
 using corvinex::inspect::File;
 using inspect_test::Bytes;
-using inspect_test::findingsOf;
 using inspect_test::inspect;
 using inspect_test::pathsOf;
+using inspect_test::structureFindingsOf;
 using test::TiffBuilder;
 using Texts = std::vector<std::string>;
 
@@ -135,7 +135,7 @@ TEST(Walk, ReadsADirectoryOnceByTheFirstWayToIt) {
     EXPECT_EQ(pathsOf(file), (Texts{"0", "1", "0.exif"}));
     EXPECT_EQ(file.directories()[2].kind(), DirectoryKind::Exif);
     EXPECT_EQ(targetsOf(file, 1), (Texts{"0.exif"}));
-    EXPECT_EQ(findingsOf(file), (Texts{"directoryShared [1] 34853, 8, 0.exif"}));
+    EXPECT_EQ(structureFindingsOf(file), (Texts{"directoryShared [1] 34853, 8, 0.exif"}));
 }
 
 TEST(Walk, EndsAChainThatComesBack) {
@@ -145,7 +145,7 @@ TEST(Walk, EndsAChainThatComesBack) {
     builder.chain({first, second}).nextDirectory(second, first);
     const auto file = inspect(builder.bytes());
     EXPECT_EQ(pathsOf(file), (Texts{"0", "1"}));
-    EXPECT_EQ(findingsOf(file), (Texts{"chainComesBack [1], 8, 0"}));
+    EXPECT_EQ(structureFindingsOf(file), (Texts{"chainComesBack [1], 8, 0"}));
 }
 
 TEST(Walk, EndsAtAPointerToADirectoryOnTheWay) {
@@ -154,7 +154,7 @@ TEST(Walk, EndsAtAPointerToADirectoryOnTheWay) {
     builder.chain({first});
     const auto file = inspect(builder.bytes());
     EXPECT_EQ(targetsOf(file, 0), (Texts{"0"}));
-    EXPECT_EQ(findingsOf(file), (Texts{"chainComesBack [0] 34665, 8, 0"}));
+    EXPECT_EQ(structureFindingsOf(file), (Texts{"chainComesBack [0] 34665, 8, 0"}));
 }
 
 TEST(Walk, TakesChainsOfOneEntryThatMeetForOneFamily) {
@@ -166,7 +166,7 @@ TEST(Walk, TakesChainsOfOneEntryThatMeetForOneFamily) {
     builder.chain({main});
     const auto file = inspect(builder.bytes());
     EXPECT_EQ(targetsOf(file, 0), (Texts{"0.sub0", "0.sub0.1"}));
-    EXPECT_EQ(findingsOf(file), Texts());
+    EXPECT_EQ(structureFindingsOf(file), Texts());
 }
 
 TEST(Walk, FollowsPointersSixteenDeep) {
@@ -179,7 +179,7 @@ TEST(Walk, FollowsPointersSixteenDeep) {
     const auto file = inspect(builder.bytes());
     EXPECT_EQ(file.directories().size(), 17U);
     const std::string deepest = file.directories().back().path();
-    EXPECT_EQ(findingsOf(file), (Texts{"limitReached [" + deepest + "] 34665, depth"}));
+    EXPECT_EQ(structureFindingsOf(file), (Texts{"limitReached [" + deepest + "] 34665, depth"}));
     EXPECT_TRUE(file.entries().back().isPointer());
     EXPECT_TRUE(file.entries().back().targets().empty());
 }
@@ -192,7 +192,8 @@ TEST(Walk, RefusesAPointerWholeThatWouldPassTheTotal) {
     // Allowed are 65,536 and a quarter of the size: 88,042 with one directory and one entry.
     const auto file = inspect(writer.bytes());
     EXPECT_TRUE(file.entries()[0].targets().empty());
-    EXPECT_EQ(findingsOf(file), (Texts{"pointerType [0] 330, 1", "limitReached [0] 330, total"}));
+    EXPECT_EQ(structureFindingsOf(file),
+              (Texts{"pointerType [0] 330, 1", "limitReached [0] 330, total"}));
 }
 
 TEST(Walk, CountsPointerValuesUpToTheTotalExactly) {
@@ -223,7 +224,7 @@ TEST(Walk, RefusesADirectoryWholeThatWouldPassTheTotal) {
     writer.padTo(480'128);
     const auto file = inspect(writer.bytes());
     EXPECT_EQ(targetsOf(file, 0), (Texts{"0.sub0", "0.sub1", "0.sub2", "0.sub3", "-", "-"}));
-    const Texts findings = findingsOf(file);
+    const Texts findings = structureFindingsOf(file);
     EXPECT_EQ(std::ranges::count(findings, "limitReached [0] 330, total"), 1);
 }
 
@@ -237,14 +238,14 @@ TEST(Walk, ListsWhatIsWholeOfADirectoryThatTheFileCutsOff) {
     const auto file = inspect(bytes);
     EXPECT_EQ(pathsOf(file), Texts{"0"});
     EXPECT_EQ(file.entries().size(), 2U);
-    EXPECT_EQ(findingsOf(file).at(0), "directoryTruncated [0], 3, 2");
+    EXPECT_EQ(structureFindingsOf(file).at(0), "directoryTruncated [0], 3, 2");
 }
 
 TEST(Walk, LeavesOutADirectoryWhoseCountTheFileCutsOff) {
     const Bytes bytes{'I', 'I', 42, 0, 8, 0, 0, 0, 1};
     const auto file = inspect(bytes);
     EXPECT_TRUE(file.directories().empty());
-    EXPECT_EQ(findingsOf(file), Texts{"badDirectoryOffset [], 8"});
+    EXPECT_EQ(structureFindingsOf(file), Texts{"badDirectoryOffset [], 8"});
 }
 
 TEST(Walk, ListsAnEmptyDirectoryAndFollowsItsNextOffset) {
@@ -254,7 +255,7 @@ TEST(Walk, ListsAnEmptyDirectoryAndFollowsItsNextOffset) {
     builder.chain({first, second});
     const auto file = inspect(builder.bytes());
     EXPECT_EQ(pathsOf(file), (Texts{"0", "1"}));
-    EXPECT_EQ(findingsOf(file), Texts{"directoryEmpty [0]"});
+    EXPECT_EQ(structureFindingsOf(file), Texts{"directoryEmpty [0]"});
 }
 
 TEST(Walk, KeepsEveryEntryInFileOrder) {
@@ -278,7 +279,7 @@ TEST(Walk, ListsTheEntriesOfAGarbledDirectoryAndFollowsNoneOfItsPointers) {
     EXPECT_EQ(pathsOf(file), Texts{"0"});
     EXPECT_EQ(file.entries().size(), 3U);
     EXPECT_TRUE(file.entries()[2].targets().empty());
-    EXPECT_EQ(findingsOf(file),
+    EXPECT_EQ(structureFindingsOf(file),
               (Texts{"unknownFieldType [0] 1, 99", "unknownFieldType [0] 2, 98"}));
 }
 

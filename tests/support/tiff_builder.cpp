@@ -4,6 +4,8 @@
 #include <bit>
 #include <stdexcept>
 
+#include "vocabulary/field_types.h"
+
 namespace test {
 
 ByteWriter& ByteWriter::number(std::uint64_t value, std::size_t width) {
@@ -31,26 +33,13 @@ void ByteWriter::put(std::size_t position, std::uint64_t value, std::size_t widt
 
 namespace {
 
+/// Bytes of one number: in a rational, of each half. Codes that are no type have bytes.
 std::size_t widthOf(Type type) {
-    switch (type) {
-        case SHORT:
-        case SSHORT:
-            return 2;
-        case LONG:
-        case SLONG:
-        case FLOAT:
-        case IFD:
-        case RATIONAL:   // each half
-        case SRATIONAL:  // each half
-            return 4;
-        case DOUBLE:
-        case LONG8:
-        case SLONG8:
-        case IFD8:
-            return 8;
-        default:
-            return 1;
+    if (!corvinex::isKnownTypeCode(type) || corvinex::getElementWidth(type) == 0) {
+        return 1;
     }
+    const std::uint64_t width = corvinex::getElementWidth(type);
+    return static_cast<std::size_t>(type == RATIONAL || type == SRATIONAL ? width / 2 : width);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/support/single_directory.h"
+#include "vocabulary/field_types.h"
 
 // Where a value lies: inside its entry up to 4 bytes (8 in BigTIFF), at its offset beyond.
 
@@ -15,26 +16,6 @@ namespace {
 using namespace test;
 
 constexpr std::uint16_t unnamedTag = 60000;
-
-std::size_t widthOf(Type type) {
-    switch (type) {
-        case SHORT:
-        case SSHORT:
-            return 2;
-        case LONG:
-        case SLONG:
-        case FLOAT:
-            return 4;
-        case RATIONAL:
-        case SRATIONAL:
-        case DOUBLE:
-        case LONG8:
-        case SLONG8:
-            return 8;
-        default:
-            return 1;
-    }
-}
 
 Field sequence(Type type, std::size_t count) {
     Rationals quotients;
@@ -76,7 +57,7 @@ class ValuePlace : public testing::TestWithParam<std::tuple<Type, Container>> {}
 
 TEST_P(ValuePlace, IsTheEntryUpToItsLimitAndTheOffsetBeyond) {
     const auto& [type, container] = GetParam();
-    const std::size_t most = inlineLimit(container) / widthOf(type) + 2;
+    const std::size_t most = inlineLimit(container) / corvinex::getElementWidth(type) + 2;
     for (std::size_t count = 1; count <= most; ++count) {
         SCOPED_TRACE(count);
         TiffBuilder builder(container.order, container.layout);
@@ -84,7 +65,7 @@ TEST_P(ValuePlace, IsTheEntryUpToItsLimitAndTheOffsetBeyond) {
         const Result result = read(builder.bytes());
         EXPECT_EQ(result.warnings(), Reports{});
         const zxArray& records = unknownTagsOf(result);
-        const bool isInside = count * widthOf(type) <= inlineLimit(container);
+        const bool isInside = count * corvinex::getElementWidth(type) <= inlineLimit(container);
         EXPECT_EQ(numberOf(fieldOf(records, "Offset")),
                   isInside ? 0 : static_cast<double>(builder.valueOf(0, 0)));
         EXPECT_EQ(numbersOf(fieldOf(records, "Value")), expectedValues(type, count));

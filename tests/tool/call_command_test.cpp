@@ -34,12 +34,31 @@ TEST_F(CallCommand, HandsItsNumbersOverAsTheyAre) {
     EXPECT_EQ(elementsOf(runTool({"call", good, "--limit=1e30", "--header-offset=-inf"})), 2U);
 }
 
-TEST_F(CallCommand, DoesNotFindTheHeaderOfAJpeg) {
+TEST_F(CallCommand, FindsTheHeaderOfAJpeg) {
     const std::string photo = folder.file("photo.jpg", jpegWithOrientation());
-    const CommandResult result = runTool({"call", photo});
+    const json record = recordOf(runTool({"call", photo}));
+    EXPECT_EQ(record["error"], nullptr);
+    EXPECT_EQ(record["output"]["data"][0]["Orientation"]["data"], json({6}));
+}
+
+TEST_F(CallCommand, LooksForNoHeaderWhereItIsToldOne) {
+    const std::string photo = folder.file("photo.jpg", jpegWithOrientation());
+    const CommandResult result = runTool({"call", photo, "--header-offset=0"});
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(recordOf(result)["error"],
               json({{"id", "quorra:corvinex:badEndianness"}, {"arguments", {255, 216, photo}}}));
+    const std::string plain = folder.file("plain.jpg", "\xFF\xD8\xFF\xD9");
+    EXPECT_EQ(recordOf(runTool({"call", plain, "--header-offset=-1"}))["error"]["id"],
+              "quorra:corvinex:badEndianness");
+}
+
+TEST_F(CallCommand, TellsOfAJpegWithoutAnExifBlockInTheRecord) {
+    const std::string plain = folder.file("plain.jpg", "\xFF\xD8\xFF\xD9");
+    const CommandResult result = runTool({"call", plain});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(recordOf(result)["error"],
+              json({{"id", nullptr}, {"message", "this JPEG file holds no EXIF block"}}));
+    EXPECT_EQ(result.err, "");
 }
 
 TEST_F(CallCommand, TakesTheEmptyName) {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "inspect/finding_rules.h"
+#include "inspect/rules/rule_table.h"
 #include "tests/tool/run_command.h"
 #include "tool/explanation.h"
 

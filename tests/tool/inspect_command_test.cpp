@@ -130,6 +130,21 @@ TEST_F(InspectCommand, SaysWhyAnEntryHasNoValue) {
     EXPECT_NE(out.find("Software          (blank)\n"), std::string::npos) << out;
 }
 
+TEST_F(InspectCommand, LeavesOutWhatCannotBeReadOfADirectoryOfRubbishUnlessAllIsAskedFor) {
+    const auto rows =
+        smallRows().entry(7, 700, 1, 0).entry(8, 800, 1, 0).entry(9, 900, 1, 0).entry(10, 0, 1, 0);
+    const std::string file = fileOf(7, rows);
+    const std::string shown = inspected(file);
+    EXPECT_NE(shown.find("    259  Compression  LZW\n"
+                         "  (4 entries without a readable value left out; --all shows them)\n"),
+              std::string::npos)
+        << shown;
+    EXPECT_EQ(shown.find("unknown type 700"), std::string::npos) << shown;
+    const std::string whole = inspected(file, {"--all"});
+    EXPECT_NE(whole.find("(unknown type 700: 00 00 00 00)"), std::string::npos) << whole;
+    EXPECT_EQ(whole.find("left out"), std::string::npos) << whole;
+}
+
 TEST_F(InspectCommand, PrintsFindingsLastAndTheWorstFirst) {
     const auto rows = TiffBytes().entry(271, 2, 0, 0).entry(272, 99, 1, 0);
     const std::string out = inspected(fileOf(2, rows));

@@ -7,8 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/tool/temporary_file.h"
-#include "tests/tool/tiff_bytes.h"
+#include "tests/tool/file_chains.h"
 
 namespace {
 
@@ -27,11 +26,8 @@ std::string chain(std::uint64_t directories, std::uint64_t lastNext) {
     return bytes.bytes();
 }
 
-tool::MainChain followed(const std::string& bytes, std::uint64_t atMost,
-                         std::uint64_t headerOffset = 0) {
-    const tool_test::TemporaryFolder folder;
-    tool::PositionedFile file(folder.file("chain", bytes));
-    return tool::followMainChain(tool::DirectoryReader::open(file, headerOffset).value(), atMost);
+tool::MainChain followed(const std::string& bytes, std::uint64_t atMost) {
+    return tool::mainChainOf(tool_test::FileChains(bytes).get(), atMost);
 }
 
 TEST(MainChain, IsCountedToItsEnd) {
@@ -70,6 +66,14 @@ TEST(MainChain, ThatEndsInADirectoryCutOffCountsThoseBeforeIt) {
     EXPECT_FALSE(followed(whole, all).endsCutOff);
 }
 
+TEST(MainChain, BeyondTheInspectionsLimitIsTooLong) {
+    const tool::MainChain found = followed(tool_test::tooManyEntries(), all);
+    EXPECT_EQ(found.directories, 4U);
+    EXPECT_TRUE(found.isTooLong);
+    EXPECT_FALSE(found.isWhole);
+    EXPECT_FALSE(followed(chain(3, 0), all).isTooLong);
+}
+
 std::vector<std::uint64_t> placesOf(const tool::DirectoryPlaces& places, std::uint64_t read) {
     std::vector<std::uint64_t> found;
     for (std::uint64_t i = 0; i < read; ++i) {
@@ -103,7 +107,7 @@ TEST(DirectoryPlaces, HaveNoTotalWhereMoreWasReadThanTheChainHolds) {
 }
 
 TEST(DirectoryPlaces, InAJpegHaveATotalWhereNoDirectoryWasLeftOut) {
-    const tool::MainChain jpeg = followed(tool_test::jpegAround(chain(3, 0)), all, 12);
+    const tool::MainChain jpeg = followed(tool_test::jpegAround(chain(3, 0)), all);
     EXPECT_EQ(tool::placesIn(jpeg, 0, 3).total, 3U);
     EXPECT_EQ(tool::placesIn(jpeg, 1, 2).total, 3U);
     EXPECT_EQ(tool::placesIn(jpeg, 0, 2).total, std::nullopt);

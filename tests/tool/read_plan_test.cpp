@@ -6,8 +6,9 @@
 #include <initializer_list>
 #include <string>
 
+#include "tests/tool/file_chains.h"
 #include "tests/tool/temporary_file.h"
-#include "tests/tool/tiff_bytes.h"
+#include "tool/input_refused.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ tool::ReadPlan planFor(const std::string& bytes, const tool::ReadRequest& reques
 std::string refusal(const std::string& bytes, const tool::ReadRequest& request = {}) {
     try {
         planFor(bytes, request);
-    } catch (const tool::UnreadableFile& error) {
+    } catch (const tool::InputRefused& error) {
         return error.what();
     }
     return "";
@@ -154,14 +155,46 @@ TEST(ReadPlan, AJpegChainThatNoLimitEndsIsRefusedAlsoWithALimit) {
     EXPECT_EQ(refusal(jpeg, limitedTo(1)), endless);
 }
 
+TEST(ReadPlan, AChainWithMoreEntriesThanTheFileCouldHoldIsCutWithAWarning) {
+    const tool::ReadPlan plan = planFor(tool_test::tooManyEntries());
+    EXPECT_EQ(plan.limit, 4U);
+    EXPECT_EQ(plan.warning,
+              "the chain of directories has more entries than the file could hold; reading its "
+              "first 4 directories");
+    tool::ReadRequest request;
+    request.skip = 3;
+    EXPECT_EQ(planFor(tool_test::tooManyEntries(), request).limit, 1U);
+    request.skip = 4;
+    EXPECT_EQ(refusal(tool_test::tooManyEntries(), request),
+              "the chain of directories has more entries than the file could hold, and no more "
+              "than its first 4 directories are read; --skip 4 leaves none");
+}
+
+TEST(ReadPlan, ALayoutOtherThanTheModulesIsNoGroundForALimit) {
+    // The module reads what follows by the layout of the file's first bytes.
+    const TiffBytes classic = TiffBytes().header(0);
+    const std::string bytes =
+        classic.bytes() +
+        TiffBytes(TiffBytes::Little, TiffBytes::BigTiff).header(16).count(0).offset(16).bytes();
+    tool::ReadRequest request;
+    request.headerOffset = classic.size();
+    request.skip = 1;
+    EXPECT_EQ(planFor(bytes, request).limit, bytes.size() / 18 + 1);
+    EXPECT_EQ(planFor(bytes, request).headerOffset, classic.size());
+}
+
 TEST(ReadPlan, WhatIsNoTiffIsLeftToTheModule) {
-    const tool::ReadPlan plan = planFor("no image");
-    EXPECT_EQ(plan.headerOffset, 0U);
-    EXPECT_EQ(plan.limit, 0U);
+    for (const std::string bytes :
+         {"no image", "II", "II*", "IM*\0\10\0\0\0", "II*\0\10", "II*\0\377\0\0\0"}) {
+        const tool::ReadPlan plan = planFor(bytes);
+        EXPECT_EQ(plan.headerOffset, 0U);
+        EXPECT_EQ(plan.limit, 1U);
+        EXPECT_EQ(plan.warning, "");
+    }
 }
 
 TEST(ReadPlan, AMissingFileIsLeftToTheModule) {
-    EXPECT_EQ(tool::planRead("/nonexistent/a.tif", {}).limit, 0U);
+    EXPECT_EQ(tool::planRead("/nonexistent/a.tif", {}).headerOffset, 0U);
 }
 
 }  // namespace
