@@ -41,7 +41,7 @@ class FileRun {
                 turn.abandon();
                 stop(std::current_exception());
             }
-            turn.finish(message);
+            turn.finish(std::move(message));
         }
     }
 
@@ -171,8 +171,8 @@ ExitStatus inspectFiles(const ManyFiles& files, const FileTask& task, std::ostre
         }
         run.work();
     }
-    out.flush();
-    return run.status();
+    const ExitStatus status = run.status();
+    return out.flush() ? status : OutputFailed;
 }
 
 }  // namespace tool
