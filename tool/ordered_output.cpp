@@ -19,6 +19,7 @@ void OrderedOutput::Turn::write(std::string_view text) {
     text_ += text;
     if (text_.size() > mostKept) {
         const auto lock = output_.waitFor(number_);
+        const auto pause = output_.progress_.pause();
         output_.write(text_);
         text_.clear();
     }
@@ -29,10 +30,13 @@ bool OrderedOutput::hasRoomFor(std::uint64_t number, std::size_t size) const noe
 }
 
 void OrderedOutput::endTurn(std::string_view text, std::string_view message) {
-    write(text);
-    if (!message.empty()) {
-        out_.flush();
-        err_ << message;
+    if (!text.empty() || !message.empty()) {
+        const auto pause = progress_.pause();
+        write(text);
+        if (!message.empty()) {
+            out_.flush();
+            err_ << message;
+        }
     }
     ++turn_;
 }

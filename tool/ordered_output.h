@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "inspect/record/json_writer.h"
+#include "tool/progress_line.h"
 
 namespace tool {
 
@@ -23,7 +24,9 @@ namespace tool {
 /// neither with the number of tasks nor with the largest of them.
 class OrderedOutput {
   public:
-    OrderedOutput(std::ostream& out, std::ostream& err) : out_(out), err_(err) {}
+    /// Takes the progress line off while it writes.
+    OrderedOutput(std::ostream& out, std::ostream& err, ProgressLine& progress)
+        : out_(out), err_(err), progress_(progress) {}
 
     /// The place of one task. Used by the thread that does it.
     class Turn final : public corvinex::inspect::TextSink {
@@ -68,6 +71,7 @@ class OrderedOutput {
 
     std::ostream& out_;
     std::ostream& err_;
+    ProgressLine& progress_;
     std::mutex mutex_;
     std::condition_variable turned_;
     std::uint64_t turn_ = 0;
