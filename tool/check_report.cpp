@@ -7,11 +7,11 @@
 #include <string_view>
 #include <vector>
 
-#include "inspect/rules/rule_table.h"
 #include "inspect/reading/number_text.h"
 #include "inspect/record/finding_json.h"
 #include "inspect/record/record_head.h"
 #include "inspect/record/value_json.h"
+#include "inspect/rules/rule_table.h"
 #include "tool/csv_cell.h"
 #include "tool/text_display.h"
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <variant>
 
-#include "inspect/rules/rule_table.h"
 #include "inspect/record/finding_json.h"
 #include "inspect/record/record_head.h"
+#include "inspect/rules/rule_table.h"
 #include "tool/nearest_name.h"
 #include "tool/usage_error.h"
 
