@@ -13,6 +13,7 @@
 #include "tool/process_locale.h"
 #include "tool/text_display.h"
 #include "tool/usage_error.h"
+#include "tool/version_text.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ using tool::CommandLine;
 tool::ExitStatus run(const CommandLine& line) {
     switch (line.request) {
         case CommandLine::Request::Version:
-            std::cout << "corvinex " CORVINEX_VERSION "\n";
+            tool::printVersion(std::cout);
             return tool::Success;
         case CommandLine::Request::Help:
             if (line.command == nullptr) {

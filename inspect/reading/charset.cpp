@@ -14,6 +14,7 @@
 #include <mutex>
 #include <new>
 
+#include "icu/icu_memory.h"
 #include "inspect/reading/elements.h"
 
 namespace corvinex::inspect::reading {
@@ -52,6 +53,7 @@ void raiseWithoutMemory(UErrorCode status) {
 
 std::string_view guessSet(std::string_view bytes) {
     constexpr std::int32_t leastConfidence = 50;
+    const IcuMemory memory;
     UErrorCode status = U_ZERO_ERROR;
     const Detector detector(ucsdet_open(&status));
     ucsdet_setText(detector.get(), bytes.data(), static_cast<std::int32_t>(bytes.size()), &status);
@@ -74,6 +76,7 @@ std::string toUtf8(const icu::UnicodeString& text) {
 
 /// Nothing when ICU does not know the set.
 std::optional<std::string> convert(std::string_view bytes, std::string_view set) {
+    const IcuMemory memory;
     UErrorCode status = U_ZERO_ERROR;
     const Converter converter(ucnv_open(std::string(set).c_str(), &status));
     raiseWithoutMemory(status);
@@ -242,6 +245,9 @@ std::string decodeUtf16(std::span<const std::uint8_t> bytes, std::endian order) 
                (part.length() < longestPart || U16_IS_LEAD(part.charAt(part.length() - 1)))) {
             part.append(unitAt(bytes, unit, order));
             ++unit;
+        }
+        if (part.isBogus()) {
+            throw std::bad_alloc();
         }
         part.toUTF8String(result);
     }
