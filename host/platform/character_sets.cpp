@@ -16,8 +16,8 @@
 #include <utility>
 
 #include "host/platform/ascii.h"
-#include "host/platform/icu_memory.h"
 #include "host/platform/unicode.h"
+#include "icu/icu_memory.h"
 
 namespace host {
 
@@ -151,7 +151,7 @@ std::u16string utf16From(const std::string& charset, std::string_view bytes,
     if (charset == "UTF-8") {
         return utf16OfUtf8(bytes, badSequences);
     }
-    const IcuMemory memory;
+    const corvinex::IcuMemory memory;
     const ConverterPtr converter = openOrFallback(charset);
     if (converter == nullptr) {
         throw std::runtime_error("ICU has no converter for ISO-8859-1");
@@ -166,7 +166,7 @@ std::u16string utf16From(const std::string& charset, std::string_view bytes,
 }
 
 std::string likelyCharset(std::string_view bytes) {
-    const IcuMemory memory;
+    const corvinex::IcuMemory memory;
     const DetectorPtr detector = openDetector();
     UErrorCode status = U_ZERO_ERROR;
     // The detector takes time by the byte, and what lies beyond cannot change much.

@@ -256,6 +256,16 @@ TEST_F(ProcessAllocations, OneThatIsRefusedIsToldByARecord) {
     refuseEach({{"json", sample}}, 0);
 }
 
+TEST_F(ProcessAllocations, OneThatIsRefusedIsToldByARecordOfForeignTexts) {
+    const TemporaryFolder folder;
+    refuseEach({{"json", folder.file("a.tif", foreignText(0))}}, 0);
+}
+
+TEST_F(ProcessAllocations, OneThatIsRefusedIsToldByAnInspectionOfForeignTexts) {
+    const TemporaryFolder folder;
+    refuseEach({{"inspect", folder.file("a.tif", foreignText(0))}}, 0);
+}
+
 TEST_F(ProcessAllocations, OneThatIsRefusedDoesNotChangeTheReportOfBadUsage) {
     refuseEach({{"shwo", sample}}, 2);
 }

@@ -43,12 +43,12 @@ TEST_F(Usage, BadUsageIsToldOnStandardErrorWithStatus2) {
 TEST_F(Usage, BadUsageIsToldWithWhatIsWrong) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
         {{},
-         "a command is missing; the commands are: show, call, inspect, json, csv, extract, tags, "
-         "explain"},
+         "a command is missing; the commands are: show, call, inspect, json, csv, check, scan, extract, "
+         "tags, explain"},
         {{"shwo"}, "there is no command \"shwo\"; the nearest is \"show\""},
         {{"photo"},
          "there is no command \"photo\"; the commands are: show, call, inspect, json, csv, "
-         "extract, tags, explain"},
+         "check, scan, extract, tags, explain"},
         {{"--vresion"}, "there is no option \"--vresion\"; the nearest is \"--version\""},
         {{"show"}, "show: FILE is missing"},
         {{"call", good, "b\n"}, "call: \"b\\n\" is one FILE too many"},

@@ -2,15 +2,15 @@
 
 #include <memory>
 
-namespace host {
+namespace corvinex {
 
 struct IcuReserve;
 
 /// Has ICU find memory in this thread while it lives. ICU does not survive each refusal of memory,
 /// and where it makes something for the whole process it never forgets one. So what the C library
 /// refuses comes from a reserve that is taken beforehand, where a lack of memory can be told.
-/// One at a time in a thread.
-class IcuMemory {
+/// One at a time in a thread. All libraries of a process share the class, as they share ICU.
+class [[gnu::visibility("default")]] IcuMemory {
   public:
     /// Raises std::bad_alloc.
     IcuMemory();
@@ -22,4 +22,4 @@ class IcuMemory {
     std::unique_ptr<IcuReserve> reserve_;
 };
 
-}  // namespace host
+}  // namespace corvinex

@@ -1,4 +1,4 @@
-#include "host/platform/icu_memory.h"
+#include "icu/icu_memory.h"
 
 #include <malloc.h>
 #include <unicode/uclean.h>
@@ -12,7 +12,7 @@
 #include <functional>
 #include <new>
 
-namespace host {
+namespace corvinex {
 
 /// Blocks one behind the other, each with its size before it.
 // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): see bytes
@@ -64,8 +64,8 @@ bool holds(const IcuReserve* reserve, const void* block) noexcept {
 }
 
 /// The reserve that a block is from; null for the C library's. A thread frees what it took in its
-/// own use of ICU, and what ICU keeps for the process it frees at its clean-up alone, which the
-/// host never asks for: no block comes here from a reserve that another thread uses now.
+/// own use of ICU, and what ICU keeps for the process it frees at its clean-up alone, which
+/// nobody asks for: no block comes here from a reserve that another thread uses now.
 IcuReserve* reserveOf(const void* block) noexcept {
     if (holds(current, block)) {
         return current;
@@ -147,4 +147,4 @@ IcuMemory::~IcuMemory() {
     }
 }
 
-}  // namespace host
+}  // namespace corvinex
