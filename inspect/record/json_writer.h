@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
@@ -34,20 +35,35 @@ class JsonWriter {
   public:
     enum class Style : std::uint8_t { OneLine, Indented };
 
-    /// The name of a member, as the program has it. The compiler sees to it that it needs no
-    /// escape.
+    /// The name of a member, as the program has it. The compiler makes the text of it, and sees to
+    /// it that it needs no escape.
     class Name {
       public:
         // NOLINTNEXTLINE(google-explicit-constructor): a literal is the name
-        consteval Name(const char* literal) : text_(literal) {
-            if (!isPlain(text_)) {
+        consteval Name(std::string_view literal) {
+            if (!isPlain(literal)) {
                 throw "the name needs an escape";
             }
+            put("\"");
+            put(literal);
+            put("\":");
         }
-        [[nodiscard]] constexpr std::string_view text() const noexcept { return text_; }
+        template <std::size_t Size>
+        // NOLINTNEXTLINE(google-explicit-constructor): the same
+        consteval Name(const char (&literal)[Size]) : Name(std::string_view(literal, Size - 1)) {}
 
       private:
-        std::string_view text_;
+        friend JsonWriter;
+        static constexpr std::size_t longest = 24;
+
+        consteval void put(std::string_view text) {
+            for (const char character : text) {
+                text_.at(size_++) = character;
+            }
+        }
+
+        std::array<char, longest> text_{};  ///< with quotes and colon
+        std::size_t size_ = 0;
     };
 
     JsonWriter(TextSink& sink, Style style);
@@ -60,10 +76,12 @@ class JsonWriter {
     JsonWriter& beginList() { return begin('[', Layout::Inline); }
     JsonWriter& endArray() { return end(']'); }
     /// The name of the member that follows.
-    JsonWriter& key(Name name) {
+    JsonWriter& key(const Name& name) {
         beginValue();
-        put('"');
-        put(name.text());
+        // All that a name may have is copied, for that is a number of bytes which the compiler
+        // knows.
+        std::memcpy(room(Name::longest), name.text_.data(), Name::longest);
+        length_ += name.size_;
         endKey();
         return *this;
     }
@@ -125,7 +143,9 @@ class JsonWriter {
     }
     void indent(const Level& level);
     void endKey() {
-        put(style_ == Style::Indented ? std::string_view("\": ") : std::string_view("\":"));
+        if (style_ == Style::Indented) {
+            put(' ');
+        }
         isAfterKey_ = true;
     }
     void endValue() {
@@ -134,11 +154,16 @@ class JsonWriter {
         }
     }
     void newLine();
-    void put(char character) {
-        if (length_ == partSize) {
+    /// The place of the next characters, with room for so many.
+    char* room(std::size_t length) {
+        if (length > partSize - length_) {
             flush();
         }
-        part_.get()[length_++] = character;
+        return part_.get() + length_;
+    }
+    void put(char character) {
+        *room(1) = character;
+        ++length_;
     }
     void put(std::string_view text) {
         if (text.size() > partSize - length_) {
