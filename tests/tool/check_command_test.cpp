@@ -43,6 +43,17 @@ std::string unknownTypes() {
     return tiff.offset(0).bytes();
 }
 
+/// A grey image of 8 by 4 pixels in two strips of 16 bytes, which stand at the end of the file.
+/// Strips that are not told to be elsewhere begin at this position.
+constexpr std::uint64_t firstStrip = 8 + 2 + 9 * 12 + 4 + 8;
+std::string twoStrips(std::uint64_t first = firstStrip, std::uint64_t second = firstStrip + 16) {
+    TiffBytes tiff;
+    tiff.header(8).count(9).shortEntry(256, 8).shortEntry(257, 4).shortEntry(258, 8);
+    tiff.shortEntry(259, 1).shortEntry(262, 1).entry(273, 4, 2, firstStrip - 8);
+    tiff.shortEntry(277, 1).shortEntry(278, 2).entry(279, 3, 2, 16U | 16U << 16U).offset(0);
+    return tiff.number(first, 4).number(second, 4).raw(std::string(32, 'x')).bytes();
+}
+
 constexpr std::string_view jpegWithoutExif{"\xFF\xD8\xFF\xDA\x00\x04\x01\x02\xFF\xD9", 10};
 
 class Check : public testing::Test {
@@ -94,6 +105,35 @@ TEST_F(Check, PrintsTheTextOfEachFindingWhenFindingsAreAskedFor) {
               (Texts{"warnings      a.tif  1 warning: duplicateTag (directory 0)",
                      "    warning  directory 0: Make (271) stands 2 times in directory 0. "
                      "[duplicateTag]"}));
+}
+
+TEST_F(Check, TellsWhereImageDataAreCutOff) {
+    const std::string whole = twoStrips();
+    static_cast<void>(folder.file("cut.tif", whole.substr(0, whole.size() - 6)));
+    static_cast<void>(folder.file("whole.tif", whole));
+    EXPECT_EQ(linesFor({"--findings", "--ignore", "resolutionUnknown"}),
+              (Texts{"damaged       cut.tif  1 error: dataPastEnd (directory 0)",
+                     "    error    directory 0: Image data block 1, 16 bytes at 146, ends past the "
+                     "end of the file. [dataPastEnd]"}));
+}
+
+TEST_F(Check, TellsWhichStripsOverlap) {
+    static_cast<void>(folder.file("a.tif", twoStrips(firstStrip, firstStrip + 12)));
+    EXPECT_EQ(
+        linesFor({"--findings", "--ignore", "resolutionUnknown"}),
+        (Texts{"warnings      a.tif  1 warning: rangesOverlap (directory 0)",
+               "    warning  directory 0: Bytes 142 to 158 of StripOffsets (273) overlap those "
+               "of tag 273 in directory 0. [rangesOverlap]"}));
+}
+
+TEST_F(Check, TellsOfAStripTableOfZeros) {
+    static_cast<void>(folder.file("a.tif", twoStrips(0, 0)));
+    EXPECT_EQ(linesFor({"--findings", "--only", "dataOverStructure"}),
+              (Texts{"damaged       a.tif  2 errors: dataOverStructure 2 times (directory 0)",
+                     "    error    directory 0: Image data, bytes 0 to 16, lie over a directory or "
+                     "the header. [dataOverStructure]",
+                     "    error    directory 0: Image data, bytes 0 to 16, lie over a directory or "
+                     "the header. [dataOverStructure]"}));
 }
 
 TEST_F(Check, CountsFindingsThatAreNotShown) {
