@@ -112,7 +112,7 @@ JsonWriter& JsonWriter::end(char bracket) {
     return *this;
 }
 
-JsonWriter& JsonWriter::escapedKey(std::string_view name) {
+JsonWriter& JsonWriter::key(std::string_view name) {
     beginValue();
     put('"');
     putEscaped(name);
@@ -228,7 +228,7 @@ JsonWriter& JsonWriter::null() {
 }
 
 JsonWriter& JsonWriter::bytes(std::span<const std::uint8_t> bytes) {
-    return beginObject().key("base64").base64(bytes).endObject();
+    return beginObject().key<"base64">().base64(bytes).endObject();
 }
 
 JsonWriter& JsonWriter::base64(std::span<const std::uint8_t> bytes) {

@@ -27,6 +27,26 @@ class TextSink {
     TextSink& operator=(TextSink&&) = default;
 };
 
+/// A literal as the argument of a template.
+template <std::size_t Size>
+struct JsonName {
+    // NOLINTNEXTLINE(google-explicit-constructor): the literal is the name
+    consteval JsonName(const char (&literal)[Size]) {
+        std::copy_n(std::begin(literal), characters.size(), characters.begin());
+    }
+    /// With its quotes and colon.
+    [[nodiscard]] consteval std::array<char, Size + 2> quoted() const {
+        std::array<char, Size + 2> text{};
+        text.front() = '"';
+        std::ranges::copy(characters, text.begin() + 1);
+        text[Size] = '"';
+        text[Size + 1] = ':';
+        return text;
+    }
+
+    std::array<char, Size - 1> characters{};
+};
+
 /// Writes one JSON value after the other, each ended by a line feed, the same in every locale.
 /// Strings are given in valid UTF-8; control characters, U+007F to U+009F, U+2028 and U+2029 are
 /// escaped, so that neither a terminal nor a reader of lines takes them for its own. Text is handed
@@ -34,37 +54,6 @@ class TextSink {
 class JsonWriter {
   public:
     enum class Style : std::uint8_t { OneLine, Indented };
-
-    /// The name of a member, as the program has it. The compiler makes the text of it, and sees to
-    /// it that it needs no escape.
-    class Name {
-      public:
-        // NOLINTNEXTLINE(google-explicit-constructor): a literal is the name
-        consteval Name(std::string_view literal) {
-            if (!isPlain(literal)) {
-                throw "the name needs an escape";
-            }
-            put("\"");
-            put(literal);
-            put("\":");
-        }
-        template <std::size_t Size>
-        // NOLINTNEXTLINE(google-explicit-constructor): the same
-        consteval Name(const char (&literal)[Size]) : Name(std::string_view(literal, Size - 1)) {}
-
-      private:
-        friend JsonWriter;
-        static constexpr std::size_t longest = 24;
-
-        consteval void put(std::string_view text) {
-            for (const char character : text) {
-                text_.at(size_++) = character;
-            }
-        }
-
-        std::array<char, longest> text_{};  ///< with quotes and colon
-        std::size_t size_ = 0;
-    };
 
     JsonWriter(TextSink& sink, Style style);
 
@@ -75,18 +64,20 @@ class JsonWriter {
     JsonWriter& beginArray() { return begin('[', Layout::Open); }
     JsonWriter& beginList() { return begin('[', Layout::Inline); }
     JsonWriter& endArray() { return end(']'); }
-    /// The name of the member that follows.
-    JsonWriter& key(const Name& name) {
+    /// The name of the member that follows, as the program has it: the compiler makes its text, and
+    /// sees to it that it needs no escape.
+    template <JsonName name>
+    JsonWriter& key() {
+        static_assert(isPlain({name.characters.data(), name.characters.size()}));
+        static constexpr std::array text = name.quoted();
         beginValue();
-        // All that a name may have is copied, for that is a number of bytes which the compiler
-        // knows.
-        std::memcpy(room(Name::longest), name.text_.data(), Name::longest);
-        length_ += name.size_;
+        std::memcpy(room(text.size()), text.data(), text.size());
+        length_ += text.size();
         endKey();
         return *this;
     }
     /// The same for a name that may need escapes; in valid UTF-8.
-    JsonWriter& escapedKey(std::string_view name);
+    JsonWriter& key(std::string_view name);
     JsonWriter& string(std::string_view text);
     /// A string that needs no escape: constant data such as the name of a tag, or a path.
     JsonWriter& word(std::string_view text) {
