@@ -30,6 +30,7 @@ auto readEntry(const FileContent& file, const Entry& entry, const Value& value, 
     if (fact == nullptr) {
         return std::nullopt;
     }
+    const reading::TextGuesses::Use use(file.guesses);
     const DirectorySiblings siblings(file, directory);
     return read(reading::Subject{.kind = directory.kind(),
                                  .number = entry.number(),
@@ -101,6 +102,7 @@ std::vector<DerivedFact> Directory::derived() const {
     if (!isImageKind(kind())) {
         return {};
     }
+    const reading::TextGuesses::Use use(file_->guesses);
     const auto place = static_cast<std::size_t>(this - file_->directories.data());
     return reading::directoryFacts(DirectorySiblings(*file_, *this),
                                    place < countSummedDirectories(*file_));
@@ -111,6 +113,7 @@ std::vector<DerivedFact> File::derived() const {
     if (!file.container) {
         return {};
     }
+    const reading::TextGuesses::Use use(file.guesses);
     const auto first = findFirst(file, DirectoryKind::Main);
     const auto image =
         findFirst(file, [](const Directory& directory, const DirectorySiblings& siblings) {

@@ -10,6 +10,7 @@
 #include "corvinex/finding.h"
 #include "format/directory_layout.h"
 #include "inspect/jpeg_segments.h"
+#include "inspect/reading/text_guesses.h"
 #include "inspect/source.h"
 
 namespace corvinex::inspect {
@@ -37,7 +38,7 @@ struct NumberIndex {
 
 /// Everything that was read of a file, and the source that the rest is read from.
 struct FileContent {
-    explicit FileContent(Source from) : source(std::move(from)) {}
+    explicit FileContent(Source from) : source(std::move(from)), guesses(source.size()) {}
     FileContent(const FileContent&) = delete;
     FileContent& operator=(const FileContent&) = delete;
 
@@ -68,6 +69,7 @@ struct FileContent {
     /// How many directories, from the first on, have their byte counts added up.
     mutable std::optional<std::size_t> summedDirectories;
     mutable NumberIndex numberIndex;
+    mutable reading::TextGuesses guesses;
 };
 
 /// What EntryRecord::targets holds instead of a place.

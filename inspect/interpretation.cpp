@@ -5,6 +5,7 @@
 
 #include "corvinex/directory.h"
 #include "inspect/field_type.h"
+#include "inspect/file_content.h"
 #include "inspect/reading/charset.h"
 #include "vocabulary/registry.h"
 
@@ -141,6 +142,7 @@ Interpretation version(ByteSpan bytes) {
 }  // namespace
 
 Interpretation interpret(const Entry& entry, const Value& value) {
+    const reading::TextGuesses::Use use(entry.file().guesses);
     const DirectoryKind kind = entry.directory().kind();
     const registry::TagFact* fact = registry::findTag(kind, entry.number());
     const ByteSpan bytes = bytesOf(value);

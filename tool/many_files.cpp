@@ -46,7 +46,7 @@ class FileRun {
                 turn.abandon();
                 paths_.stop(std::current_exception());
             }
-            turn.finish(message);
+            turn.finish(std::move(message));
         }
     }
 
@@ -153,8 +153,8 @@ ExitStatus inspectFiles(const ManyFiles& files, const FileTask& task, std::ostre
         }
         run.work();
     }
-    out.flush();
-    return run.status();
+    const ExitStatus status = run.status();
+    return out.flush() ? status : OutputFailed;
 }
 
 }  // namespace tool

@@ -1,5 +1,7 @@
 #include "tool/ordered_output.h"
 
+#include <utility>
+
 namespace tool {
 
 std::unique_lock<std::mutex> OrderedOutput::waitFor(std::uint64_t number) {
@@ -8,9 +10,9 @@ std::unique_lock<std::mutex> OrderedOutput::waitFor(std::uint64_t number) {
     return lock;
 }
 
-bool OrderedOutput::hasFailed() {
-    const std::lock_guard lock(mutex_);
-    return !out_;
+void OrderedOutput::write(std::string_view text) {
+    out_.write(text.data(), static_cast<std::streamsize>(text.size()));
+    hasFailed_ = !out_;
 }
 
 void OrderedOutput::Turn::write(std::string_view text) {
@@ -18,23 +20,48 @@ void OrderedOutput::Turn::write(std::string_view text) {
     if (text_.size() > mostKept) {
         const auto lock = output_.waitFor(number_);
         const auto pause = output_.progress_.pause();
-        output_.out_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
+        output_.write(text_);
         text_.clear();
     }
 }
 
-void OrderedOutput::Turn::finish(std::string_view message) {
-    const auto lock = output_.waitFor(number_);
-    if (!text_.empty() || !message.empty()) {
-        const auto pause = output_.progress_.pause();
-        output_.out_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
+bool OrderedOutput::hasRoomFor(std::uint64_t number, std::size_t size) const noexcept {
+    return number == turn_ || (number - turn_ < mostAhead && size <= mostLeft - leftBytes_);
+}
+
+void OrderedOutput::endTurn(std::string_view text, std::string_view message) {
+    if (!text.empty() || !message.empty()) {
+        const auto pause = progress_.pause();
+        write(text);
         if (!message.empty()) {
-            output_.out_.flush();
-            output_.err_ << message;
+            out_.flush();
+            err_ << message;
         }
     }
-    ++output_.turn_;
-    output_.turned_.notify_all();
+    ++turn_;
+}
+
+/// Writes what was left for the turns that have come.
+void OrderedOutput::endTurnsLeft() {
+    for (auto* left = &left_[turn_ % mostAhead]; *left; left = &left_[turn_ % mostAhead]) {
+        endTurn((*left)->text, (*left)->message);
+        leftBytes_ -= (*left)->text.size();
+        left->reset();
+    }
+}
+
+void OrderedOutput::Turn::finish(std::string message) {
+    OrderedOutput& output = output_;
+    std::unique_lock lock(output.mutex_);
+    output.turned_.wait(lock, [&] { return output.hasRoomFor(number_, text_.size()); });
+    if (number_ != output.turn_) {
+        output.leftBytes_ += text_.size();
+        output.left_[number_ % mostAhead] = Left{std::move(text_), std::move(message)};
+        return;
+    }
+    output.endTurn(text_, message);
+    output.endTurnsLeft();
+    output.turned_.notify_all();
 }
 
 }  // namespace tool

@@ -88,6 +88,8 @@ class CORVINEX_API Entry {
 
     /// What is stored, as it is.
     [[nodiscard]] const EntryRecord& record() const noexcept { return record_; }
+    /// The file, as the library holds it.
+    [[nodiscard]] const FileContent& file() const noexcept { return *file_; }
 
   private:
     const FileContent* file_;

@@ -1,131 +1,20 @@
 #include "inspect/reading/charset.h"
 
-#include <unicode/ucnv.h>
-#include <unicode/ucsdet.h>
 #include <unicode/unistr.h>
 #include <unicode/ustring.h>
 #include <unicode/utf16.h>
 
 #include <algorithm>
 #include <array>
-#include <functional>
-#include <limits>
-#include <memory>
-#include <mutex>
 #include <new>
 
 #include "icu/icu_memory.h"
 #include "inspect/reading/elements.h"
+#include "inspect/reading/icu_charsets.h"
+#include "inspect/reading/text_guesses.h"
 
 namespace corvinex::inspect::reading {
 namespace {
-
-struct CloseDetector {
-    void operator()(UCharsetDetector* detector) const noexcept { ucsdet_close(detector); }
-};
-struct CloseConverter {
-    void operator()(UConverter* converter) const noexcept { ucnv_close(converter); }
-};
-using Detector = std::unique_ptr<UCharsetDetector, CloseDetector>;
-using Converter = std::unique_ptr<UConverter, CloseConverter>;
-
-constexpr std::string_view fallbackSet = "windows-1252";
-/// ICU counts in 32 bits; a longer text is read in parts of a set that needs no context.
-constexpr std::size_t longestText = std::numeric_limits<std::int32_t>::max() / 4;
-
-/// Sets that are taken from a guess. Not UTF-16 or UTF-32: what a field of single bytes looks like
-/// them by is chance.
-bool isTrusted(std::string_view set) {
-    constexpr std::array families{std::string_view("ISO-8859-"), std::string_view("windows-125")};
-    constexpr std::array sets{std::string_view("Shift_JIS"), std::string_view("EUC-JP"),
-                              std::string_view("EUC-KR"),    std::string_view("GB18030"),
-                              std::string_view("Big5"),      std::string_view("KOI8-R")};
-    return std::ranges::find(sets, set) != sets.end() ||
-           std::ranges::any_of(families, [&](auto family) { return set.starts_with(family); });
-}
-
-/// A lack of memory is no property of the text.
-void raiseWithoutMemory(UErrorCode status) {
-    if (status == U_MEMORY_ALLOCATION_ERROR) {
-        throw std::bad_alloc();
-    }
-}
-
-std::string_view guessSet(std::string_view bytes) {
-    constexpr std::int32_t leastConfidence = 50;
-    const IcuMemory memory;
-    UErrorCode status = U_ZERO_ERROR;
-    const Detector detector(ucsdet_open(&status));
-    ucsdet_setText(detector.get(), bytes.data(), static_cast<std::int32_t>(bytes.size()), &status);
-    const UCharsetMatch* match = ucsdet_detect(detector.get(), &status);
-    raiseWithoutMemory(status);
-    if (U_FAILURE(status) || match == nullptr ||
-        ucsdet_getConfidence(match, &status) < leastConfidence) {
-        return fallbackSet;
-    }
-    // Names are constant data of ICU, which the match does not own.
-    const char* name = ucsdet_getName(match, &status);
-    return U_SUCCESS(status) && isTrusted(name) ? std::string_view(name) : fallbackSet;
-}
-
-std::string toUtf8(const icu::UnicodeString& text) {
-    std::string result;
-    text.toUTF8String(result);
-    return result;
-}
-
-/// Nothing when ICU does not know the set.
-std::optional<std::string> convert(std::string_view bytes, std::string_view set) {
-    const IcuMemory memory;
-    UErrorCode status = U_ZERO_ERROR;
-    const Converter converter(ucnv_open(std::string(set).c_str(), &status));
-    raiseWithoutMemory(status);
-    if (U_FAILURE(status)) {
-        return std::nullopt;
-    }
-    const icu::UnicodeString text(bytes.data(), static_cast<std::int32_t>(bytes.size()),
-                                  converter.get(), status);
-    raiseWithoutMemory(status);
-    return U_SUCCESS(status) ? std::optional(toUtf8(text)) : std::nullopt;
-}
-
-std::string decodeGuessed(std::string_view bytes) {
-    auto text = convert(bytes, guessSet(bytes));
-    return text ? *std::move(text) : convert(bytes, fallbackSet).value_or("");
-}
-
-/// Texts that were decoded before. Guessing takes by far longer than all else that is done for a
-/// text, and a file repeats its texts from page to page.
-class DecodedTexts {
-  public:
-    std::string find(std::string_view bytes) {
-        if (bytes.size() > longestKept) {
-            return decodeGuessed(bytes);
-        }
-        const std::scoped_lock lock(mutex_);
-        Row& row = rows_[std::hash<std::string_view>()(bytes) % rows_.size()];
-        if (row.bytes != bytes) {
-            // Should memory run out in between, no text stays with the bytes of another.
-            row.bytes.clear();
-            row.text = decodeGuessed(bytes);
-            row.bytes = bytes;
-        }
-        return row.text;
-    }
-
-  private:
-    static constexpr std::size_t longestKept = std::size_t{64} << 10U;
-    struct Row {
-        std::string bytes;
-        std::string text;
-    };
-    std::mutex mutex_;
-    std::array<Row, 8> rows_;
-};
-
-// Of the process: the C library ends the process where it has no memory to note that an object of a
-// thread is to be destroyed.
-DecodedTexts decodedTexts;
 
 char16_t unitAt(std::span<const std::uint8_t> bytes, std::size_t index, std::endian order) {
     const std::uint8_t first = bytes[2 * index];
@@ -176,8 +65,8 @@ std::endian orderOfUtf16(std::span<const std::uint8_t> bytes, std::endian fileOr
 std::string decodeJis(std::span<const std::uint8_t> bytes) {
     // The set is told as JIS X 0208, and written with escapes, or as one of the sets built on it.
     constexpr std::uint8_t escape = 0x1B;
-    if (std::ranges::find(bytes, escape) != bytes.end() && bytes.size() <= longestText) {
-        if (auto text = convert(asCharacters(bytes), "ISO-2022-JP")) {
+    if (std::ranges::find(bytes, escape) != bytes.end() && bytes.size() <= longestIcuText) {
+        if (auto text = convertFrom(asCharacters(bytes), "ISO-2022-JP")) {
             return *std::move(text);
         }
     }
@@ -224,14 +113,14 @@ std::string decodeText(std::string_view bytes) {
     if (isUtf8(bytes)) {
         return std::string(bytes);
     }
-    if (bytes.size() > longestText) {
-        std::string result;
-        for (; !bytes.empty(); bytes.remove_prefix(std::min(bytes.size(), longestText))) {
-            result += convert(bytes.substr(0, longestText), fallbackSet).value_or("");
-        }
-        return result;
+    if (bytes.size() > longestIcuText) {
+        return convertFromFallback(bytes);
     }
-    return decodedTexts.find(bytes);
+    if (TextGuesses* guesses = TextGuesses::inUse()) {
+        return guesses->decode(bytes);
+    }
+    auto text = convertFrom(bytes, guessCharset(bytes));
+    return text ? *std::move(text) : convertFromFallback(bytes);
 }
 
 std::string decodeUtf16(std::span<const std::uint8_t> bytes, std::endian order) {

@@ -34,9 +34,10 @@ void expectRecord(const Bytes& bytes) {
     EXPECT_EQ(result.exitStatus, 0) << result.err;
 }
 
-/// Directories in a chain, full of entries whose values are the same bytes.
+/// Directories in a chain, full of entries whose values are the same bytes, or those that begin at
+/// each of so many places one behind the other.
 Bytes entriesAtOneValue(test::Type type, std::uint64_t count, const std::string& value,
-                        std::size_t directories) {
+                        std::size_t directories, std::size_t places = 1) {
     constexpr std::size_t entries = 62'500;
     constexpr std::size_t header = 8;
     constexpr std::size_t directorySize = 2 + 12 * entries + 4;
@@ -46,7 +47,8 @@ Bytes entriesAtOneValue(test::Type type, std::uint64_t count, const std::string&
         const std::size_t next = file.size() + directorySize;
         file.number(entries, 2);
         for (std::size_t number = 1; number <= entries; ++number) {
-            file.number(number, 2).number(type, 2).number(count, 4).number(header, 4);
+            const std::size_t place = (i * entries + number) % places;
+            file.number(number, 2).number(type, 2).number(count, 4).number(header + place, 4);
         }
         file.number(i + 1 < directories ? next : 0, 4);
     }
@@ -76,6 +78,16 @@ INSTANTIATE_TEST_SUITE_P(All, RecordOfPointerBomb, testing::ValuesIn(test::point
 TEST(RecordOfBomb, IsMadeOfAMillionEntriesAtOneValue) {
     expectRecord(entriesAtOneValue(test::ASCII, 1000, std::string(1000, 'x'), 16));
     expectRecord(entriesAtOneValue(test::DOUBLE, 125, std::string(1000, '\x7F'), 16));
+}
+
+TEST(RecordOfBomb, IsMadeOfAMillionTextsThatAllDifferAndAreNotUtf8) {
+    // A fixed generator: no text has the bytes of another one.
+    std::string value;
+    for (std::uint32_t number = 1; value.size() < 1'001'000;
+         number = number * 1664525 + 1013904223) {
+        value += static_cast<char>(0x81 + (number >> 16U) % 0x7C);
+    }
+    expectRecord(entriesAtOneValue(test::ASCII, 1000, value, 16, 1'000'000));
 }
 
 TEST(RecordOfBomb, IsMadeOfPointersThatAreDirectoriesThemselves) {
