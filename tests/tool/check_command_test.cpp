@@ -66,8 +66,9 @@ class Check : public testing::Test {
     /// The lines of the output, without the folder's name.
     [[nodiscard]] Texts linesFor(std::vector<std::string> words) const {
         words.push_back(folder.path(""));
+        const CommandResult result = check(std::move(words));
         Texts lines;
-        for (std::string line : linesOf(check(std::move(words)).out)) {
+        for (std::string line : linesOf(result.out)) {
             const std::size_t place = line.find(folder.path(""));
             lines.push_back(place == std::string::npos ? line
                                                        : line.erase(place, folder.path("").size()));
