@@ -244,6 +244,12 @@ TEST_F(Check, PrintsTotalsOnTheErrorOutputUnlessItIsQuiet) {
     EXPECT_EQ(check({"-q", folder.path("")}).err, "");
 }
 
+TEST_F(Check, CountsTheBytesOfAFileOnStandardInput) {
+    const CommandResult result =
+        runTool({"check", "-"}, Output::Captured, Input::pipe(withoutText()));
+    EXPECT_TRUE(result.err.starts_with("1 file, 26 bytes in ")) << result.err;
+}
+
 TEST_F(Check, PrintsTheSameWithAnyNumberOfThreads) {
     for (int number = 0; number < 200; ++number) {
         static_cast<void>(folder.file(std::to_string(number) + ".tif",
