@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the module, its peers and the floor side by side and prints what they cost.
+"""Runs the module, the inspection, their peers and the floor side by side and prints what they cost.
 
 Every figure is that of a whole process. The programs of one input run in turn, round after round,
 so that whatever else the machine does meets all of them; a ratio is the median of the rounds' own
@@ -8,16 +8,19 @@ ratios. `--check` runs everything once instead and compares what the programs co
 
 import argparse
 import datetime
+import operator
 import os
 import pathlib
 import platform
 import re
+import shutil
 import statistics
 import subprocess
 import sys
 from dataclasses import dataclass
 
 MODULE = "corvinex"
+INSPECTION = "inspection"
 KIB = 1024
 MIB = 1024 * KIB
 
@@ -38,17 +41,28 @@ CASES = [
     Case(
         "pages-50k",
         "pages-50k.tif",
-        [MODULE, "libtiff", "libtiff, reading", "floor", "call", "show"],
+        [MODULE, "libtiff", "libtiff, reading", "floor", "call", "show", INSPECTION, "json"],
     ),
     Case("pages-50k-mm", "pages-50k-mm.tif", [MODULE, "libtiff", "floor"]),
     Case("pages-50k-big", "pages-50k-big.tif", [MODULE, "libtiff", "floor"]),
     Case("pages-500k", "pages-500k.tif", [MODULE, "libtiff", "floor"], 0.25),
-    Case("scattered-20k", "scattered-20k.tif", [MODULE, "libtiff", "libtiff, reading", "floor"]),
-    Case("wide-60k", "wide-60k.tif", [MODULE, "floor"], 2),
+    Case(
+        "scattered-20k",
+        "scattered-20k.tif",
+        [MODULE, "libtiff", "libtiff, reading", "floor", INSPECTION],
+    ),
+    Case("wide-60k", "wide-60k.tif", [MODULE, "floor", INSPECTION], 2),
     Case("wide-text", "wide-text.tif", [MODULE, "floor"], 2),
     Case("big-arrays", "big-arrays.tif", [MODULE, "libtiff", "floor"]),
-    Case("small-tiff", "@small-tiff.list", [MODULE, "libtiff", "exiv2", "floor"]),
-    Case("small-jpeg", "@small-jpeg.list", [MODULE, "libexif", "exiv2", "floor"], 2),
+    Case(
+        "small-tiff",
+        "@small-tiff.list",
+        [MODULE, "libtiff", "exiv2", "floor", INSPECTION, "json -j 1", "json -j 2"],
+    ),
+    Case("small-jpeg", "@small-jpeg.list", [MODULE, "libexif", "exiv2", "floor", INSPECTION], 2),
+    # Apart, because one round takes as long as all others of the input.
+    Case("small-jpeg as JSON", "@small-jpeg.list", ["json", "exiftool -j"], 0.2),
+    Case("one small TIFF", "small-tiff/00000.tif", ["inspect", "tiffinfo"], 4),
 ]
 
 
@@ -68,14 +82,28 @@ class Programs:
             "exiv2": [self._path("walk_exiv2")],
             "call": [tool, "call"],
             "show": [tool, "show"],
+            INSPECTION: [self._path("walk_inspect")],
+            "json": [tool, "json"],
+            "json -j 1": [tool, "json", "-j", "1"],
+            "json -j 2": [tool, "json", "-j", "2"],
+            "inspect": [tool, "inspect"],
+            "tiffinfo": [shutil.which("tiffinfo") or "tiffinfo"],
+            "exiftool -j": [shutil.which("exiftool") or "exiftool", "-j", "-q"],
         }
 
     def _path(self, name):
         return str(self.bench / name)
 
     def command(self, program, argument):
-        # The paths are relative to the inputs' folder, in which the programs are started.
+        # The paths are relative to the inputs' folder, in which the programs are started. A list holds
+        # all files of the folder of its name, and only the benchmark's own programs read one.
+        if not self.counts(program) and argument.startswith("@"):
+            argument = argument.removeprefix("@").removesuffix(".list")
         return [*self.commands[program], argument]
+
+    def counts(self, program):
+        """Whether a program prints totals; the others print what they read, which is not needed."""
+        return pathlib.Path(self.commands[program][0]).parent == self.bench
 
     def counting(self, argument):
         return [self._path("read_tags"), argument]
@@ -110,13 +138,12 @@ class Bench:
         self.runs = {}  # (case, program): [Run]
         self.counts = {}  # case: totals of one counting run of the module
 
-    def run(self, command, is_tool=False):
+    def run(self, command, counts=True):
         measure = str(self.programs.bench / "measure")
-        # The tool prints the whole result as text, which is not needed here.
         done = subprocess.run(
             [measure, *command],
             cwd=self.programs.inputs,
-            stdout=subprocess.DEVNULL if is_tool else subprocess.PIPE,
+            stdout=subprocess.PIPE if counts else subprocess.DEVNULL,
             stderr=subprocess.PIPE,
             text=True,
             check=False,
@@ -125,12 +152,12 @@ class Bench:
         fields = figures.split()
         if done.returncode != 0 or len(fields) != 4 or fields[0] != "0":
             sys.exit(f"{' '.join(command)} failed:\n" + "\n".join(complaints or [figures]))
-        totals = {} if is_tool else parse_totals(done.stdout)
+        totals = parse_totals(done.stdout) if counts else {}
         return Run(float(fields[1]), float(fields[2]), int(fields[3]) * KIB, totals)
 
     def run_program(self, program, argument):
         command = self.programs.command(program, argument)
-        return self.run(command, is_tool=program in ("call", "show"))
+        return self.run(command, self.programs.counts(program))
 
     def present(self, case):
         return [program for program in case.programs if self.programs.is_there(program)]
@@ -173,10 +200,10 @@ class Bench:
     def peak(self, case, program):
         return statistics.median(run.peak for run in self.runs[case, program])
 
-    def ratio(self, case, program, other):
-        """The ratio of CPU seconds, or None where one of the two did not run."""
+    def ratio(self, case, program, other, cost=operator.attrgetter("cpu")):
+        """The ratio of costs, or None where one of the two did not run."""
         pairs = zip(self.runs.get((case, program), []), self.runs.get((case, other), []))
-        ratios = [run.cpu / other_run.cpu for run, other_run in pairs]
+        ratios = [cost(run) / cost(other_run) for run, other_run in pairs]
         return statistics.median(ratios) if ratios else None
 
     def calls_cpu(self, case):
@@ -228,6 +255,29 @@ def cpu_targets(bench):
         yield Target(f"pages-50k: CPU of `corvinex {command}` against the read", ratio, 3)
 
 
+def inspection_targets(bench):
+    limits = [
+        ("pages-50k", INSPECTION, "libtiff", 0.25),
+        ("small-tiff", INSPECTION, "libtiff", 0.5),
+        ("small-jpeg", INSPECTION, "libexif", 0.7),
+        ("scattered-20k", INSPECTION, "libtiff", 0.5),
+        ("wide-60k", INSPECTION, "floor", 4),
+        ("pages-50k", "json", "libtiff", 1),
+        ("small-jpeg as JSON", "json", "exiftool -j", 0.03),
+        ("one small TIFF", "inspect", "tiffinfo", 1.5),
+    ]
+    for case, program, other, limit in limits:
+        what = "the inspection" if program == INSPECTION else f"`corvinex {program}`"
+        text = f"{case}: CPU of {what} against {other}"
+        yield Target(text, bench.ratio(case, program, other), limit)
+    ratio = bench.ratio("small-tiff", "json -j 2", "json -j 1", operator.attrgetter("wall"))
+    text = "small-tiff: wall time of `corvinex json -j 2` against `-j 1`"
+    yield Target(text, ratio, round(1 / 1.8, 3))
+    folders = ["small-tiff"] * 4
+    peak = bench.run([*bench.programs.commands["json"], *folders], counts=False).peak
+    yield Target("small-tiff, 4 times: peak memory of `corvinex json`", peak / MIB, 32, " MiB")
+
+
 def size_targets(bench):
     first_small = (bench.programs.inputs / "small-tiff.list").read_text().split()[0]
     idle_peak = bench.run(bench.programs.command(MODULE, first_small)).peak
@@ -265,7 +315,7 @@ def processor():
 
 
 def packages():
-    names = ["libtiff6", "libexif12", "libexiv2-27"]
+    names = ["libtiff6", "libexif12", "libexiv2-27", "libtiff-tools", "libimage-exiftool-perl"]
     command = ["dpkg-query", "-W", "-f", "${Package} ${Version}\n", *names]
     listed = subprocess.run(command, capture_output=True, text=True, check=False).stdout
     return ", ".join(listed.splitlines())
@@ -290,7 +340,7 @@ def report(bench):
         )
     header = ["input", "program", "CPU ms", "wall ms", "peak MiB", "corvinex / it", "rounds"]
     print_table(header, rows)
-    targets = [*cpu_targets(bench), *size_targets(bench)]
+    targets = [*cpu_targets(bench), *inspection_targets(bench), *size_targets(bench)]
     print_table(["target", "measured", "limit", ""], [target.cells() for target in targets])
 
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <memory>
 
 #include "format/byte_order.h"
@@ -22,51 +23,84 @@ std::uint64_t widen(std::span<const unsigned char> bytes, bool isSigned, bool sw
     return loadFromFile<Unsigned>(bytes, 0, swap);
 }
 
+/// Bytes of a value and whether they lie in the entry, found once for all that is asked of it.
+struct Extent {
+    std::uint64_t byteCount;
+    bool isInline;
+};
+
+Extent extentOf(const FileContent& file, const EntryRecord& entry,
+                const FieldTypeFact* type) noexcept {
+    const std::uint64_t fieldSize = file.layout.offsetSize;
+    const std::uint64_t byteCount =
+        type == nullptr ? fieldSize : saturatingMultiply(entry.count, type->width);
+    return {byteCount, byteCount <= fieldSize};
+}
+
+Extent extentOf(const FileContent& file, const EntryRecord& entry) noexcept {
+    return extentOf(file, entry, findFieldType(entry.type));
+}
+
+/// Copies bytes of the value field, of which the target takes no more than there are.
+void copyField(const EntryRecord& entry, std::uint64_t from, std::span<std::byte> target) {
+    const auto bytes =
+        std::span(entry.field).subspan(static_cast<std::size_t>(from), target.size());
+    if (!bytes.empty()) {
+        std::memcpy(target.data(), bytes.data(), bytes.size());
+    }
+}
+
+template <class Number>
+Number fieldAs(const EntryRecord& entry, bool swap) noexcept {
+    std::array<unsigned char, sizeof(Number)> bytes{};
+    std::memcpy(bytes.data(), entry.field.data(), bytes.size());
+    return loadFromFile<Number>(bytes, 0, swap);
+}
+
 }  // namespace
 
 std::uint64_t getByteCount(const FileContent& file, const EntryRecord& entry) noexcept {
-    const FieldTypeFact* type = findFieldType(entry.type);
-    return type == nullptr ? file.layout.offsetSize : saturatingMultiply(entry.count, type->width);
+    return extentOf(file, entry).byteCount;
 }
 
 bool isInline(const FileContent& file, const EntryRecord& entry) noexcept {
-    return getByteCount(file, entry) <= file.layout.offsetSize;
+    return extentOf(file, entry).isInline;
 }
 
 std::uint64_t getOffset(const FileContent& file, const EntryRecord& entry) noexcept {
-    std::array<unsigned char, 8> bytes{};
-    std::ranges::transform(entry.field, bytes.begin(),
-                           [](std::byte byte) { return std::to_integer<unsigned char>(byte); });
-    return file.isBig() ? loadFromFile<std::uint64_t>(bytes, 0, file.swap)
-                        : loadFromFile<std::uint32_t>(bytes, 0, file.swap);
+    return file.isBig() ? fieldAs<std::uint64_t>(entry, file.swap)
+                        : fieldAs<std::uint32_t>(entry, file.swap);
 }
 
 bool isInFile(const FileContent& file, const EntryRecord& entry) noexcept {
-    return isInline(file, entry) ||
-           liesWithin(getOffset(file, entry), getByteCount(file, entry), file.end());
+    const Extent extent = extentOf(file, entry);
+    return extent.isInline || liesWithin(getOffset(file, entry), extent.byteCount, file.end());
 }
 
 bool readValueBytes(const FileContent& file, const EntryRecord& entry, std::uint64_t from,
                     std::span<std::byte> target) {
     if (isInline(file, entry)) {
-        std::ranges::copy(
-            std::span(entry.field).subspan(static_cast<std::size_t>(from), target.size()),
-            target.begin());
+        copyField(entry, from, target);
         return true;
     }
     return file.source.read(file.positionOf(getOffset(file, entry)) + from, target);
 }
 
 std::optional<Value> readValue(const FileContent& file, const EntryRecord& entry) {
-    if (entry.count == 0 || !isInFile(file, entry)) {
-        return std::nullopt;
-    }
-    const auto byteCount = static_cast<std::size_t>(getByteCount(file, entry));
-    auto bytes = std::make_unique_for_overwrite<std::byte[]>(byteCount);
-    if (!readValueBytes(file, entry, 0, {bytes.get(), byteCount})) {
-        return std::nullopt;
-    }
     const FieldTypeFact* type = findFieldType(entry.type);
+    const Extent extent = extentOf(file, entry, type);
+    const std::uint64_t offset = extent.isInline ? 0 : getOffset(file, entry);
+    if (entry.count == 0 ||
+        (!extent.isInline && !liesWithin(offset, extent.byteCount, file.end()))) {
+        return std::nullopt;
+    }
+    const auto byteCount = static_cast<std::size_t>(extent.byteCount);
+    auto bytes = std::make_unique_for_overwrite<std::byte[]>(byteCount);
+    if (extent.isInline) {
+        copyField(entry, 0, {bytes.get(), byteCount});
+    } else if (!file.source.read(file.positionOf(offset), {bytes.get(), byteCount})) {
+        return std::nullopt;
+    }
     if (type == nullptr) {
         return Value(entry.type, std::move(bytes), byteCount, byteCount);
     }

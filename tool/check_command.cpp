@@ -65,7 +65,7 @@ ExitStatus runCheck(const Arguments& arguments, std::ostream& out, std::ostream&
     CheckTotals totals;
     const auto task = [&](const InspectedFile& file, TextSink& sink) {
         const Verdict verdict = filter.judge(file.file());
-        totals.add(verdict, file.facts().size.value_or(0));
+        totals.add(verdict, file.file() == nullptr ? 0 : file.file()->size());
         if (form == Form::Records) {
             writeCheckRecord(sink, file, verdict);
         } else if (form == Form::Table) {

@@ -160,8 +160,8 @@ void writeCheckRecord(TextSink& sink, const InspectedFile& file, const Verdict& 
     JsonWriter json(sink, JsonWriter::Style::OneLine);
     json.beginObject();
     writeName(json, file.facts());
-    json.key("status").string(statusName(verdict.status));
-    json.key("findings").beginArray();
+    json.key<"status">().string(statusName(verdict.status));
+    json.key<"findings">().beginArray();
     for (const Finding* const finding : verdict.findings) {
         writeFinding(json, *finding);
     }

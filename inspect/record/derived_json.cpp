@@ -25,7 +25,7 @@ struct FactWriter {
 void writeDerived(JsonWriter& json, std::span<const DerivedFact> facts) {
     json.beginRow();
     for (const DerivedFact& fact : facts) {
-        json.escapedKey(fact.name);
+        json.key(fact.name);
         std::visit(FactWriter{json}, fact.value);
     }
     json.endObject();

@@ -43,17 +43,17 @@ void writeArguments(JsonWriter& json, const Finding& finding) {
 }
 
 void writeFinding(JsonWriter& json, const Finding& finding) {
-    json.beginRow().key("id").word(finding.id);
-    json.key("severity").word(severityName(finding.severity));
-    json.key("directory").word(finding.directory).key("tag");
+    json.beginRow().key<"id">().word(finding.id);
+    json.key<"severity">().word(severityName(finding.severity));
+    json.key<"directory">().word(finding.directory).key<"tag">();
     if (finding.tag) {
         json.integer(std::uint64_t{*finding.tag});
     } else {
         json.null();
     }
-    json.key("arguments");
+    json.key<"arguments">();
     writeArguments(json, finding);
-    json.key("text").string(finding.text).endObject();
+    json.key<"text">().string(finding.text).endObject();
 }
 
 }  // namespace corvinex::inspect

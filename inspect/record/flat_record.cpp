@@ -24,7 +24,7 @@ class FlatWriter {
     void write(const FileFacts& facts) {
         json_.beginObject();
         writeName(json_, facts);
-        json_.key("status").word(statusName(statusOf(file_)));
+        json_.key<"status">().word(statusName(statusOf(file_)));
         if (file_ != nullptr) {
             for (const Directory& directory : file_->directories()) {
                 writeDirectory(directory);
@@ -55,12 +55,12 @@ class FlatWriter {
         const std::optional<Value> value =
             fits ? readIfPossible([&] { return entry.value(); }) : std::nullopt;
         if (!value) {
-            json_.escapedKey(key).null();
+            json_.key(key).null();
             return;
         }
         if (!options_.codesAsNumbers) {
             if (const std::optional<std::vector<std::string>> words = entry.words(*value)) {
-                json_.escapedKey(key);
+                json_.key(key);
                 writeTexts(*words);
                 return;
             }
@@ -71,12 +71,12 @@ class FlatWriter {
                 return;
             case Interpretation::Form::Text:
             case Interpretation::Form::Texts:
-                json_.escapedKey(key);
+                json_.key(key);
                 writeTexts(interpretation.texts);
                 return;
             case Interpretation::Form::Number:
             case Interpretation::Form::Numbers:
-                json_.escapedKey(key);
+                json_.key(key);
                 writePlainNumbers(json_, *value, options_.maxValues);
         }
     }

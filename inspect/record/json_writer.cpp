@@ -112,10 +112,11 @@ JsonWriter& JsonWriter::end(char bracket) {
     return *this;
 }
 
-JsonWriter& JsonWriter::escapedKey(std::string_view name) {
+JsonWriter& JsonWriter::key(std::string_view name) {
     beginValue();
     put('"');
     putEscaped(name);
+    put("\":");
     endKey();
     return *this;
 }
@@ -162,10 +163,7 @@ void JsonWriter::putEscaped(std::string_view text) {
 template <class Number, class... Format>
 void JsonWriter::digits(Number number, Format... format) {
     constexpr std::size_t mostDigits = 32;
-    if (partSize - length_ < mostDigits) {
-        flush();
-    }
-    char* const start = part_.get() + length_;
+    char* const start = room(mostDigits);
     const auto result = std::to_chars(start, start + mostDigits, number, format...);
     length_ += static_cast<std::size_t>(result.ptr - start);
 }
@@ -230,7 +228,7 @@ JsonWriter& JsonWriter::null() {
 }
 
 JsonWriter& JsonWriter::bytes(std::span<const std::uint8_t> bytes) {
-    return beginObject().key("base64").base64(bytes).endObject();
+    return beginObject().key<"base64">().base64(bytes).endObject();
 }
 
 JsonWriter& JsonWriter::base64(std::span<const std::uint8_t> bytes) {

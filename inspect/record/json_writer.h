@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
@@ -26,6 +27,26 @@ class TextSink {
     TextSink& operator=(TextSink&&) = default;
 };
 
+/// A literal as the argument of a template.
+template <std::size_t Size>
+struct JsonName {
+    // NOLINTNEXTLINE(google-explicit-constructor): the literal is the name
+    consteval JsonName(const char (&literal)[Size]) {
+        std::copy_n(std::begin(literal), characters.size(), characters.begin());
+    }
+    /// With its quotes and colon.
+    [[nodiscard]] consteval std::array<char, Size + 2> quoted() const {
+        std::array<char, Size + 2> text{};
+        text.front() = '"';
+        std::ranges::copy(characters, text.begin() + 1);
+        text[Size] = '"';
+        text[Size + 1] = ':';
+        return text;
+    }
+
+    std::array<char, Size - 1> characters{};
+};
+
 /// Writes one JSON value after the other, each ended by a line feed, the same in every locale.
 /// Strings are given in valid UTF-8; control characters, U+007F to U+009F, U+2028 and U+2029 are
 /// escaped, so that neither a terminal nor a reader of lines takes them for its own. Text is handed
@@ -33,22 +54,6 @@ class TextSink {
 class JsonWriter {
   public:
     enum class Style : std::uint8_t { OneLine, Indented };
-
-    /// The name of a member, as the program has it. The compiler sees to it that it needs no
-    /// escape.
-    class Name {
-      public:
-        // NOLINTNEXTLINE(google-explicit-constructor): a literal is the name
-        consteval Name(const char* literal) : text_(literal) {
-            if (!isPlain(text_)) {
-                throw "the name needs an escape";
-            }
-        }
-        [[nodiscard]] constexpr std::string_view text() const noexcept { return text_; }
-
-      private:
-        std::string_view text_;
-    };
 
     JsonWriter(TextSink& sink, Style style);
 
@@ -59,16 +64,20 @@ class JsonWriter {
     JsonWriter& beginArray() { return begin('[', Layout::Open); }
     JsonWriter& beginList() { return begin('[', Layout::Inline); }
     JsonWriter& endArray() { return end(']'); }
-    /// The name of the member that follows.
-    JsonWriter& key(Name name) {
+    /// The name of the member that follows, as the program has it: the compiler makes its text, and
+    /// sees to it that it needs no escape.
+    template <JsonName name>
+    JsonWriter& key() {
+        static_assert(isPlain({name.characters.data(), name.characters.size()}));
+        static constexpr std::array text = name.quoted();
         beginValue();
-        put('"');
-        put(name.text());
+        std::memcpy(room(text.size()), text.data(), text.size());
+        length_ += text.size();
         endKey();
         return *this;
     }
     /// The same for a name that may need escapes; in valid UTF-8.
-    JsonWriter& escapedKey(std::string_view name);
+    JsonWriter& key(std::string_view name);
     JsonWriter& string(std::string_view text);
     /// A string that needs no escape: constant data such as the name of a tag, or a path.
     JsonWriter& word(std::string_view text) {
@@ -125,7 +134,9 @@ class JsonWriter {
     }
     void indent(const Level& level);
     void endKey() {
-        put(style_ == Style::Indented ? std::string_view("\": ") : std::string_view("\":"));
+        if (style_ == Style::Indented) {
+            put(' ');
+        }
         isAfterKey_ = true;
     }
     void endValue() {
@@ -134,11 +145,16 @@ class JsonWriter {
         }
     }
     void newLine();
-    void put(char character) {
-        if (length_ == partSize) {
+    /// The place of the next characters, with room for so many.
+    char* room(std::size_t length) {
+        if (length > partSize - length_) {
             flush();
         }
-        part_.get()[length_++] = character;
+        return part_.get() + length_;
+    }
+    void put(char character) {
+        *room(1) = character;
+        ++length_;
     }
     void put(std::string_view text) {
         if (text.size() > partSize - length_) {

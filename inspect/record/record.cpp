@@ -26,20 +26,20 @@ class RecordWriter {
           budget_(file == nullptr ? 0 : file->size()) {}
 
     void write(const FileFacts& facts) {
-        json_.beginObject().key("schema").integer(schemaVersion);
+        json_.beginObject().key<"schema">().integer(schemaVersion);
         writeName(json_, facts);
-        json_.key("size");
+        json_.key<"size">();
         writeOptional(facts.size, [&](std::uint64_t size) { json_.integer(size); });
-        json_.key("modified");
+        json_.key<"modified">();
         writeOptional(facts.modified, [&](std::time_t time) { json_.word(isoTime(time)); });
-        json_.key("status").word(statusName(statusOf(file_)));
+        json_.key<"status">().word(statusName(statusOf(file_)));
         writeHead();
-        json_.key("directories").beginArray();
+        json_.key<"directories">().beginArray();
         for (const Directory& directory : directories()) {
             writeDirectory(directory);
         }
         json_.endArray();
-        json_.key("derived");
+        json_.key<"derived">();
         writeFacts([&] { return file_ == nullptr ? Facts() : file_->derived(); });
         writeFindings();
         json_.endObject();
@@ -69,27 +69,27 @@ class RecordWriter {
         const auto container = file_ == nullptr ? std::nullopt : file_->container();
         const auto order = file_ == nullptr ? std::nullopt : file_->byteOrder();
         const auto header = file_ == nullptr ? std::nullopt : file_->headerOffset();
-        json_.key("container");
+        json_.key<"container">();
         writeOptional(container, [&](Container value) { json_.word(containerName(value)); });
-        json_.key("byte_order");
+        json_.key<"byte_order">();
         writeOptional(order, [&](ByteOrder value) { json_.word(byteOrderName(value)); });
-        json_.key("header_offset");
+        json_.key<"header_offset">();
         writeOptional(header, [&](std::uint64_t value) { json_.integer(value); });
     }
 
     void writeDirectory(const Directory& directory) {
         const std::string path = directory.path();
-        json_.beginObject().key("path").word(path);
-        json_.key("kind").word(kindName(directory.kind()));
-        json_.key("offset").integer(directory.offset());
-        json_.key("entries").beginArray();
+        json_.beginObject().key<"path">().word(path);
+        json_.key<"kind">().word(kindName(directory.kind()));
+        json_.key<"offset">().integer(directory.offset());
+        json_.key<"entries">().beginArray();
         for (const Entry& entry : directory.entries()) {
             if (options_.tags.contains(entry, path)) {
                 writeEntry(entry);
             }
         }
         json_.endArray();
-        json_.key("derived");
+        json_.key<"derived">();
         writeFacts([&] { return directory.derived(); });
         json_.endObject();
     }
@@ -97,27 +97,27 @@ class RecordWriter {
     void writeEntry(const Entry& entry) {
         const std::string_view name = entry.name();
         const std::string_view field = entry.fieldName();
-        json_.beginRow().key("number").integer(std::uint64_t{entry.number()});
-        json_.key("name");
+        json_.beginRow().key<"number">().integer(std::uint64_t{entry.number()});
+        json_.key<"name">();
         writeOptional(name.empty() ? std::nullopt : std::optional(name),
                       [&](std::string_view text) { json_.word(text); });
         if (!field.empty() && field != name) {
-            json_.key("field").word(field);
+            json_.key<"field">().word(field);
         }
-        json_.key("type");
+        json_.key<"type">();
         if (entry.type()) {
             json_.word(entry.typeName());
         } else {
             json_.integer(std::uint64_t{entry.typeCode()});
         }
-        json_.key("count").integer(entry.count()).key("offset");
+        json_.key<"count">().integer(entry.count()).key<"offset">();
         writeOptional(entry.offset(), [&](std::uint64_t offset) { json_.integer(offset); });
         bool isTruncated = writeEntryValue(entry);
         if (entry.isPointer()) {
             isTruncated = writeTargets(entry) || isTruncated;
         }
         if (isTruncated) {
-            json_.key("truncated").boolean(true);
+            json_.key<"truncated">().boolean(true);
         }
         json_.endObject();
     }
@@ -125,7 +125,7 @@ class RecordWriter {
     /// Returns whether the value is not given whole.
     bool writeEntryValue(const Entry& entry) {
         const EntryContent content = readContent(entry, budget_);
-        json_.key("value");
+        json_.key<"value">();
         if (!content.value) {
             json_.null();
             return content.isBeyondBudget;
@@ -133,13 +133,13 @@ class RecordWriter {
         const bool isTruncated =
             writeValue(json_, *content.value, content.interpretation, options_.maxValues);
         if (!content.interpretation.charset.empty()) {
-            json_.key("charset").word(content.interpretation.charset);
+            json_.key<"charset">().word(content.interpretation.charset);
         }
         if (!content.interpretation.rest.empty()) {
-            json_.key("rest").bytes(content.interpretation.rest);
+            json_.key<"rest">().bytes(content.interpretation.rest);
         }
         if (content.text) {
-            json_.key("text").string(*content.text);
+            json_.key<"text">().string(*content.text);
         }
         return isTruncated;
     }
@@ -147,7 +147,7 @@ class RecordWriter {
     /// Writes what a pointer's values lead to. Returns whether it did not fit into the budget.
     bool writeTargets(const Entry& entry) {
         const auto paths = targetPaths(*file_, entry, budget_);
-        json_.key("directories");
+        json_.key<"directories">();
         if (!paths) {
             json_.null();
             return true;
@@ -162,7 +162,7 @@ class RecordWriter {
     }
 
     void writeFindings() {
-        json_.key("findings").beginArray();
+        json_.key<"findings">().beginArray();
         for (const Finding& finding : findingsOf(file_)) {
             writeFinding(json_, finding);
         }

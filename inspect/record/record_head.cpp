@@ -9,14 +9,14 @@
 namespace corvinex::inspect {
 
 void writeName(JsonWriter& json, const FileFacts& facts) {
-    json.key("file");
+    json.key<"file">();
     if (reading::isUtf8(facts.name)) {
         json.string(facts.name);
         return;
     }
     json.string(validUtf8(facts.name));
     const std::vector<std::uint8_t> bytes(facts.name.begin(), facts.name.end());
-    json.key("file_bytes").base64(bytes);
+    json.key<"file_bytes">().base64(bytes);
 }
 
 Status statusOf(const File* file) {

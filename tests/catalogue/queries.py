@@ -27,6 +27,19 @@ def answer(database, sql):
     return "".join("|".join(cell(value) for value in row) + "\n" for row in rows)
 
 
+def check_columns(database, text):
+    """Every table, view and column is told of on the page."""
+    objects = [name for name, in database.execute(
+        "SELECT name FROM sqlite_master WHERE type IN ('table', 'view') AND name NOT LIKE 'sqlite%'")]
+    for name in objects:
+        section = re.search(rf"\*\*{name}\*\*(.*?)(?=\n\*\*|\n## )", text, re.S)
+        if not section:
+            sys.exit(f"the page does not tell of {name}")
+        for column in database.execute(f"PRAGMA table_info({name})"):
+            if f"`{column[1]}`" not in section[1]:
+                sys.exit(f"the page does not tell of {name}.{column[1]}")
+
+
 def main():
     tool, page = sys.argv[1], pathlib.Path(sys.argv[2]).resolve()
     text = page.read_text("utf-8")
@@ -38,6 +51,7 @@ def main():
             page.write_text(SQL.sub(lambda match: f"```sql\n{match[1]}```\n\n```\n"
                                     f"{answer(database, match[1])}```\n", text), "utf-8")
             return
+        check_columns(database, text)
         queries = SQL.findall(text)
         if len(queries) < 12:
             sys.exit(f"{page} has {len(queries)} queries")

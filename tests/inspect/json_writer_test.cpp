@@ -91,10 +91,14 @@ TEST(JsonBytes, AreInThePaddedStandardAlphabet) {
 
 TEST(JsonLayout, PutsEachRowOnALineWhenIndented) {
     const auto write = [](JsonWriter& json) {
-        json.beginObject().key("a").beginList().integer(std::uint64_t{1}).integer(std::uint64_t{2});
-        json.endArray().key("b").beginArray();
-        json.beginRow().key("c").null().key("d").boolean(true).endObject();
-        json.endArray().key("e").beginArray().endArray().endObject();
+        json.beginObject()
+            .key<"a">()
+            .beginList()
+            .integer(std::uint64_t{1})
+            .integer(std::uint64_t{2});
+        json.endArray().key<"b">().beginArray();
+        json.beginRow().key<"c">().null().key<"d">().boolean(true).endObject();
+        json.endArray().key<"e">().beginArray().endArray().endObject();
     };
     EXPECT_EQ(written(write), "{\"a\":[1,2],\"b\":[{\"c\":null,\"d\":true}],\"e\":[]}\n");
     EXPECT_EQ(

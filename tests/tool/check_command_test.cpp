@@ -66,8 +66,9 @@ class Check : public testing::Test {
     /// The lines of the output, without the folder's name.
     [[nodiscard]] Texts linesFor(std::vector<std::string> words) const {
         words.push_back(folder.path(""));
+        const CommandResult result = check(std::move(words));
         Texts lines;
-        for (std::string line : linesOf(check(std::move(words)).out)) {
+        for (std::string line : linesOf(result.out)) {
             const std::size_t place = line.find(folder.path(""));
             lines.push_back(place == std::string::npos ? line
                                                        : line.erase(place, folder.path("").size()));
@@ -241,6 +242,12 @@ TEST_F(Check, PrintsTotalsOnTheErrorOutputUnlessItIsQuiet) {
     EXPECT_EQ(lines[2], "  not-an-image           1");
     EXPECT_EQ(lines[3], "  error   valuePastEnd                 2 files, 4 findings");
     EXPECT_EQ(check({"-q", folder.path("")}).err, "");
+}
+
+TEST_F(Check, CountsTheBytesOfAFileOnStandardInput) {
+    const CommandResult result =
+        runTool({"check", "-"}, Output::Captured, Input::pipe(withoutText()));
+    EXPECT_TRUE(result.err.starts_with("1 file, 26 bytes in ")) << result.err;
 }
 
 TEST_F(Check, PrintsTheSameWithAnyNumberOfThreads) {

@@ -44,8 +44,15 @@ class Folder {
     fs::path path_;
 };
 
+/// A directory that tells of an image, so that there is nothing to warn of.
 std::string smallTiff() {
-    return tool_test::TiffBytes().header(8).count(1).shortEntry(256, 640).offset(0).bytes();
+    return tool_test::TiffBytes()
+        .header(8)
+        .count(2)
+        .shortEntry(256, 640)
+        .shortEntry(513, 0)
+        .offset(0)
+        .bytes();
 }
 
 /// The names in the records, without the folder's.

@@ -43,7 +43,8 @@ TEST_F(Usage, BadUsageIsToldOnStandardErrorWithStatus2) {
 TEST_F(Usage, BadUsageIsToldWithWhatIsWrong) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
         {{},
-         "a command is missing; the commands are: show, call, inspect, json, csv, check, scan, extract, "
+         "a command is missing; the commands are: show, call, inspect, json, csv, check, scan, "
+         "extract, "
          "tags, explain"},
         {{"shwo"}, "there is no command \"shwo\"; the nearest is \"show\""},
         {{"photo"},

@@ -25,7 +25,7 @@ bool needsWork(std::string_view name) {
 }  // namespace
 
 std::string absolutePath(const std::string& folder, const std::string& name) {
-    const std::string whole =
+    std::string whole =
         name.starts_with('/') ? name : folder + (folder.ends_with('/') ? "" : "/") + name;
     if (!needsWork(name)) {
         return whole;

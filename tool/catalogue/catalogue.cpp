@@ -81,10 +81,11 @@ Catalogue::Statements::Statements(Database& database)
                  "pages, taken, latitude, longitude, altitude, make, model, lens, crs, derived) "
                  "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16, "
                  "?17, ?18, ?19, ?20, ?21, ?22, ?23, ?24, ?25, ?26) ON CONFLICT (path) DO NOTHING"),
-      insertDirectory(database,
-                      "INSERT INTO directories (id, file_id, position, path, kind, parent_id, offset, "
-                      "entries, compression, photometric, strips, tiles, bytes, derived) VALUES "
-                      "(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14)"),
+      insertDirectory(
+          database,
+          "INSERT INTO directories (id, file_id, position, path, kind, parent_id, offset, "
+          "entries, compression, photometric, strips, tiles, bytes, derived) VALUES "
+          "(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14)"),
       insertTag(database,
                 "INSERT INTO tags (directory_id, number, entry, name, field, type, count, offset, "
                 "json, integer, real, text, meaning, charset, rest, truncated, directories) VALUES "
@@ -356,7 +357,8 @@ void Catalogue::finishScan(const ScanCounts& counts) {
     commit();
     const std::lock_guard lock(mutex_);
     if (counts.written != 0) {
-        const std::string sql = "SELECT count(*) FROM files WHERE scan_id = " + std::to_string(scan_);
+        const std::string sql =
+            "SELECT count(*) FROM files WHERE scan_id = " + std::to_string(scan_);
         const std::int64_t rows = database_.number(sql);
         if (static_cast<std::uint64_t>(rows) != counts.written) {
             throw DatabaseError(SQLITE_ERROR, "it has " + std::to_string(rows) + " rows of the " +

@@ -26,7 +26,7 @@ using corvinex::inspect::EntryContent;
 using corvinex::inspect::Finding;
 using corvinex::inspect::Interpretation;
 using corvinex::inspect::JsonWriter;
-using corvinex::inspect::Value;
+using corvinex::inspect::statusName;
 
 /// A block is handed on when it takes more.
 constexpr std::size_t blockSize = std::size_t{1} << 20U;
@@ -193,15 +193,14 @@ class RowCollector {
 
   private:
     FileRow fileRow(const std::string& path, const std::optional<FileStamp>& stamp) {
-        using namespace corvinex::inspect;
-        const FileFacts& facts = inspected_.facts();
+        const corvinex::inspect::FileFacts& facts = inspected_.facts();
         FileRow row;
         row.path = path;
         row.name = facts.name;
         row.stamp = stamp;
         row.size = facts.size;
-        row.modified = facts.modified ? isoTime(*facts.modified) : std::string();
-        row.status = statusName(statusOf(file_));
+        row.modified = facts.modified ? corvinex::inspect::isoTime(*facts.modified) : std::string();
+        row.status = statusName(corvinex::inspect::statusOf(file_));
         row.reason = file_ == nullptr ? inspected_.error().message() : std::string();
         if (file_ != nullptr) {
             row.container = file_->container() ? containerName(*file_->container()) : "";
