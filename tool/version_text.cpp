@@ -1,6 +1,7 @@
 #include "tool/version_text.h"
 
 #include <rapidjson/rapidjson.h>
+#include <sqlite3.h>
 #include <unicode/uversion.h>
 
 #include <algorithm>
@@ -50,6 +51,10 @@ std::string rapidJsonVersion() {
     return RAPIDJSON_VERSION_STRING;
 }
 
+std::string sqliteVersion() {
+    return sqlite3_libversion();
+}
+
 struct Library {
     const char* name;
     std::string (*version)();
@@ -59,6 +64,7 @@ struct Library {
 constexpr std::array libraries{
     Library{"ICU", icuVersion},
     Library{"pugixml", pugixmlVersion},
+    Library{"SQLite", sqliteVersion},
     Library{"Boost", boostVersion},
     Library{"JSON for Modern C++", jsonVersion},
     Library{"RapidJSON", rapidJsonVersion},
