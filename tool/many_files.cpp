@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <system_error>
@@ -13,6 +14,7 @@
 
 #include "tool/interrupt_watch.h"
 #include "tool/ordered_output.h"
+#include "tool/progress_line.h"
 #include "tool/text_display.h"
 #include "tool/usage_error.h"
 
@@ -22,8 +24,13 @@ namespace {
 /// The threads' common state.
 class FileRun {
   public:
-    FileRun(const ManyFiles& files, const FileTask& task, std::ostream& out, std::ostream& err)
-        : how_(files.how), task_(task), list_(files.paths), output_(out, err) {}
+    FileRun(const ManyFiles& files, const FileTask& task, std::ostream& out, std::ostream& err,
+            ProgressLine* progress)
+        : how_(files.how),
+          task_(task),
+          list_(files.paths),
+          output_(out, err, progress),
+          progress_(progress) {}
 
     /// What each thread does until no file is left.
     void work() {
@@ -35,13 +42,17 @@ class FileRun {
             }
             OrderedOutput::Turn turn(output_, number);
             std::string message;
+            std::size_t findings = 0;
             try {
-                message = read(*path, turn);
+                message = read(*path, turn, findings);
             } catch (...) {
                 turn.abandon();
                 stop(std::current_exception());
             }
             turn.finish(message);
+            if (progress_ != nullptr) {
+                progress_->add(findings);
+            }
         }
     }
 
@@ -72,8 +83,9 @@ class FileRun {
     }
 
     /// Returns what there is to tell on the error output.
-    std::string read(const ListedPath& path, OrderedOutput::Turn& turn) {
+    std::string read(const ListedPath& path, OrderedOutput::Turn& turn, std::size_t& findings) {
         const InspectedFile file(path.name, how_);
+        findings = file.file() == nullptr ? 0 : file.file()->findings().size();
         if (!path.isAsked && !file.isImage()) {
             return {};
         }
@@ -98,6 +110,7 @@ class FileRun {
     std::mutex mutex_;
     PathList list_;
     OrderedOutput output_;
+    ProgressLine* progress_;
     std::uint64_t taken_ = 0;
     bool isStopped_ = false;
     std::exception_ptr failure_;
@@ -123,6 +136,15 @@ unsigned threadsOf(const Arguments& arguments) {
     const std::uint64_t cores = std::max(1U, std::thread::hardware_concurrency());
     const std::uint64_t wanted = arguments.whole("jobs").value_or(cores);
     return static_cast<unsigned>(std::clamp<std::uint64_t>(wanted, 1, mostThreads));
+}
+
+/// Null when there is none to show.
+std::unique_ptr<ProgressLine> startProgress(const ManyFiles& files) {
+    try {
+        return files.showsProgress ? std::make_unique<ProgressLine>(files.paths) : nullptr;
+    } catch (const std::system_error&) {
+        return nullptr;  // no thread can be had
+    }
 }
 
 }  // namespace
@@ -151,13 +173,15 @@ ManyFiles manyFiles(const Arguments& arguments) {
     files.paths.followsLinks = arguments.isGiven("follow");
     files.how.headerOffset = arguments.whole("header-offset");
     files.threads = threadsOf(arguments);
+    files.showsProgress = !arguments.isGiven("quiet") && isatty(STDERR_FILENO) != 0;
     return files;
 }
 
 ExitStatus inspectFiles(const ManyFiles& files, const FileTask& task, std::ostream& out,
                         std::ostream& err) {
     const InterruptWatch watch;
-    FileRun run(files, task, out, err);
+    const auto progress = startProgress(files);
+    FileRun run(files, task, out, err, progress.get());
     {
         std::vector<std::jthread> helpers;
         const bool isOneFile = files.paths.operands.size() == 1 && !files.paths.namesFrom &&

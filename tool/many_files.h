@@ -16,6 +16,7 @@ struct ManyFiles {
     PathOptions paths;
     corvinex::inspect::Options how;
     unsigned threads = 1;
+    bool showsProgress = false;  ///< the standard error is a terminal, and nobody asked for quiet
 };
 
 /// As the command line tells it. Raises UsageError for a standard input that is a terminal, and

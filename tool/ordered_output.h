@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "inspect/record/json_writer.h"
+#include "tool/progress_line.h"
 
 namespace tool {
 
@@ -19,7 +20,9 @@ namespace tool {
 /// grows neither with the number of tasks nor with the largest of them.
 class OrderedOutput {
   public:
-    OrderedOutput(std::ostream& out, std::ostream& err) : out_(out), err_(err) {}
+    /// Nothing is written while the progress line stands on a terminal; null for none.
+    OrderedOutput(std::ostream& out, std::ostream& err, ProgressLine* progress)
+        : out_(out), err_(err), progress_(progress) {}
 
     /// The place of one task. Used by the thread that does it.
     class Turn final : public corvinex::inspect::TextSink {
@@ -47,9 +50,13 @@ class OrderedOutput {
 
   private:
     std::unique_lock<std::mutex> waitFor(std::uint64_t number);
+    /// Both are called when it is the turn of the task whose text this is.
+    void put(std::string_view text);
+    void report(std::string_view message);
 
     std::ostream& out_;
     std::ostream& err_;
+    ProgressLine* progress_;
     std::mutex mutex_;
     std::condition_variable turned_;
     std::uint64_t turn_ = 0;
