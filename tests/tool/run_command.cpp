@@ -127,7 +127,16 @@ CommandResult runTool(const std::vector<std::string>& arguments, Output output, 
     if (output == Output::Terminal) {
         place = terminal.emplace().path();
     }
-    actions.open(STDOUT_FILENO, place, O_WRONLY | O_CREAT | O_APPEND | O_NOCTTY);
+    std::array<int, 2> closedPipe{-1, -1};
+    if (output == Output::ClosedPipe) {
+        if (::pipe2(closedPipe.data(), O_CLOEXEC) != 0) {
+            throw std::system_error(errno, std::generic_category(), "pipe2");
+        }
+        ::close(closedPipe[0]);
+        actions.duplicate(closedPipe[1], STDOUT_FILENO);
+    } else {
+        actions.open(STDOUT_FILENO, place, O_WRONLY | O_CREAT | O_APPEND | O_NOCTTY);
+    }
     if (output == Output::WithErrors) {
         actions.duplicate(STDOUT_FILENO, STDERR_FILENO);
     } else {
@@ -146,6 +155,9 @@ CommandResult runTool(const std::vector<std::string>& arguments, Output output, 
                                   pointersTo(environment).data());
     if (error != 0) {
         throw std::system_error(error, std::generic_category(), CORVINEX_TOOL);
+    }
+    if (closedPipe[1] >= 0) {
+        ::close(closedPipe[1]);
     }
     int status = 0;
     waitpid(child, &status, 0);
