@@ -76,6 +76,27 @@ class FilledPipe {
     std::thread writer_;
 };
 
+/// A pipe that nobody reads from.
+class UnreadPipe {
+  public:
+    UnreadPipe() {
+        std::array<int, 2> ends{};
+        if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+            throw std::system_error(errno, std::generic_category(), "pipe2");
+        }
+        ::close(ends[0]);
+        writeEnd_ = ends[1];
+    }
+    ~UnreadPipe() { ::close(writeEnd_); }
+    UnreadPipe(const UnreadPipe&) = delete;
+    UnreadPipe& operator=(const UnreadPipe&) = delete;
+
+    [[nodiscard]] int writeEnd() const { return writeEnd_; }
+
+  private:
+    int writeEnd_ = -1;
+};
+
 /// The name of a terminal, which lives as long as the owner of its other end.
 class Terminal {
   public:
@@ -127,13 +148,9 @@ CommandResult runTool(const std::vector<std::string>& arguments, Output output, 
     if (output == Output::Terminal) {
         place = terminal.emplace().path();
     }
-    std::array<int, 2> closedPipe{-1, -1};
+    std::optional<UnreadPipe> unread;
     if (output == Output::ClosedPipe) {
-        if (::pipe2(closedPipe.data(), O_CLOEXEC) != 0) {
-            throw std::system_error(errno, std::generic_category(), "pipe2");
-        }
-        ::close(closedPipe[0]);
-        actions.duplicate(closedPipe[1], STDOUT_FILENO);
+        actions.duplicate(unread.emplace().writeEnd(), STDOUT_FILENO);
     } else {
         actions.open(STDOUT_FILENO, place, O_WRONLY | O_CREAT | O_APPEND | O_NOCTTY);
     }
@@ -155,9 +172,6 @@ CommandResult runTool(const std::vector<std::string>& arguments, Output output, 
                                   pointersTo(environment).data());
     if (error != 0) {
         throw std::system_error(error, std::generic_category(), CORVINEX_TOOL);
-    }
-    if (closedPipe[1] >= 0) {
-        ::close(closedPipe[1]);
     }
     int status = 0;
     waitpid(child, &status, 0);
