@@ -114,7 +114,8 @@ enum class PointerRule : std::uint8_t {
     /// directory.
     Exact,
     /// As the module does: values of SubIFDs and EXIF pointers in any type that it knows. Offsets
-    /// are 4 bytes each and as many as the value has elements.
+    /// are 4 bytes each and as many as the value has elements. The next offset of an EXIF directory
+    /// is read, as SubIFDs may lead there too, but not followed.
     Module,
 };
 

@@ -176,7 +176,7 @@ class Walk {
             }
             ++chain.end;
             ++record.chainIndex;
-            offset = file_.directories.back().record().next;
+            offset = isImageKind(record.kind) ? file_.directories.back().record().next : 0;
         }
         return chain;
     }
@@ -205,7 +205,7 @@ class Walk {
         record.firstEntry = static_cast<std::uint32_t>(file_.entries.size());
         readEntries(record, index, entriesStart, static_cast<std::uint32_t>(whole));
         record.isCut = record.entryCount < *told;
-        if (isImageKind(record.kind) && !record.isCut) {
+        if ((isImageKind(record.kind) || rule_ == PointerRule::Module) && !record.isCut) {
             const std::optional<std::uint64_t> next =
                 readOffset(entriesStart + whole * layout.entrySize);
             record.next = next.value_or(0);

@@ -3,6 +3,8 @@
 #include <array>
 
 #include "tool/call_command.h"
+#include "tool/catalogue/scan_command.h"
+#include "tool/check_command.h"
 #include "tool/csv_command.h"
 #include "tool/explain_command.h"
 #include "tool/extract_command.h"
@@ -120,6 +122,47 @@ constexpr std::array csvOptions{
     quiet,
 };
 
+constexpr std::array checkOptions{
+    OptionRow{"all", ValueKind::None, "", "",
+              "A line for every file, sound ones as well, with its notes"},
+    OptionRow{"findings", ValueKind::None, "", "",
+              "Below each file a line for each finding, with its text"},
+    OptionRow{"jsonl", ValueKind::None, "", "",
+              "A line of JSON for every file, with its status and findings"},
+    OptionRow{"csv", ValueKind::None, "", "",
+              "A table with a row for every finding, and one for a file without any"},
+    OptionRow{"fail-on", ValueKind::Word, "warning|damaged|unreadable", "damaged",
+              "How bad a file has to be that the exit status is 1; what is no image counts as "
+              "damaged"},
+    OptionRow{"only", ValueKind::Texts, "ID", "",
+              "Only the findings of this rule; may be given several times"},
+    OptionRow{"ignore", ValueKind::Texts, "ID", "",
+              "No findings of this rule; may be given several times"},
+    OptionRow{"rules", ValueKind::None, "", "", "Print the table of all rules"},
+    headerOffset,
+    filesFrom,
+    extensions,
+    follow,
+    jobs,
+    quiet,
+};
+
+constexpr std::array scanOptions{
+    OptionRow{"output", ValueKind::Text, "CATALOGUE", "",
+              "The catalogue, a SQLite database; it is made, or brought up to date", 'o'},
+    OptionRow{"force", ValueKind::None, "", "", "Read files as well that have not changed"},
+    OptionRow{"prune", ValueKind::None, "", "",
+              "Take out the files below PATH that are there no more"},
+    OptionRow{"max-values", ValueKind::WholeNumber, "N", "64",
+              "Most elements, characters or bytes of a value"},
+    headerOffset,
+    filesFrom,
+    extensions,
+    follow,
+    jobs,
+    quiet,
+};
+
 constexpr std::array extractOptions{
     OptionRow{"thumbnail", ValueKind::None, "", "",
               "The first small JPEG in the file instead of a tag's value; FILE stands alone"},
@@ -145,6 +188,12 @@ constexpr std::array commands{
     CommandRow{"csv", "PATH", 0, anyNumberOfOperands, csvOptions, runCsv,
                "Print tags of files as a table of comma-separated values",
                "A TIFF, BigTIFF or JPEG file, or a folder of them; - is the standard input"},
+    CommandRow{"check", "PATH", 0, anyNumberOfOperands, checkOptions, runCheck,
+               "Tell which files are damaged, where and how",
+               "A TIFF, BigTIFF or JPEG file, or a folder of them; - is the standard input"},
+    CommandRow{"scan", "PATH", 0, anyNumberOfOperands, scanOptions, runScan,
+               "Read files into a catalogue that can be searched",
+               "A TIFF, BigTIFF or JPEG file, or a folder of them"},
     CommandRow{"extract", "TAG FILE", 1, 2, extractOptions, runExtract,
                "Write the bytes of a value, or of a thumbnail, as they stand in the file",
                "A tag's name or number, also behind the path of a directory and a point (XMP, ICC, "

@@ -73,11 +73,14 @@ std::uint32_t DirectoryChains::next(std::uint32_t index) const {
     if (isCutOff(directory) || isTooLong) {
         return nowhere;
     }
-    if (!isImageKind(directory.kind()) || record.isNextRefused) {
-        return unknown;
+    if (record.next == 0) {
+        return nowhere;
     }
-    const auto found = record.next == 0 ? indexOf_.end() : indexOf_.find(record.next);
-    return found == indexOf_.end() ? nowhere : behind(found->second);
+    if (const auto found = indexOf_.find(record.next); found != indexOf_.end()) {
+        return behind(found->second);
+    }
+    // Of an image the walk has looked there.
+    return isImageKind(directory.kind()) && !record.isNextRefused ? nowhere : unknown;
 }
 
 const ChainFacts& DirectoryChains::from(std::uint32_t index) {

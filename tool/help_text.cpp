@@ -32,6 +32,8 @@ void printRow(std::ostream& out, const std::string& name, std::string_view text)
     out << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
 }
 
+}  // namespace
+
 std::string spelled(const OptionRow& option) {
     std::string text = option.letter == 0 ? "" : std::string{'-', option.letter, ',', ' '};
     text.append("--").append(option.name);
@@ -49,22 +51,23 @@ std::string described(const OptionRow& option) {
     return text;
 }
 
-}  // namespace
+std::string operandsOf(const CommandRow& command) {
+    return std::string(command.operand) +
+           (command.mostOperands == anyNumberOfOperands ? "..." : "");
+}
 
 void printHelp(std::ostream& out) {
-    out << "Usage: corvinex COMMAND ...\n\n"
-           "Reads the tag metadata of TIFF, BigTIFF and EXIF files.\n\nCommands:\n";
+    out << "Usage: corvinex COMMAND ...\n\n" << purpose << "\n\nCommands:\n";
     for (const CommandRow& command : allCommands()) {
         printRow(out, std::string(command.name), command.summary);
     }
     out << "\nOptions:\n";
     printRow(out, "-h, --help", "Print this help and exit; behind a command, the command's");
-    printRow(out, "--version", "Print the version and exit");
+    printRow(out, "--version", "Print the versions of tool, module and libraries and exit");
 }
 
 void printHelp(std::ostream& out, const CommandRow& command) {
-    out << "Usage: corvinex " << command.name << " [OPTION...] " << command.operand
-        << (command.mostOperands == anyNumberOfOperands ? "..." : "") << "\n\n"
+    out << "Usage: corvinex " << command.name << " [OPTION...] " << operandsOf(command) << "\n\n"
         << command.summary << ".\n\n";
     printRow(out, std::string(command.operand), command.operandHelp);
     out << "\nOptions:\n";

@@ -1,6 +1,8 @@
 // The command-line tool: finds out what the command line asks for and has it done.
 
+#include <array>
 #include <cstddef>
+#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <new>
@@ -13,6 +15,7 @@
 #include "tool/process_locale.h"
 #include "tool/text_display.h"
 #include "tool/usage_error.h"
+#include "tool/version_text.h"
 
 namespace {
 
@@ -21,7 +24,7 @@ using tool::CommandLine;
 tool::ExitStatus run(const CommandLine& line) {
     switch (line.request) {
         case CommandLine::Request::Version:
-            std::cout << "corvinex " CORVINEX_VERSION "\n";
+            tool::printVersion(std::cout);
             return tool::Success;
         case CommandLine::Request::Help:
             if (line.command == nullptr) {
@@ -46,9 +49,17 @@ tool::ExitStatus runWords(std::span<char*> words) {
     }
 }
 
+/// What the C library would choose by itself is a few records: every other one would wait for a
+/// call of the system.
+void useLargeOutputBlocks() {
+    static std::array<char, std::size_t{64} << 10U> block;
+    static_cast<void>(std::setvbuf(stdout, block.data(), _IOFBF, block.size()));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    useLargeOutputBlocks();
     tool::ExitStatus status = tool::Failed;
     try {
         tool::setProcessLocale();

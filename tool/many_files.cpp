@@ -3,18 +3,18 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <exception>
-#include <memory>
-#include <mutex>
+#include <filesystem>
 #include <string>
 #include <system_error>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "tool/interrupt_watch.h"
 #include "tool/ordered_output.h"
 #include "tool/progress_line.h"
+#include "tool/shared_paths.h"
 #include "tool/text_display.h"
 #include "tool/usage_error.h"
 
@@ -24,97 +24,61 @@ namespace {
 /// The threads' common state.
 class FileRun {
   public:
-    FileRun(const ManyFiles& files, const FileTask& task, std::ostream& out, std::ostream& err,
-            ProgressLine* progress)
-        : how_(files.how),
+    FileRun(const ManyFiles& files, const FileTask& task, std::ostream& out, std::ostream& err)
+        : files_(files),
           task_(task),
-          list_(files.paths),
-          output_(out, err, progress),
-          progress_(progress) {}
+          paths_(files.paths),
+          progress_(err, !files.isQuiet, files.paths),
+          output_(out, err, progress_) {}
 
     /// What each thread does until no file is left.
     void work() {
-        for (;;) {
-            std::uint64_t number = 0;
-            const auto path = take(number);
-            if (!path) {
+        while (!output_.hasFailed()) {
+            const auto taken = paths_.take();
+            if (!taken) {
                 return;
             }
-            OrderedOutput::Turn turn(output_, number);
+            OrderedOutput::Turn turn(output_, taken->number);
             std::string message;
-            std::size_t findings = 0;
             try {
-                message = read(*path, turn, findings);
+                message = read(taken->path, turn);
             } catch (...) {
                 turn.abandon();
-                stop(std::current_exception());
+                paths_.stop(std::current_exception());
             }
-            turn.finish(message);
-            if (progress_ != nullptr) {
-                progress_->add(findings);
-            }
+            turn.finish(std::move(message));
         }
     }
 
     /// Raises what a task has raised.
     ExitStatus status() {
-        if (failure_) {
-            std::rethrow_exception(failure_);
-        }
-        return output_.hasFailed() ? OutputFailed : status_;
+        paths_.raiseFailure();
+        return output_.hasFailed() ? OutputFailed : isSomethingWrong_ ? Failed : Success;
     }
 
   private:
-    std::optional<ListedPath> take(std::uint64_t& number) {
-        const std::lock_guard lock(mutex_);
-        if (isStopped_ || InterruptWatch::isInterrupted() || output_.hasFailed()) {
-            return std::nullopt;
-        }
-        try {
-            auto path = list_.next();
-            number = taken_;
-            taken_ += path ? 1 : 0;
-            return path;
-        } catch (...) {
-            failure_ = failure_ ? failure_ : std::current_exception();
-            isStopped_ = true;
-            return std::nullopt;
-        }
-    }
-
     /// Returns what there is to tell on the error output.
-    std::string read(const ListedPath& path, OrderedOutput::Turn& turn, std::size_t& findings) {
-        const InspectedFile file(path.name, how_);
-        findings = file.file() == nullptr ? 0 : file.file()->findings().size();
+    std::string read(const ListedPath& path, OrderedOutput::Turn& turn) {
+        const InspectedFile file(path.name, files_.how);
+        progress_.add(file.file() == nullptr ? 1 : file.file()->findings().size());
         if (!path.isAsked && !file.isImage()) {
             return {};
         }
         task_(file, turn);
         if (!file.isImage()) {
-            const std::lock_guard lock(mutex_);
-            status_ = Failed;
+            isSomethingWrong_ = true;
         }
-        return file.error()
+        return file.error() && files_.tellsErrors
                    ? "corvinex: " + visibleText(path.name) + ": " + file.error().message() + '\n'
                    : std::string();
     }
 
-    void stop(std::exception_ptr failure) {
-        const std::lock_guard lock(mutex_);
-        failure_ = failure_ ? failure_ : std::move(failure);
-        isStopped_ = true;
-    }
-
-    const corvinex::inspect::Options& how_;
+    const ManyFiles& files_;
     const FileTask& task_;
-    std::mutex mutex_;
-    PathList list_;
+    SharedPaths paths_;
+    ProgressLine progress_;
     OrderedOutput output_;
-    ProgressLine* progress_;
-    std::uint64_t taken_ = 0;
-    bool isStopped_ = false;
-    std::exception_ptr failure_;
-    ExitStatus status_ = Success;
+    std::atomic<bool> isSomethingWrong_{false};
 };
 
 /// Words between commas.
@@ -136,15 +100,6 @@ unsigned threadsOf(const Arguments& arguments) {
     const std::uint64_t cores = std::max(1U, std::thread::hardware_concurrency());
     const std::uint64_t wanted = arguments.whole("jobs").value_or(cores);
     return static_cast<unsigned>(std::clamp<std::uint64_t>(wanted, 1, mostThreads));
-}
-
-/// Null when there is none to show.
-std::unique_ptr<ProgressLine> startProgress(const ManyFiles& files) {
-    try {
-        return files.showsProgress ? std::make_unique<ProgressLine>(files.paths) : nullptr;
-    } catch (const std::system_error&) {
-        return nullptr;  // no thread can be had
-    }
 }
 
 }  // namespace
@@ -173,21 +128,24 @@ ManyFiles manyFiles(const Arguments& arguments) {
     files.paths.followsLinks = arguments.isGiven("follow");
     files.how.headerOffset = arguments.whole("header-offset");
     files.threads = threadsOf(arguments);
-    files.showsProgress = !arguments.isGiven("quiet") && isatty(STDERR_FILENO) != 0;
+    files.isQuiet = arguments.isGiven("quiet");
     return files;
+}
+
+bool isOneFile(const PathOptions& paths) {
+    std::error_code ignored;
+    return paths.operands.size() == 1 && !paths.namesFrom &&
+           !std::filesystem::is_directory(paths.operands.front(), ignored);
 }
 
 ExitStatus inspectFiles(const ManyFiles& files, const FileTask& task, std::ostream& out,
                         std::ostream& err) {
     const InterruptWatch watch;
-    const auto progress = startProgress(files);
-    FileRun run(files, task, out, err, progress.get());
+    FileRun run(files, task, out, err);
     {
         std::vector<std::jthread> helpers;
-        const bool isOneFile = files.paths.operands.size() == 1 && !files.paths.namesFrom &&
-                               !std::filesystem::is_directory(files.paths.operands.front());
         try {
-            for (unsigned helper = 1; helper < files.threads && !isOneFile; ++helper) {
+            for (unsigned helper = 1; helper < files.threads && !isOneFile(files.paths); ++helper) {
                 helpers.emplace_back([&run] { run.work(); });
             }
         } catch (const std::system_error&) {
@@ -195,8 +153,8 @@ ExitStatus inspectFiles(const ManyFiles& files, const FileTask& task, std::ostre
         }
         run.work();
     }
-    out.flush();
-    return run.status();
+    const ExitStatus status = run.status();
+    return out.flush() ? status : OutputFailed;
 }
 
 }  // namespace tool

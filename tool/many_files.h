@@ -16,8 +16,12 @@ struct ManyFiles {
     PathOptions paths;
     corvinex::inspect::Options how;
     unsigned threads = 1;
-    bool showsProgress = false;  ///< the standard error is a terminal, and nobody asked for quiet
+    bool isQuiet = false;     ///< nothing but errors on the error output
+    bool tellsErrors = true;  ///< on the error output why a file could not be read
 };
+
+/// Whether there is but one file, for which threads need not be started.
+[[nodiscard]] bool isOneFile(const PathOptions& paths);
 
 /// As the command line tells it. Raises UsageError for a standard input that is a terminal, and
 /// where no file is named.

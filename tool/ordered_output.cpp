@@ -1,6 +1,6 @@
 #include "tool/ordered_output.h"
 
-#include <unistd.h>
+#include <utility>
 
 namespace tool {
 
@@ -10,44 +10,61 @@ std::unique_lock<std::mutex> OrderedOutput::waitFor(std::uint64_t number) {
     return lock;
 }
 
-void OrderedOutput::put(std::string_view text) {
-    // The line may stand on the terminal that the text goes to.
-    const bool isTogether = progress_ != nullptr && isatty(STDOUT_FILENO) != 0;
-    const auto pause = isTogether ? progress_->pause() : std::unique_lock<std::mutex>();
+void OrderedOutput::write(std::string_view text) {
     out_.write(text.data(), static_cast<std::streamsize>(text.size()));
-    if (isTogether) {
-        out_.flush();
+    if (isOnTerminal_) {
+        out_.flush();  // while the progress line is off
     }
-}
-
-void OrderedOutput::report(std::string_view message) {
-    const auto pause = progress_ != nullptr ? progress_->pause() : std::unique_lock<std::mutex>();
-    out_.flush();
-    err_ << message;
-}
-
-bool OrderedOutput::hasFailed() {
-    const std::lock_guard lock(mutex_);
-    return !out_;
+    hasFailed_ = !out_;
 }
 
 void OrderedOutput::Turn::write(std::string_view text) {
     text_ += text;
     if (text_.size() > mostKept) {
         const auto lock = output_.waitFor(number_);
-        output_.put(text_);
+        const auto pause = output_.progress_.pause();
+        output_.write(text_);
         text_.clear();
     }
 }
 
-void OrderedOutput::Turn::finish(std::string_view message) {
-    const auto lock = output_.waitFor(number_);
-    output_.put(text_);
-    if (!message.empty()) {
-        output_.report(message);
+bool OrderedOutput::hasRoomFor(std::uint64_t number, std::size_t size) const noexcept {
+    return number == turn_ || (number - turn_ < mostAhead && size <= mostLeft - leftBytes_);
+}
+
+void OrderedOutput::endTurn(std::string_view text, std::string_view message) {
+    if (!text.empty() || !message.empty()) {
+        const auto pause = progress_.pause();
+        write(text);
+        if (!message.empty()) {
+            out_.flush();
+            err_ << message;
+        }
     }
-    ++output_.turn_;
-    output_.turned_.notify_all();
+    ++turn_;
+}
+
+/// Writes what was left for the turns that have come.
+void OrderedOutput::endTurnsLeft() {
+    for (auto* left = &left_[turn_ % mostAhead]; *left; left = &left_[turn_ % mostAhead]) {
+        endTurn((*left)->text, (*left)->message);
+        leftBytes_ -= (*left)->text.size();
+        left->reset();
+    }
+}
+
+void OrderedOutput::Turn::finish(std::string message) {
+    OrderedOutput& output = output_;
+    std::unique_lock lock(output.mutex_);
+    output.turned_.wait(lock, [&] { return output.hasRoomFor(number_, text_.size()); });
+    if (number_ != output.turn_) {
+        output.leftBytes_ += text_.size();
+        output.left_[number_ % mostAhead] = Left{std::move(text_), std::move(message)};
+        return;
+    }
+    output.endTurn(text_, message);
+    output.endTurnsLeft();
+    output.turned_.notify_all();
 }
 
 }  // namespace tool

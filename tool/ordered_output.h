@@ -1,11 +1,16 @@
 #pragma once
 
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -16,12 +21,13 @@
 namespace tool {
 
 /// Puts what several threads write into the order in which they took their work. Each thread
-/// collects the text of its task and waits for its turn when that becomes large, so that memory
-/// grows neither with the number of tasks nor with the largest of them.
+/// collects the text of its task. A short text whose turn has not come is left here for the thread
+/// that comes to it; only one that is long, or that is too far ahead, waits. So memory grows
+/// neither with the number of tasks nor with the largest of them.
 class OrderedOutput {
   public:
-    /// Nothing is written while the progress line stands on a terminal; null for none.
-    OrderedOutput(std::ostream& out, std::ostream& err, ProgressLine* progress)
+    /// Takes the progress line off while it writes.
+    OrderedOutput(std::ostream& out, std::ostream& err, ProgressLine& progress)
         : out_(out), err_(err), progress_(progress) {}
 
     /// The place of one task. Used by the thread that does it.
@@ -33,9 +39,9 @@ class OrderedOutput {
         void write(std::string_view text) override;
         /// Forgets what is not written yet: half a record is worse than none.
         void abandon() noexcept { text_.clear(); }
-        /// Writes all that is left, with a message for the error output behind it, and hands on to
-        /// the next task. To be called once, also when the task failed.
-        void finish(std::string_view message);
+        /// Hands over all that is left, with a message for the error output behind it. To be called
+        /// once, also when the task failed.
+        void finish(std::string message);
 
       private:
         static constexpr std::size_t mostKept = std::size_t{1} << 20U;
@@ -46,20 +52,35 @@ class OrderedOutput {
     };
 
     /// Whether the output takes no more.
-    [[nodiscard]] bool hasFailed();
+    [[nodiscard]] bool hasFailed() const noexcept { return hasFailed_; }
 
   private:
+    /// What a task that is ahead of its turn has left.
+    struct Left {
+        std::string text;
+        std::string message;
+    };
+
     std::unique_lock<std::mutex> waitFor(std::uint64_t number);
-    /// Both are called when it is the turn of the task whose text this is.
-    void put(std::string_view text);
-    void report(std::string_view message);
+    [[nodiscard]] bool hasRoomFor(std::uint64_t number, std::size_t size) const noexcept;
+    void write(std::string_view text);
+    void endTurn(std::string_view text, std::string_view message);
+    void endTurnsLeft();
+
+    // Enough that nobody waits while one file takes longer than its neighbours.
+    static constexpr std::size_t mostAhead = 64;
+    static constexpr std::size_t mostLeft = std::size_t{4} << 20U;
 
     std::ostream& out_;
     std::ostream& err_;
-    ProgressLine* progress_;
+    ProgressLine& progress_;
     std::mutex mutex_;
     std::condition_variable turned_;
     std::uint64_t turn_ = 0;
+    std::array<std::optional<Left>, mostAhead> left_;  ///< by number, modulo its size
+    std::size_t leftBytes_ = 0;
+    std::atomic<bool> hasFailed_{false};
+    const bool isOnTerminal_ = isatty(STDOUT_FILENO) != 0;
 };
 
 }  // namespace tool

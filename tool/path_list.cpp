@@ -66,7 +66,22 @@ std::optional<std::vector<std::string>> namesIn(const std::string& folder) {
     return names;
 }
 
+std::optional<FileStamp> stampFrom(const struct stat& facts) {
+    if (!S_ISREG(facts.st_mode)) {
+        return std::nullopt;
+    }
+    constexpr std::int64_t nanoseconds = 1'000'000'000;
+    return FileStamp{.size = static_cast<std::uint64_t>(facts.st_size),
+                     .modified = facts.st_mtim.tv_sec * nanoseconds + facts.st_mtim.tv_nsec,
+                     .inode = facts.st_ino};
+}
+
 }  // namespace
+
+std::optional<FileStamp> stampOf(const std::string& path) {
+    struct stat facts {};
+    return stat(path.c_str(), &facts) == 0 ? stampFrom(facts) : std::nullopt;
+}
 
 PathList::PathList(PathOptions options) : options_(std::move(options)) {
     if (!options_.namesFrom) {
@@ -135,16 +150,18 @@ std::optional<ListedPath> PathList::nextInFolder() {
         const std::string name = std::move(folder.names.back());
         folder.names.pop_back();
         std::string path = joined(folder.path, name);
-        struct stat link {};
         struct stat facts {};
-        const bool isThere = lstat(path.c_str(), &link) == 0 && stat(path.c_str(), &facts) == 0;
+        bool isThere = lstat(path.c_str(), &facts) == 0;
+        const bool isLink = isThere && S_ISLNK(facts.st_mode);
+        if (isLink) {
+            isThere = stat(path.c_str(), &facts) == 0;
+        }
         if (isThere && S_ISDIR(facts.st_mode)) {
-            const bool isFollowed = !S_ISLNK(link.st_mode) || options_.followsLinks;
-            if (isFollowed && !enter(path)) {
+            if ((!isLink || options_.followsLinks) && !enter(path)) {
                 return ListedPath{std::move(path), true};
             }
         } else if (isThere && S_ISREG(facts.st_mode) && isWanted(name)) {
-            return ListedPath{std::move(path), promisesImage(name)};
+            return ListedPath{std::move(path), promisesImage(name), stampFrom(facts)};
         }
     }
     return std::nullopt;
@@ -160,10 +177,9 @@ std::optional<ListedPath> PathList::next() {
             return std::nullopt;
         }
         struct stat facts {};
-        const bool isFolder = *operand != standardInput && stat(operand->c_str(), &facts) == 0 &&
-                              S_ISDIR(facts.st_mode);
-        if (!isFolder || !enter(*operand)) {
-            return ListedPath{*std::move(operand), true};
+        const bool isThere = *operand != standardInput && stat(operand->c_str(), &facts) == 0;
+        if (!isThere || !S_ISDIR(facts.st_mode) || !enter(*operand)) {
+            return ListedPath{*std::move(operand), true, isThere ? stampFrom(facts) : std::nullopt};
         }
     }
 }

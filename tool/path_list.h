@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <fstream>
 #include <istream>
 #include <optional>
@@ -19,11 +20,24 @@ struct PathOptions {
     bool followsLinks = false;  ///< in folders to other folders as well
 };
 
+/// What tells a file that was changed from one that was not.
+struct FileStamp {
+    std::uint64_t size = 0;     ///< in bytes
+    std::int64_t modified = 0;  ///< in nanoseconds of UTC
+    std::uint64_t inode = 0;
+    bool operator==(const FileStamp&) const = default;
+};
+
+/// Nothing for what is not there and for what is no regular file.
+[[nodiscard]] std::optional<FileStamp> stampOf(const std::string& path);
+
 /// One file that is to be read.
 struct ListedPath {
     std::string name;
     /// It was named itself, or its ending promises an image: then it is told when it is none.
     bool isAsked = true;
+    /// Of a regular file, when it was listed.
+    std::optional<FileStamp> stamp = std::nullopt;
 };
 
 /// The files that a command was given, in order: operands, then the names of the list. Folders are

@@ -5,45 +5,35 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <chrono>
-#include <cmath>
-#include <exception>
-#include <string_view>
-#include <utility>
+#include <system_error>
 
 #include "inspect/reading/number_text.h"
+#include "tool/inspected_file.h"
 
 namespace tool {
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using corvinex::inspect::reading::groupedText;
+using corvinex::inspect::reading::paddedText;
 
-constexpr auto firstDrawn = std::chrono::seconds(1);
-constexpr auto betweenDrawings = std::chrono::milliseconds(250);
+constexpr std::chrono::milliseconds quietTime{1000};
+constexpr std::chrono::milliseconds betweenDrawings{200};
 
-/// "0:48", "12:05", "3:00:00".
-std::string durationText(std::uint64_t seconds) {
-    constexpr std::uint64_t minute = 60;
-    constexpr std::uint64_t hour = 3600;
-    const auto twoDigits = [](std::uint64_t number) {
-        std::string text = number < 10 ? "0" : "";
-        return text.append(std::to_string(number));
-    };
-    const std::string rest = twoDigits(seconds % minute);
-    return seconds < hour ? std::to_string(seconds / minute) + ':' + rest
-                          : std::to_string(seconds / hour) + ':' +
-                                twoDigits(seconds % hour / minute) + ':' + rest;
+std::string timeText(std::uint64_t seconds) {
+    const std::uint64_t hours = seconds / 3600;
+    const std::uint64_t minutes = seconds / 60 % 60;
+    return hours == 0 ? std::to_string(minutes) + ':' + paddedText(seconds % 60, 2)
+                      : std::to_string(hours) + ':' + paddedText(minutes, 2) + ':' +
+                            paddedText(seconds % 60, 2);
 }
 
-/// Whether the files can be counted beforehand. What a pipe brings can be read once.
-bool isCountable(const PathOptions& paths) {
-    struct stat facts {};
+/// Whether the list can be gone through a second time.
+bool canBeCounted(const PathOptions& paths) {
     return !paths.namesFrom ||
-           (stat(paths.namesFrom->c_str(), &facts) == 0 && S_ISREG(facts.st_mode));
+           (*paths.namesFrom != InspectedFile::standardInput && stampOf(*paths.namesFrom));
 }
 
+/// Columns of the terminal: a longer line would go on in the next one, where nothing takes it off.
 std::size_t terminalWidth() {
     constexpr std::size_t usual = 80;
     winsize size{};
@@ -51,105 +41,88 @@ std::size_t terminalWidth() {
     return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0 ? size.ws_col : usual;
 }
 
-void writeToTerminal(std::string_view text) {
-    // Nothing is lost where the terminal takes none of it.
-    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
-}
-
 }  // namespace
 
 std::string progressText(const Progress& progress) {
+    const double seconds = std::chrono::duration<double>(progress.elapsed).count();
+    const double rate = seconds > 0 ? static_cast<double>(progress.done) / seconds : 0;
     std::string text = groupedText(progress.done);
     if (progress.found) {
-        text += " of " + groupedText(*progress.found);
+        text.append(" of ").append(groupedText(*progress.found));
     }
-    text += progress.found.value_or(progress.done) == 1 ? " file" : " files";
-    const double rate =
-        progress.seconds > 0 ? static_cast<double>(progress.done) / progress.seconds : 0;
-    text += ", " + groupedText(static_cast<std::uint64_t>(std::llround(rate))) + " a second, " +
-            groupedText(progress.findings) + (progress.findings == 1 ? " finding" : " findings");
+    text.append(" files, ").append(groupedText(static_cast<std::uint64_t>(rate)));
+    text.append(" a second, ").append(groupedText(progress.findings)).append(" findings");
     if (progress.found && rate > 0) {
-        const std::uint64_t all = std::max(*progress.found, progress.done);
-        const double left = static_cast<double>(all - progress.done) / rate;
-        text += ", " + durationText(static_cast<std::uint64_t>(std::ceil(left))) + " left";
+        const std::uint64_t left = *progress.found - std::min(*progress.found, progress.done);
+        const double secondsLeft = static_cast<double>(left) / rate;
+        text.append(", ").append(timeText(static_cast<std::uint64_t>(secondsLeft))).append(" left");
     }
     return text;
 }
 
-ProgressLine::ProgressLine(PathOptions paths)
-    : paths_(std::move(paths)), thread_([this](const std::stop_token& stop) {
-          try {
-              work(stop);
-          } catch (const std::exception&) {
-              // What the line is for goes on without it.
-          }
-      }) {}
-
-ProgressLine::~ProgressLine() {
-    thread_.request_stop();
-    thread_.join();
-    const std::lock_guard lock(mutex_);
-    erase();
+ProgressLine::ProgressLine(std::ostream& err, bool isWanted, const PathOptions& paths)
+    : err_(err), paths_(paths) {
+    if (!isWanted || isatty(STDERR_FILENO) == 0) {
+        return;
+    }
+    try {
+        if (canBeCounted(paths)) {
+            counter_ = std::jthread([this](const std::stop_token& stop) { count(stop); });
+        }
+        drawer_ = std::jthread([this](const std::stop_token& stop) { draw(stop); });
+    } catch (const std::system_error&) {
+        // Without threads to spare the work goes on unseen.
+    }
 }
 
-void ProgressLine::add(std::size_t findings) {
+ProgressLine::~ProgressLine() {
+    counter_ = {};
+    drawer_ = {};
     const std::lock_guard lock(mutex_);
-    ++progress_.done;
-    progress_.findings += findings;
+    clear();
 }
 
 std::unique_lock<std::mutex> ProgressLine::pause() {
     std::unique_lock lock(mutex_);
-    erase();
+    clear();
     return lock;
 }
 
-void ProgressLine::work(const std::stop_token& stop) {
-    const auto start = Clock::now();
+void ProgressLine::count(const std::stop_token& stop) {
+    try {
+        PathList list(paths_);
+        while (!stop.stop_requested() && list.next()) {
+            found_.fetch_add(1, std::memory_order_relaxed);
+        }
+        isCounted_ = !stop.stop_requested();
+    } catch (const std::exception&) {
+        // The line then has no total.
+    }
+}
+
+void ProgressLine::draw(const std::stop_token& stop) {
+    std::unique_lock lock(mutex_);
     const auto isStopped = [&stop] { return stop.stop_requested(); };
-    const auto waitFor = [&](auto duration) {
-        std::unique_lock lock(mutex_);
-        return stopped_.wait_for(lock, stop, duration, isStopped);
-    };
-    if (waitFor(firstDrawn)) {
-        return;
-    }
-    std::optional<PathList> list;
-    if (isCountable(paths_)) {
-        list.emplace(paths_);
-    }
-    do {
-        if (list && !countSome(*list, stop)) {
-            list.reset();
-            const std::lock_guard lock(mutex_);
-            progress_.found = counted_;
+    wake_.wait_for(lock, stop, quietTime, isStopped);
+    while (!stop.stop_requested()) {
+        Progress progress{.done = done_,
+                          .found = std::nullopt,
+                          .findings = findings_,
+                          .elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(
+                              Clock::now() - start_)};
+        if (isCounted_) {
+            progress.found = found_;
         }
-        const std::lock_guard lock(mutex_);
-        progress_.seconds = std::chrono::duration<double>(Clock::now() - start).count();
-        draw();
-    } while (!waitFor(betweenDrawings));
-}
-
-bool ProgressLine::countSome(PathList& list, const std::stop_token& stop) {
-    const auto end = Clock::now() + betweenDrawings;
-    while (Clock::now() < end && !stop.stop_requested()) {
-        if (!list.next()) {
-            return false;
-        }
-        ++counted_;
+        err_ << '\r' << progressText(progress).substr(0, terminalWidth() - 1) << "\x1b[K"
+             << std::flush;
+        isDrawn_ = true;
+        wake_.wait_for(lock, stop, betweenDrawings, isStopped);
     }
-    return true;
 }
 
-void ProgressLine::draw() {
-    const std::string text = progressText(progress_).substr(0, terminalWidth() - 1);
-    writeToTerminal("\r" + text + "\x1b[K");
-    isDrawn_ = true;
-}
-
-void ProgressLine::erase() {
+void ProgressLine::clear() {
     if (isDrawn_) {
-        writeToTerminal("\r\x1b[K");
+        err_ << "\r\x1b[K" << std::flush;
         isDrawn_ = false;
     }
 }

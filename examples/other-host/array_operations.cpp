@@ -2,8 +2,8 @@
 #include <array>
 #include <stdexcept>
 
+#include "corvinex/host/interface/text.h"
 #include "examples/other-host/other_host.h"
-#include "host/interface/text.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "corvinex/host/interface/plugin.h"
 #include "examples/other-host/other_host.h"
-#include "host/interface/plugin.h"
 
 int main(int argc, char** argv) {
     if (argc < 3 || argc > 6) {

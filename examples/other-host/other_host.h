@@ -11,8 +11,8 @@
 #include <variant>
 #include <vector>
 
-#include "host/interface/array.h"
-#include "host/interface/message.h"
+#include "corvinex/host/interface/array.h"
+#include "corvinex/host/interface/message.h"
 
 /// A value of this host: a node of a tree whose elements stand in standard containers.
 class zxArray {

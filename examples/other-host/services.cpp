@@ -4,8 +4,8 @@
 #include <ctime>
 #include <filesystem>
 
+#include "corvinex/host/interface/platform.h"
 #include "examples/other-host/other_host.h"
-#include "host/interface/platform.h"
 
 namespace {
 

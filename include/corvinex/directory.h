@@ -10,6 +10,7 @@
 #include "corvinex/derived.h"
 #include "corvinex/directory_kind.h"
 #include "corvinex/entry.h"
+#include "corvinex/export.h"
 
 namespace corvinex::inspect {
 
@@ -37,7 +38,7 @@ struct DirectoryRecord {
 
 /// One directory. It is part of its File, which must outlive it, and is used by one thread at a
 /// time with it.
-class Directory {
+class CORVINEX_API Directory {
   public:
     Directory(const FileContent& file, const DirectoryRecord& record) noexcept
         : file_(&file), record_(record) {}
@@ -67,6 +68,6 @@ class Directory {
 };
 
 /// "main", "sub", "exif", "gps" or "interop".
-[[nodiscard]] std::string_view kindName(DirectoryKind kind) noexcept;
+[[nodiscard]] CORVINEX_API std::string_view kindName(DirectoryKind kind) noexcept;
 
 }  // namespace corvinex::inspect

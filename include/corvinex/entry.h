@@ -11,11 +11,12 @@
 #include <string_view>
 #include <vector>
 
+#include "corvinex/export.h"
 #include "corvinex/value.h"
 
 namespace corvinex::inspect {
 
-class Directory;
+class CORVINEX_API Directory;
 struct FileContent;
 
 /// What a directory stores of an entry.
@@ -30,7 +31,7 @@ struct EntryRecord {
 
 /// One entry of a directory. It is part of its File, which must outlive it, and is used by one
 /// thread at a time with it. Nothing is read before value() or text() asks for it.
-class Entry {
+class CORVINEX_API Entry {
   public:
     /// What a pointer's value that leads to no directory has for a target.
     static constexpr std::uint32_t noDirectory = std::numeric_limits<std::uint32_t>::max();

@@ -11,6 +11,7 @@
 
 #include "corvinex/derived.h"
 #include "corvinex/directory.h"
+#include "corvinex/export.h"
 #include "corvinex/finding.h"
 
 namespace corvinex::inspect {
@@ -44,7 +45,7 @@ struct Options {
 ///
 /// A File may be used by one thread at a time, different ones by different threads. Directories,
 /// entries and findings belong to it and stay where they are when it is moved.
-class File {
+class CORVINEX_API File {
   public:
     /// Opens a regular file by its name.
     [[nodiscard]] static File open(const std::filesystem::path& path, const Options& options = {});
@@ -100,10 +101,10 @@ struct HeaderLocation {
 [[nodiscard]] HeaderLocation findHeader(const std::filesystem::path& path);
 
 /// "JPEG", "TIFF" or "BigTIFF".
-[[nodiscard]] std::string_view containerName(Container container) noexcept;
+[[nodiscard]] CORVINEX_API std::string_view containerName(Container container) noexcept;
 /// "little-endian" or "big-endian".
-[[nodiscard]] std::string_view byteOrderName(ByteOrder order) noexcept;
+[[nodiscard]] CORVINEX_API std::string_view byteOrderName(ByteOrder order) noexcept;
 /// "ok", "warnings", "damaged", "no-metadata", "not-an-image" or "unreadable".
-[[nodiscard]] std::string_view statusName(Status status) noexcept;
+[[nodiscard]] CORVINEX_API std::string_view statusName(Status status) noexcept;
 
 }  // namespace corvinex::inspect

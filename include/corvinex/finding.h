@@ -7,6 +7,8 @@
 #include <variant>
 #include <vector>
 
+#include "corvinex/export.h"
+
 namespace corvinex::inspect {
 
 /// Error: data cannot be read as the file tells. Warning: departs from a standard, or readers
@@ -29,6 +31,6 @@ struct Finding {
 };
 
 /// "error", "warning" or "note".
-[[nodiscard]] std::string_view severityName(Severity severity) noexcept;
+[[nodiscard]] CORVINEX_API std::string_view severityName(Severity severity) noexcept;
 
 }  // namespace corvinex::inspect

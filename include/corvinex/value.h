@@ -9,6 +9,8 @@
 #include <utility>
 #include <variant>
 
+#include "corvinex/export.h"
+
 // The value of a directory entry in its own type.
 
 namespace corvinex::inspect {
@@ -57,7 +59,7 @@ using Elements =
 
 /// A value in the machine's byte order. It owns its bytes; views of it are valid while it lives,
 /// and moving it leaves them valid.
-class Value {
+class CORVINEX_API Value {
   public:
     Value() = default;
     /// Takes bytes, already in the machine's byte order, that hold size elements of the type with

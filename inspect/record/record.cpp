@@ -3,9 +3,9 @@
 #include <optional>
 #include <string_view>
 
-#include "inspect/rules/rule_table.h"
-#include "inspect/interpretation.h"
 #include "inspect/record/derived_json.h"
+#include "inspect/record/entry_content.h"
+#include "inspect/record/finding_json.h"
 #include "inspect/record/record_head.h"
 #include "inspect/record/value_json.h"
 #include "inspect/value_budget.h"
@@ -124,45 +124,36 @@ class RecordWriter {
 
     /// Returns whether the value is not given whole.
     bool writeEntryValue(const Entry& entry) {
+        const EntryContent content = readContent(entry, budget_);
         json_.key("value");
-        if (entry.isInFile() && !budget_.take(entry.byteCount())) {
+        if (!content.value) {
             json_.null();
-            return true;
+            return content.isBeyondBudget;
         }
-        const std::optional<Value> value = readIfPossible([&] { return entry.value(); });
-        if (!value) {
-            json_.null();
-            return false;
+        const bool isTruncated =
+            writeValue(json_, *content.value, content.interpretation, options_.maxValues);
+        if (!content.interpretation.charset.empty()) {
+            json_.key("charset").word(content.interpretation.charset);
         }
-        const Interpretation interpretation = interpret(entry, *value);
-        const bool isTruncated = writeValue(json_, *value, interpretation, options_.maxValues);
-        if (!interpretation.charset.empty()) {
-            json_.key("charset").word(interpretation.charset);
+        if (!content.interpretation.rest.empty()) {
+            json_.key("rest").bytes(content.interpretation.rest);
         }
-        if (!interpretation.rest.empty()) {
-            json_.key("rest").bytes(interpretation.rest);
-        }
-        if (const std::optional<std::string> text =
-                readIfPossible([&] { return entry.text(*value); })) {
-            json_.key("text").string(*text);
+        if (content.text) {
+            json_.key("text").string(*content.text);
         }
         return isTruncated;
     }
 
     /// Writes what a pointer's values lead to. Returns whether it did not fit into the budget.
     bool writeTargets(const Entry& entry) {
-        std::vector<std::string> paths;
+        const auto paths = targetPaths(*file_, entry, budget_);
         json_.key("directories");
-        for (const std::uint32_t target : entry.targets()) {
-            const bool leadsNowhere = target >= file_->directories().size();
-            paths.push_back(leadsNowhere ? std::string() : file_->directories()[target].path());
-            if (!budget_.take(paths.back().size())) {
-                json_.null();
-                return true;
-            }
+        if (!paths) {
+            json_.null();
+            return true;
         }
         json_.beginArray();
-        for (const std::string& path : paths) {
+        for (const std::string& path : *paths) {
             writeOptional(path.empty() ? std::nullopt : std::optional(path),
                           [&](const std::string& text) { json_.word(text); });
         }
@@ -172,37 +163,11 @@ class RecordWriter {
 
     void writeFindings() {
         json_.key("findings").beginArray();
-        if (file_ == nullptr) {
-            const RuleFact& rule = findingRules()[static_cast<std::size_t>(Rule::FileUnreadable)];
-            writeFinding({.id = rule.id,
-                          .severity = rule.severity,
-                          .directory = {},
-                          .tag = std::nullopt,
-                          .arguments = {},
-                          .text = std::string(rule.text)});
-        } else {
-            for (const Finding& finding : file_->findings()) {
-                writeFinding(finding);
-            }
+        for (const Finding& finding : findingsOf(file_)) {
+            writeFinding(json_, finding);
         }
         json_.endArray();
     }
-
-    void writeFinding(const Finding& finding) {
-        json_.beginRow().key("id").word(finding.id);
-        json_.key("severity").word(severityName(finding.severity));
-        json_.key("directory").word(finding.directory).key("tag");
-        writeOptional(finding.tag, [&](std::uint16_t tag) { json_.integer(std::uint64_t{tag}); });
-        json_.key("arguments").beginArray();
-        for (const Argument& argument : finding.arguments) {
-            std::visit([&](const auto& value) { writeArgument(value); }, argument);
-        }
-        json_.endArray().key("text").string(finding.text).endObject();
-    }
-
-    void writeArgument(std::uint64_t number) { json_.integer(number); }
-    void writeArgument(std::int64_t number) { json_.integer(number); }
-    void writeArgument(const std::string& text) { json_.string(text); }
 
     JsonWriter& json_;
     const File* file_;

@@ -13,8 +13,6 @@ namespace corvinex::inspect {
 
 namespace {
 
-using namespace image_tags;
-
 /// Adds a range of image data to those that are compared.
 void addRange(RuleContext& context, KnownTag tag, OffsetRange range) {
     if (!context.ranges.add({range.start, range.end, context.index, tag.number, true})) {
@@ -31,6 +29,8 @@ void checkExifBlock(RuleContext& context, KnownTag tag, OffsetRange range) {
 /// The offsets or byte counts of blocks, read in order and a part at a time.
 class BlockTable {
   public:
+    // The numbers are read before they are asked for.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
     BlockTable(const FileContent& file, SoundEntry entry) : file_(file), entry_(entry) {}
 
     [[nodiscard]] std::uint64_t size() const { return entry_ ? entry_.record->count : 0; }
@@ -200,22 +200,22 @@ void checkBlocks(RuleContext& context, const ImageFacts& image) {
 }
 
 void checkStream(RuleContext& context, bool hasBlocks) {
-    const std::uint64_t offset = context.tags.number(jpegStream).value_or(0);
-    const std::uint64_t length = context.tags.number(jpegStreamLength).value_or(0);
+    const std::uint64_t offset = context.tags.number(image_tag::jpegStream).value_or(0);
+    const std::uint64_t length = context.tags.number(image_tag::jpegStreamLength).value_or(0);
     if (offset == 0 || length == 0) {
         return;
     }
     const OffsetRange range{offset, saturatingAdd(offset, length)};
     if (range.end > context.file.end()) {
-        context.report(Rule::DataPastEnd, jpegStream, 0U, offset, length);
+        context.report(Rule::DataPastEnd, image_tag::jpegStream, 0U, offset, length);
         return;
     }
-    checkExifBlock(context, jpegStream, range);
+    checkExifBlock(context, image_tag::jpegStream, range);
     if (!hasBlocks) {
-        addRange(context, jpegStream, range);
+        addRange(context, image_tag::jpegStream, range);
     }
     if (length >= 2 && !beginsAsJpeg(context.file, offset)) {
-        context.report(Rule::JpegStreamNoStart, jpegStream, offset);
+        context.report(Rule::JpegStreamNoStart, image_tag::jpegStream, offset);
     }
 }
 

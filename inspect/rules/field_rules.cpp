@@ -1,9 +1,11 @@
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <span>
 #include <vector>
 
+#include "format/byte_order.h"
 #include "inspect/rules/directory_rules.h"
 #include "inspect/rules/stored_numbers.h"
 #include "inspect/rules/text_argument.h"
@@ -67,8 +69,11 @@ void checkProfile(RuleContext& context) {
                         std::as_writable_bytes(std::span(start).first(length)))) {
         return;
     }
-    const std::uint64_t told = std::uint64_t{start[0]} << 24U | std::uint64_t{start[1]} << 16U |
-                               std::uint64_t{start[2]} << 8U | std::uint64_t{start[3]};
+    constexpr bool bigEndianNumbers = std::endian::native == std::endian::little;
+    // Without its four bytes no size is told.
+    const std::uint64_t told = length < sizeof(std::uint32_t)
+                                   ? 0
+                                   : loadFromFile<std::uint32_t>(start, 0, bigEndianNumbers);
     constexpr std::array<unsigned char, 4> signature{'a', 'c', 's', 'p'};
     const bool isProfile =
         std::equal(signature.begin(), signature.end(), start.begin() + signaturePosition);

@@ -11,8 +11,6 @@ namespace corvinex::inspect {
 
 namespace {
 
-using namespace image_tags;
-
 __extension__ using Wide = unsigned __int128;
 
 constexpr std::uint64_t allRows = std::numeric_limits<std::uint32_t>::max();
@@ -38,22 +36,22 @@ bool isPositive(std::optional<std::uint64_t> number) {
 
 void readBlockSize(const DirectoryTags& tags, ImageLayout& layout) {
     if (layout.isTiled) {
-        layout.blockWidth = tags.number(tileWidth);
-        layout.blockLength = tags.number(tileLength);
+        layout.blockWidth = tags.number(image_tag::tileWidth);
+        layout.blockLength = tags.number(image_tag::tileLength);
         return;
     }
     layout.blockWidth = layout.width;
-    const auto rows = tags.number(rowsPerStrip, allRows);
+    const auto rows = tags.number(image_tag::rowsPerStrip, allRows);
     if (rows && layout.length) {
         layout.blockLength = std::min(*rows, *layout.length);
     }
 }
 
 void countBlocks(ImageLayout& layout) {
-    const bool isKnown = isPositive(layout.width) && isPositive(layout.length) &&
-                         isPositive(layout.blockWidth) && isPositive(layout.blockLength) &&
-                         isPositive(layout.samples) &&
-                         (layout.planarConfiguration == 1 || layout.planarConfiguration == 2);
+    const bool isKnown =
+        isPositive(layout.width) && isPositive(layout.length) && isPositive(layout.blockWidth) &&
+        isPositive(layout.blockLength) && isPositive(layout.samples) &&
+        isListed(codes::planarConfigurations, layout.planarConfiguration.value_or(0));
     if (!isKnown) {
         return;
     }
@@ -68,29 +66,31 @@ void countBlocks(ImageLayout& layout) {
 
 ImageLayout readImageLayout(const DirectoryTags& tags) {
     ImageLayout layout;
-    layout.hasStrips = tags.isPresent(stripOffsets) || tags.isPresent(stripByteCounts);
-    layout.hasTiles = tags.isPresent(tileOffsets) || tags.isPresent(tileByteCounts);
+    layout.hasStrips =
+        tags.isPresent(image_tag::stripOffsets) || tags.isPresent(image_tag::stripByteCounts);
+    layout.hasTiles =
+        tags.isPresent(image_tag::tileOffsets) || tags.isPresent(image_tag::tileByteCounts);
     if (!layout.hasBlocks()) {
         return layout;
     }
-    layout.isTiled = layout.hasTiles || tags.isPresent(tileWidth);
+    layout.isTiled = layout.hasTiles || tags.isPresent(image_tag::tileWidth);
     if (layout.hasTiles) {
-        layout.offsets = tileOffsets;
-        layout.byteCounts = tileByteCounts;
+        layout.offsets = image_tag::tileOffsets;
+        layout.byteCounts = image_tag::tileByteCounts;
     }
-    layout.width = tags.number(width);
-    layout.length = tags.number(length);
-    layout.samples = tags.number(samples, 1);
-    layout.planarConfiguration = tags.number(planarConfiguration, 1);
-    layout.compression = tags.number(compression, 1);
-    layout.photometric = tags.number(photometric);
+    layout.width = tags.number(image_tag::width);
+    layout.length = tags.number(image_tag::length);
+    layout.samples = tags.number(image_tag::samples, 1);
+    layout.planarConfiguration = tags.number(image_tag::planarConfiguration, 1);
+    layout.compression = tags.number(image_tag::compression, 1);
+    layout.photometric = tags.number(image_tag::photometric);
     readBlockSize(tags, layout);
     countBlocks(layout);
     return layout;
 }
 
 void readSampleBits(const DirectoryTags& tags, const FileContent& file, SampleBits& bits) {
-    bits.isPresent = tags.isPresent(image_tags::bits);
+    bits.isPresent = tags.isPresent(image_tag::bits);
     bits.size = 0;
     bits.count = 0;
     if (!bits.isPresent) {
@@ -98,7 +98,7 @@ void readSampleBits(const DirectoryTags& tags, const FileContent& file, SampleBi
         bits.size = bits.count = 1;
         return;
     }
-    const SoundEntry entry = tags.sound(image_tags::bits);
+    const SoundEntry entry = tags.sound(image_tag::bits);
     if (!entry) {
         return;
     }

@@ -12,7 +12,7 @@
 namespace corvinex::inspect {
 
 /// Tags of image directories that several rules ask for.
-namespace image_tags {
+namespace image_tag {
 inline constexpr KnownTag width = imageTag(256);
 inline constexpr KnownTag length = imageTag(257);
 inline constexpr KnownTag bits = imageTag(258);
@@ -30,7 +30,7 @@ inline constexpr KnownTag tileOffsets = imageTag(324);
 inline constexpr KnownTag tileByteCounts = imageTag(325);
 inline constexpr KnownTag jpegStream = imageTag(513);
 inline constexpr KnownTag jpegStreamLength = imageTag(514);
-}  // namespace image_tags
+}  // namespace image_tag
 
 /// The first values of BitsPerSample.
 struct SampleBits {
@@ -53,8 +53,8 @@ struct ImageLayout {
     bool hasStrips = false;
     bool hasTiles = false;
     bool isTiled = false;  ///< blocks are tiles, though their places may stand in the strips' tags
-    KnownTag offsets = image_tags::stripOffsets;
-    KnownTag byteCounts = image_tags::stripByteCounts;
+    KnownTag offsets = image_tag::stripOffsets;
+    KnownTag byteCounts = image_tag::stripByteCounts;
 
     std::optional<std::uint64_t> width;
     std::optional<std::uint64_t> length;

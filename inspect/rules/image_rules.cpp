@@ -12,8 +12,6 @@ namespace corvinex::inspect {
 
 namespace {
 
-using namespace image_tags;
-
 constexpr std::uint64_t oldJpeg = 6;
 
 void reportMissing(RuleContext& context, Rule rule, KnownTag tag) {
@@ -22,9 +20,10 @@ void reportMissing(RuleContext& context, Rule rule, KnownTag tag) {
 
 void checkNoImage(RuleContext& context) {
     const DirectoryTags& tags = context.tags;
-    const bool hasImage = tags.isPresent(stripOffsets) || tags.isPresent(stripByteCounts) ||
-                          tags.isPresent(tileOffsets) || tags.isPresent(tileByteCounts) ||
-                          tags.isPresent(jpegStream);
+    const bool hasImage =
+        tags.isPresent(image_tag::stripOffsets) || tags.isPresent(image_tag::stripByteCounts) ||
+        tags.isPresent(image_tag::tileOffsets) || tags.isPresent(image_tag::tileByteCounts) ||
+        tags.isPresent(image_tag::jpegStream);
     if (!hasImage && !context.isBlank && !context.isJpeg() && !context.isTruncated) {
         context.findings.add(Rule::NoImageData, {});
     }
@@ -32,8 +31,8 @@ void checkNoImage(RuleContext& context) {
 
 void checkStripsAndTiles(RuleContext& context, const ImageLayout& layout) {
     const DirectoryTags& tags = context.tags;
-    if (layout.hasStrips &&
-        (layout.hasTiles || tags.isPresent(tileWidth) || tags.isPresent(tileLength))) {
+    if (layout.hasStrips && (layout.hasTiles || tags.isPresent(image_tag::tileWidth) ||
+                             tags.isPresent(image_tag::tileLength))) {
         context.findings.add(Rule::StripsAndTiles, {});
     }
 }
@@ -45,13 +44,13 @@ void checkRequiredTags(RuleContext& context, const ImageLayout& layout) {
         }
     };
     if (layout.compression != oldJpeg) {
-        require(width);
-        require(length);
+        require(image_tag::width);
+        require(image_tag::length);
     }
     require(layout.offsets);
     if (layout.isTiled) {
-        require(tileWidth);
-        require(tileLength);
+        require(image_tag::tileWidth);
+        require(image_tag::tileLength);
     }
 }
 
@@ -65,11 +64,11 @@ bool needsBits(const ImageLayout& layout) {
 
 void checkExpectedTags(RuleContext& context, const ImageLayout& layout) {
     const DirectoryTags& tags = context.tags;
-    if (!tags.isPresent(image_tags::bits) && needsBits(layout)) {
-        reportMissing(context, Rule::ExpectedTagMissing, image_tags::bits);
+    if (!tags.isPresent(image_tag::bits) && needsBits(layout)) {
+        reportMissing(context, Rule::ExpectedTagMissing, image_tag::bits);
     }
-    if (!tags.isPresent(photometric) && layout.compression != oldJpeg) {
-        reportMissing(context, Rule::ExpectedTagMissing, photometric);
+    if (!tags.isPresent(image_tag::photometric) && layout.compression != oldJpeg) {
+        reportMissing(context, Rule::ExpectedTagMissing, image_tag::photometric);
     }
     if (tags.isPresent(layout.offsets) && !tags.isPresent(layout.byteCounts)) {
         reportMissing(context, Rule::ExpectedTagMissing, layout.byteCounts);
@@ -77,9 +76,10 @@ void checkExpectedTags(RuleContext& context, const ImageLayout& layout) {
 }
 
 void checkStreamLength(RuleContext& context, bool hasBlocks) {
-    if (!hasBlocks && !context.isTruncated && !context.tags.isPresent(jpegStreamLength) &&
-        context.tags.number(jpegStream).value_or(0) != 0) {
-        reportMissing(context, Rule::ExpectedTagMissing, jpegStreamLength);
+    if (!hasBlocks && !context.isTruncated &&
+        !context.tags.isPresent(image_tag::jpegStreamLength) &&
+        context.tags.number(image_tag::jpegStream).value_or(0) != 0) {
+        reportMissing(context, Rule::ExpectedTagMissing, image_tag::jpegStreamLength);
     }
 }
 
@@ -89,17 +89,17 @@ void checkZeros(RuleContext& context, const ImageFacts& image) {
             context.report(Rule::ZeroGeometry, tag);
         }
     };
-    checkTag(width);
-    checkTag(length);
-    checkTag(samples);
+    checkTag(image_tag::width);
+    checkTag(image_tag::length);
+    checkTag(image_tag::samples);
     if (image.layout.isTiled) {
-        checkTag(tileWidth);
-        checkTag(tileLength);
+        checkTag(image_tag::tileWidth);
+        checkTag(image_tag::tileLength);
     } else {
-        checkTag(rowsPerStrip);
+        checkTag(image_tag::rowsPerStrip);
     }
     if (std::ranges::count(image.bits.read(), std::uint64_t{0}) != 0) {
-        context.report(Rule::ZeroGeometry, image_tags::bits);
+        context.report(Rule::ZeroGeometry, image_tag::bits);
     }
 }
 
@@ -126,7 +126,7 @@ void checkLayout(RuleContext& context, const ImageFacts& image) {
     checkZeros(context, image);
     checkTableLengths(context, image.layout);
     if (image.layout.compression == oldJpeg && !context.isJpeg()) {
-        context.report(Rule::OldStyleJpeg, compression);
+        context.report(Rule::OldStyleJpeg, image_tag::compression);
     }
 }
 
@@ -136,7 +136,7 @@ void checkImage(RuleContext& context) {
     // The EXIF block of a JPEG describes the JPEG, whose data it does not lay out.
     const bool isRuled = !context.isJpeg() || !context.isFirst();
     const bool areBlocksRuled =
-        isRuled && (!context.isJpeg() || !context.tags.isPresent(jpegStream));
+        isRuled && (!context.isJpeg() || !context.tags.isPresent(image_tag::jpegStream));
     ImageFacts image;  // NOLINT(*-member-init): the values of the bits are counted
     image.layout = readImageLayout(context.tags);
     const bool hasBlocks = image.layout.hasBlocks();

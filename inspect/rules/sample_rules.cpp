@@ -13,8 +13,6 @@ namespace corvinex::inspect {
 
 namespace {
 
-using namespace image_tags;
-
 /// Codes that stand once, or once for each sample.
 struct CodeList {
     KnownTag tag;
@@ -22,10 +20,10 @@ struct CodeList {
     std::uint8_t values;  ///< that are looked at
 };
 constexpr std::array<CodeList, 7> codeLists{{
-    {compression, codes::compressions, 1},
-    {photometric, codes::photometrics, 1},
+    {image_tag::compression, codes::compressions, 1},
+    {image_tag::photometric, codes::photometrics, 1},
     {imageTag(266), codes::fillOrders, 64},
-    {planarConfiguration, codes::planarConfigurations, 64},
+    {image_tag::planarConfiguration, codes::planarConfigurations, 64},
     {imageTag(317), codes::predictors, 64},
     {imageTag(339), codes::sampleFormats, 64},
     {imageTag(530), codes::subsamplings, 2},
@@ -60,10 +58,10 @@ void checkCodes(RuleContext& context) {
 }
 
 void checkBitsCount(RuleContext& context, const ImageFacts& image) {
-    const std::uint64_t told = context.tags.number(samples).value_or(0);
-    const SoundEntry entry = context.tags.sound(image_tags::bits);
+    const std::uint64_t told = context.tags.number(image_tag::samples).value_or(0);
+    const SoundEntry entry = context.tags.sound(image_tag::bits);
     if (told != 0 && entry && entry.record->count != told) {
-        context.report(Rule::BitsPerSampleCount, image_tags::bits, image.bits.count, told);
+        context.report(Rule::BitsPerSampleCount, image_tag::bits, image.bits.count, told);
     }
 }
 
@@ -72,7 +70,7 @@ void checkBitsForCompression(RuleContext& context, const ImageFacts& image) {
     const auto compression = image.layout.compression;
     if (compression && *compression >= 2 && *compression <= 4 && image.bits.size != 0 &&
         image.bits.values[0] > 1) {
-        context.report(Rule::BitsForCompression, image_tags::bits, image.bits.values[0],
+        context.report(Rule::BitsForCompression, image_tag::bits, image.bits.values[0],
                        *compression);
     }
 }
@@ -137,7 +135,8 @@ void checkExtraSamples(RuleContext& context, std::uint64_t told, std::uint64_t c
 void checkSampleCount(RuleContext& context, const ImageLayout& layout) {
     const std::uint64_t told = layout.samples.value_or(0);
     if (told == 0 || !layout.photometric || layout.hasCompressionOf(codes::lineWork) ||
-        (!context.tags.isPresent(samples) && layout.hasCompressionOf(codes::selfDescribing))) {
+        (!context.tags.isPresent(image_tag::samples) &&
+         layout.hasCompressionOf(codes::selfDescribing))) {
         return;
     }
     const ColorModel* model = findColorModel(*layout.photometric);
@@ -150,7 +149,7 @@ void checkSampleCount(RuleContext& context, const ImageLayout& layout) {
     }
     const std::uint64_t least = model->least == 0 ? *inks : model->least;
     if (told < least) {
-        context.report(Rule::SamplesTooFew, samples, told, least);
+        context.report(Rule::SamplesTooFew, image_tag::samples, told, least);
         return;
     }
     const bool isGray = model->isGrayWithTwo && told < 3;
@@ -167,13 +166,13 @@ void checkColorMap(RuleContext& context, const ImageFacts& image) {
     const std::uint64_t bits = image.bits.values[0];
     const std::uint64_t needed =
         bits >= 1 && bits <= mostBits ? std::uint64_t{3} << bits : std::uint64_t{0};
-    const SoundEntry entry = context.tags.sound(colorMap);
+    const SoundEntry entry = context.tags.sound(image_tag::colorMap);
     if (entry) {
         if (needed != 0 && entry.record->count != needed) {
-            context.report(Rule::ColorMap, colorMap, entry.record->count, needed);
+            context.report(Rule::ColorMap, image_tag::colorMap, entry.record->count, needed);
         }
-    } else if (!context.tags.isPresent(colorMap) && !context.isTruncated) {
-        context.report(Rule::ColorMap, colorMap, 0U, needed);
+    } else if (!context.tags.isPresent(image_tag::colorMap) && !context.isTruncated) {
+        context.report(Rule::ColorMap, image_tag::colorMap, 0U, needed);
     }
 }
 

@@ -124,12 +124,19 @@ TEST(DirectoryChains, ACountOfAllOnesIsNoOverflow) {
     EXPECT_FALSE(file.get().from(0).comesBack);
 }
 
-TEST(DirectoryChains, KnowNothingOfWhatFollowsAnExifDirectory) {
-    TiffBytes tiff;
-    tiff.header(8).count(1).entry(34665, 4, 1, 26).offset(0);
-    tiff.count(1).shortEntry(33434, 1).offset(26);
-    EXPECT_TRUE(FileChains(tiff).get().from(0).isKnown);
-    EXPECT_FALSE(FileChains(tiff).get().from(1).isKnown) << "no chain is followed there";
+TEST(DirectoryChains, KnowWhatFollowsAnExifDirectoryWhereTheWalkHasReadIt) {
+    const auto behindExif = [](std::uint64_t next) {
+        TiffBytes tiff;
+        tiff.header(8).count(1).entry(34665, 4, 1, 26).offset(0);
+        tiff.count(1).shortEntry(33434, 1).offset(next);
+        tiff.count(1).shortEntry(256, 1).offset(0);
+        return FileChains(tiff).get().from(1);
+    };
+    EXPECT_EQ(behindExif(0).directories, 1U);
+    EXPECT_TRUE(behindExif(0).isKnown);
+    EXPECT_TRUE(behindExif(26).comesBack);
+    EXPECT_EQ(behindExif(8).directories, 2U);
+    EXPECT_FALSE(behindExif(44).isKnown) << "nothing else leads there";
 }
 
 /// Whether a limit of so many directories might never end the main chain of a JPEG.

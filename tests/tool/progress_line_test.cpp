@@ -6,6 +6,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -19,7 +20,7 @@
 
 namespace {
 
-using tool::progressText;
+using std::chrono::milliseconds;
 using tool_test::TemporaryFolder;
 using tool_test::TerminalSession;
 
@@ -42,18 +43,20 @@ std::size_t linesIn(const std::string& text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-TEST(ProgressText, TellsFilesSpeedFindingsAndTheTimeThatIsLeft) {
-    EXPECT_EQ(progressText({.done = 120, .found = 3'000, .findings = 7, .seconds = 2}),
-              "120 of 3,000 files, 60 a second, 7 findings, 0:48 left");
-    EXPECT_EQ(progressText({.done = 1'000, .found = 12'000'000, .findings = 1, .seconds = 1}),
-              "1,000 of 12,000,000 files, 1,000 a second, 1 finding, 3:19:59 left");
+TEST(ProgressText, TellsTheTotalAndTheTimeLeftOnceTheFilesAreCounted) {
+    EXPECT_EQ(tool::progressText(
+                  {.done = 1234, .found = 20000, .findings = 56, .elapsed = milliseconds(2000)}),
+              "1,234 of 20,000 files, 617 a second, 56 findings, 0:30 left");
+    EXPECT_EQ(tool::progressText(
+                  {.done = 10, .found = 100000, .findings = 0, .elapsed = milliseconds(1000)}),
+              "10 of 100,000 files, 10 a second, 0 findings, 2:46:39 left");
 }
 
-TEST(ProgressText, TellsNoTimeThatNobodyKnows) {
-    EXPECT_EQ(progressText({.done = 0, .found = 1, .findings = 0, .seconds = 1}),
-              "0 of 1 file, 0 a second, 0 findings");
-    EXPECT_EQ(progressText({.done = 5, .found = {}, .findings = 0, .seconds = 2}),
-              "5 files, 3 a second, 0 findings");
+TEST(ProgressText, TellsWhatIsDoneWhileTheFilesAreBeingCounted) {
+    EXPECT_EQ(
+        tool::progressText(
+            {.done = 1234, .found = std::nullopt, .findings = 1, .elapsed = milliseconds(2000)}),
+        "1,234 files, 617 a second, 1 findings");
 }
 
 TEST_F(ProgressLine, StandsOnATerminalWhileTheWorkLastsAndGoesWithIt) {
@@ -78,6 +81,16 @@ TEST_F(ProgressLine, MakesRoomForErrors) {
         << session.shown();
 }
 
+TEST_F(ProgressLine, MakesRoomForOutputOnTheSameTerminal) {
+    TerminalSession session(words("json"), 4000, TerminalSession::Output::Terminal);
+    EXPECT_TRUE(session.waitFor("1 of 3 files, ")) << session.shown();
+    session.closeInput(smallTiff());
+    EXPECT_EQ(session.wait(), 0);
+    // The first record is there before the line, the others begin where the line was.
+    EXPECT_TRUE(session.shown().starts_with("{\"schema\":1")) << session.shown();
+    EXPECT_NE(session.shown().find("\r\x1b[K{\"schema\":1"), std::string::npos) << session.shown();
+}
+
 TEST_F(ProgressLine, IsCutToTheTerminalsWidth) {
     constexpr unsigned short columns = 12;
     TerminalSession session(words("json"), columns);
@@ -90,7 +103,7 @@ TEST_F(ProgressLine, IsNotThereWhenQuietIsAskedForButErrorsAre) {
     TerminalSession session({"json", "-q", "-j1", folder_.path("missing.tif"), "-"});
     EXPECT_TRUE(session.waitFor("missing.tif: No such file or directory\r\n")) << session.shown();
     // Longer than it takes for the line to appear.
-    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+    std::this_thread::sleep_for(milliseconds(1500));
     session.closeInput(smallTiff());
     EXPECT_EQ(session.wait(), 1);
     EXPECT_EQ(session.shown(),

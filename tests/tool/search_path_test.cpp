@@ -36,7 +36,7 @@ std::vector<fs::path> builtBinaries() {
         if (!fs::exists(root / folder)) {
             continue;
         }
-        for (const auto& entry : fs::directory_iterator(root / folder)) {
+        for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
             if (entry.is_regular_file() && isElf(entry.path())) {
                 binaries.push_back(entry.path());
             }

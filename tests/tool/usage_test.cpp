@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unicode/uvernum.h>
 
 #include <string>
 #include <utility>
@@ -42,12 +43,12 @@ TEST_F(Usage, BadUsageIsToldOnStandardErrorWithStatus2) {
 TEST_F(Usage, BadUsageIsToldWithWhatIsWrong) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
         {{},
-         "a command is missing; the commands are: show, call, inspect, json, csv, extract, tags, "
-         "explain"},
+         "a command is missing; the commands are: show, call, inspect, json, csv, check, scan, extract, "
+         "tags, explain"},
         {{"shwo"}, "there is no command \"shwo\"; the nearest is \"show\""},
         {{"photo"},
          "there is no command \"photo\"; the commands are: show, call, inspect, json, csv, "
-         "extract, tags, explain"},
+         "check, scan, extract, tags, explain"},
         {{"--vresion"}, "there is no option \"--vresion\"; the nearest is \"--version\""},
         {{"show"}, "show: FILE is missing"},
         {{"call", good, "b\n"}, "call: \"b\\n\" is one FILE too many"},
@@ -78,6 +79,14 @@ TEST_F(Usage, HelpAndVersionGoToStandardOutput) {
     EXPECT_NE(runTool({"show", "--help"}).out.find("--header-offset"), std::string::npos);
     EXPECT_EQ(runTool({"--version"}).exitStatus, 0);
     EXPECT_TRUE(runTool({"--version"}).out.starts_with("corvinex "));
+}
+
+TEST_F(Usage, TheVersionTellsTheModulesInterfaceAndTheLibraries) {
+    const std::vector<std::string> lines = linesOf(runTool({"--version"}).out);
+    ASSERT_EQ(lines.size(), 3U);
+    EXPECT_TRUE(lines[1].starts_with("  module: ")) << lines[1];
+    EXPECT_TRUE(lines[1].ends_with("/corvinex.so, interface version 0x08000000")) << lines[1];
+    EXPECT_TRUE(lines[2].starts_with("  libraries: ICU " U_ICU_VERSION ", ")) << lines[2];
 }
 
 TEST_F(Usage, OutputThatCannotBeWrittenIsAFailure) {

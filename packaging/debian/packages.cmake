@@ -1,0 +1,77 @@
+# The Debian packages, one for each install component; cpack makes them, because it knows the
+# components, and debian/rules would tell the same once more.
+set(revision 1)
+set(version ${PROJECT_VERSION}-${revision})
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME corvinex)
+set(CPACK_PACKAGE_CONTACT "corvinex maintainers <maintainers@corvinex.invalid>")
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
+set(CPACK_COMPONENTS_ALL tool runtime dev)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_STRIP_FILES ON)
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE ${revision})
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+# The tool's library is in a package that is made at the same time.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+
+set(CPACK_DEBIAN_TOOL_PACKAGE_NAME corvinex)
+set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "libcorvinex0 (= ${version})")
+set(CPACK_DEBIAN_TOOL_DESCRIPTION "reader of the tags of TIFF, BigTIFF and EXIF files
+The command corvinex prints what image files hold beside their pixels: for
+people, as JSON, and as a table. Damaged files are read as far as they can be,
+and what is wrong with them is told.
+
+The package also holds the module by which numerical environments read tags.")
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libcorvinex0)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+  ${CMAKE_CURRENT_BINARY_DIR}/shlibs ${CMAKE_CURRENT_SOURCE_DIR}/debian/triggers)
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "libraries that read the tags of TIFF, BigTIFF and EXIF files
+One library reads what an image file holds beside its pixels, exactly and
+completely. The other one is a host that loads and calls the module of
+corvinex.")
+
+set(CPACK_DEBIAN_DEV_PACKAGE_NAME libcorvinex-dev)
+set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "libcorvinex0 (= ${version}), libboost-dev")
+set(CPACK_DEBIAN_DEV_PACKAGE_RECOMMENDS "corvinex")
+set(CPACK_DEBIAN_DEV_DESCRIPTION "headers of the libraries of corvinex
+What programs in C++20 are compiled and linked with that read the tags of
+image files, or that load the module of corvinex; with examples.")
+
+# What programs depend on that are linked with the libraries. Until 1.0 a minor version may break them.
+math(EXPR next_minor "${PROJECT_VERSION_MINOR} + 1")
+set(range "libcorvinex0 (>= ${PROJECT_VERSION}), libcorvinex0 (<< ${PROJECT_VERSION_MAJOR}.${next_minor})")
+file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/shlibs @ONLY CONTENT
+"libcorvinex-host @PROJECT_VERSION_MAJOR@ @range@
+libcorvinex-inspect @PROJECT_VERSION_MAJOR@ @range@
+")
+
+# What Debian wants to find in the folder of documents of each package.
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+set(changelog ${CMAKE_CURRENT_BINARY_DIR}/changelog.Debian)
+file(CONFIGURE OUTPUT ${changelog} @ONLY CONTENT "corvinex (@version@) unstable; urgency=medium
+
+  * A new version; CHANGELOG.md of the sources tells what has changed.
+
+ -- @CPACK_PACKAGE_CONTACT@  @date@
+")
+execute_process(COMMAND gzip --no-name --best --force ${changelog} COMMAND_ERROR_IS_FATAL ANY)
+foreach(component tool runtime dev)
+  string(TOUPPER ${component} name)
+  install(FILES ${changelog}.gz debian/copyright COMPONENT ${component}
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${CPACK_DEBIAN_${name}_PACKAGE_NAME})
+endforeach()
+# The build of the second host alone is that of these sources.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples COMPONENT dev
+  DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/libcorvinex-dev
+  PATTERN other-host/CMakeLists.txt EXCLUDE)
+
+include(CPack)

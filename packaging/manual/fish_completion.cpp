@@ -1,0 +1,64 @@
+#include <string>
+#include <string_view>
+
+#include "packaging/manual/completion.h"
+#include "packaging/manual/option_values.h"
+
+namespace manual {
+namespace {
+
+/// A text within single quotes.
+std::string quoted(std::string_view text) {
+    std::string result = "'";
+    for (const char character : text) {
+        if (character == '\'' || character == '\\') {
+            result += '\\';
+        }
+        result += character;
+    }
+    return result + '\'';
+}
+
+std::string actionFor(const tool::OptionRow& option) {
+    switch (offerFor(option)) {
+        case Offer::NoValue:
+            return "";
+        case Offer::Words:
+            return " -x -a " + quoted(wordsOf(option, " "));
+        case Offer::Files:
+            return " -r -F";
+        case Offer::Anything:
+            return " -x";
+    }
+    return "";
+}
+
+void printCommand(std::ostream& out, const tool::CommandRow& command) {
+    const std::string inside =
+        "complete -c corvinex -n '__fish_seen_subcommand_from " + std::string(command.name) + "'";
+    out << "\ncomplete -c corvinex -n __fish_use_subcommand -a " << command.name << " -d "
+        << quoted(command.summary) << '\n';
+    for (const tool::OptionRow& option : command.options) {
+        out << inside << " -l " << option.name;
+        if (option.letter != 0) {
+            out << " -s " << option.letter;
+        }
+        out << actionFor(option) << " -d " << quoted(option.help) << '\n';
+    }
+    if (!takesFiles(command)) {
+        out << inside << " -f\n";
+    }
+}
+
+}  // namespace
+
+void printFishCompletion(std::ostream& out) {
+    out << "# Completion of corvinex for fish.\n\n"
+           "complete -c corvinex -s h -l help -d 'Print the help and exit'\n"
+           "complete -c corvinex -n __fish_use_subcommand -l version -d 'Print the versions'\n";
+    for (const tool::CommandRow& command : tool::allCommands()) {
+        printCommand(out, command);
+    }
+}
+
+}  // namespace manual

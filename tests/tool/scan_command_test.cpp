@@ -1,0 +1,222 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "tests/tool/command_files.h"
+#include "tests/tool/run_command.h"
+#include "tool/catalogue/database.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace tool_test;
+using Texts = std::vector<std::string>;
+
+std::string tiffWith(std::uint64_t width) {
+    return TiffBytes().header(8).count(1).shortEntry(256, width).offset(0).bytes();
+}
+
+/// A tree and its catalogue.
+class Scan : public testing::Test {
+  protected:
+    void add(const std::string& name, const std::string& bytes) const {
+        fs::create_directories(fs::path(tree + name).parent_path());
+        std::ofstream(tree + name, std::ios::binary) << bytes;
+        // Files that have just been changed are read again in any case.
+        fs::last_write_time(tree + name, fs::file_time_type::clock::now() - std::chrono::hours(1));
+    }
+
+    [[nodiscard]] CommandResult scan(Texts words = {}) const {
+        return scanOf(tree, std::move(words));
+    }
+    [[nodiscard]] CommandResult scanOf(const std::string& path, Texts words = {}) const {
+        words.insert(words.begin(), {"scan", path, "-o", catalogue});
+        return runTool(words);
+    }
+
+    /// The first line on the error output, without the time that it took.
+    [[nodiscard]] static std::string countsOf(const CommandResult& result) {
+        const std::string line = linesOf(result.err).empty() ? "" : linesOf(result.err).front();
+        const std::size_t start = line.find(" in ");
+        const std::size_t end = line.find(':');
+        return start == std::string::npos || end == std::string::npos
+                   ? line
+                   : line.substr(0, start) + line.substr(end);
+    }
+
+    /// All rows, the columns parted by blanks.
+    [[nodiscard]] Texts rows(const std::string& sql, int columns) const {
+        tool::Database database(catalogue);
+        tool::Statement statement(database, sql);
+        Texts found;
+        while (statement.next()) {
+            std::string row;
+            for (int column = 0; column < columns; ++column) {
+                row.append(column == 0 ? "" : " ");
+                row += statement.isNull(column) ? "null" : std::string(statement.text(column));
+            }
+            found.push_back(row);
+        }
+        return found;
+    }
+    /// Names without the tree's, with the container, or the status of what is no image.
+    [[nodiscard]] Texts files() const {
+        return rows("SELECT substr(path, " + std::to_string(tree.size() + 1) +
+                        "), coalesce(container, status) FROM files ORDER BY path",
+                    2);
+    }
+
+    const TemporaryFolder folder;
+    const std::string tree = folder.path("tree/");
+    const std::string catalogue = folder.path("c.sqlite");
+};
+
+}  // namespace
+
+TEST_F(Scan, WritesARowForEachFile) {
+    add("a.tif", tiffWith(5));
+    add("sub/b", tiffWith(6));
+    add("c.txt", "no image");
+    add("emptied.tif", "");
+    const CommandResult result = scan();
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(countsOf(result), "3 files found: 3 written, 0 unchanged");
+    EXPECT_EQ(files(), (Texts{"a.tif TIFF", "emptied.tif not-an-image", "sub/b TIFF"}));
+}
+
+TEST_F(Scan, ReadsOnlyWhatHasChanged) {
+    add("a.tif", tiffWith(5));
+    add("b.tif", tiffWith(6));
+    static_cast<void>(scan());
+    EXPECT_EQ(countsOf(scan()), "2 files found: 0 written, 2 unchanged");
+    add("b.tif", tiffWith(7));
+    EXPECT_EQ(countsOf(scan()), "2 files found: 1 written, 1 unchanged");
+    EXPECT_EQ(rows("SELECT integer FROM tags ORDER BY integer", 1), (Texts{"5", "7"}));
+    EXPECT_EQ(countsOf(scan({"--force"})), "2 files found: 2 written, 0 unchanged");
+}
+
+TEST_F(Scan, KeepsTheNumberOfAFileThatIsReadAgain) {
+    add("a.tif", tiffWith(5));
+    add("b.tif", tiffWith(6));
+    static_cast<void>(scan());
+    const Texts before = rows("SELECT id, path FROM files", 2);
+    static_cast<void>(scan({"--force"}));
+    EXPECT_EQ(rows("SELECT id, path FROM files", 2), before);
+}
+
+TEST_F(Scan, ShowsAnImageThatIsNoneAnyMoreWhateverItsName) {
+    add("scan", tiffWith(5));
+    static_cast<void>(scan());
+    add("scan", "overwritten");
+    EXPECT_EQ(countsOf(scan()), "1 file found: 1 written, 0 unchanged");
+    EXPECT_EQ(files(), Texts{"scan not-an-image"});
+    EXPECT_EQ(rows("SELECT * FROM tags", 1), Texts{});
+}
+
+TEST_F(Scan, TakesOutFilesThatAreGoneWhenAsked) {
+    add("a/x.tif", tiffWith(5));
+    add("a/y.tif", tiffWith(6));
+    add("ab/z.tif", tiffWith(7));
+    static_cast<void>(scan());
+    fs::remove_all(tree + "a/x.tif");
+    fs::remove_all(tree + "ab/z.tif");
+    static_cast<void>(scan());
+    EXPECT_EQ(files().size(), 3U) << "nothing goes by itself";
+    const CommandResult result = scanOf(tree + "a", {"--prune"});
+    EXPECT_EQ(countsOf(result), "1 file found: 0 written, 1 unchanged, 1 gone");
+    EXPECT_EQ(rows("SELECT substr(path, -5) FROM files ORDER BY path", 1),
+              (Texts{"y.tif", "z.tif"}))
+        << "what lies below other folders stays";
+    EXPECT_EQ(rows("SELECT count(*) FROM tags", 1), Texts{"2"});
+}
+
+TEST_F(Scan, TakesNothingOutBelowAFolderThatIsNotThere) {
+    add("a/x.tif", tiffWith(5));
+    static_cast<void>(scan());
+    fs::rename(tree + "a", tree + "b");
+    EXPECT_EQ(scanOf(tree + "a", {"--prune"}).exitStatus, 1);
+    EXPECT_EQ(files(), (Texts{"a unreadable", "a/x.tif TIFF"}));
+}
+
+TEST_F(Scan, CutsLongValuesAndKeepsTheirCounts) {
+    std::string text(100, 'x');
+    text.back() = '\0';
+    const std::string bytes =
+        TiffBytes().header(8).count(1).entry(270, 2, text.size(), 26).offset(0).bytes() + text;
+    add("a.tif", bytes);
+    static_cast<void>(scan());
+    const std::string sql = "SELECT count, truncated, json, text FROM tags";
+    EXPECT_EQ(rows(sql, 4), Texts{"100 1 \"" + std::string(64, 'x') + "\" null"});
+    static_cast<void>(scan({"--force", "--max-values", "99"}));
+    EXPECT_EQ(rows(sql, 4),
+              Texts{"100 0 \"" + std::string(99, 'x') + "\" " + std::string(99, 'x')});
+}
+
+TEST_F(Scan, KeepsNumbersThatAColumnCannotHoldAsTextOnly) {
+    constexpr std::uint64_t largest = 0xFFFFFFFFFFFFFFFF;
+    TiffBytes tiff(TiffBytes::Little, TiffBytes::BigTiff);
+    tiff.header(16).count(3);
+    tiff.entry(60000, 16, 1, largest).entry(60001, 12, 1, 0x7FF8000000000000);
+    tiff.entry(60002, 16, largest, largest).offset(0);
+    add("a.tif", tiff.bytes());
+    static_cast<void>(scan());
+    EXPECT_EQ(rows("SELECT json, integer, real, count, offset FROM tags ORDER BY number", 5),
+              (Texts{"[18446744073709551615] null null 1 null", "[\"NaN\"] null null 1 null",
+                     "null null null 18446744073709551615 18446744073709551615"}));
+}
+
+TEST_F(Scan, WritesAFileThatIsNamedTwiceOnce) {
+    add("a.tif", tiffWith(5));
+    const CommandResult result = scan({tree + "a.tif", tree + "./a.tif"});
+    EXPECT_EQ(countsOf(result), "3 files found: 1 written, 0 unchanged, 2 found twice");
+    EXPECT_EQ(files().size(), 1U);
+}
+
+TEST_F(Scan, TellsWhyAFileCouldNotBeReadAndReadsItNextTime) {
+    add("a.tif", tiffWith(5));
+    const std::string missing = folder.path("missing.tif");
+    const CommandResult result = scanOf(missing);
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(linesOf(result.err).front(), "corvinex: " + missing + ": No such file or directory");
+    EXPECT_EQ(rows("SELECT status, reason, size FROM files", 3),
+              Texts{"unreadable No such file or directory null"});
+    static_cast<void>(folder.file("missing.tif", tiffWith(5)));
+    EXPECT_EQ(scanOf(missing).exitStatus, 0);
+    EXPECT_EQ(rows("SELECT container, reason FROM files", 2), Texts{"TIFF null"});
+}
+
+TEST_F(Scan, KeepsNamesAsTheSystemHasThem) {
+    add("a\n\xFF.tif", tiffWith(5));
+    static_cast<void>(scan());
+    EXPECT_EQ(rows("SELECT path, file, file_bytes FROM files", 3),
+              Texts{tree + "a\n\xFF.tif " + tree + "a\n\uFFFD.tif " + tree + "a\n\xFF.tif"});
+    EXPECT_EQ(countsOf(scan()), "1 file found: 0 written, 1 unchanged");
+}
+
+TEST_F(Scan, TellsOfItselfInTheCatalogue) {
+    add("a.tif", tiffWith(5));
+    static_cast<void>(scan());
+    static_cast<void>(scan({"--max-values", "7"}));
+    EXPECT_EQ(
+        rows("SELECT id, finished IS NOT NULL, max_values, found, written, unchanged, removed "
+             "FROM scans",
+             7),
+        (Texts{"1 1 64 1 1 0 0", "2 1 7 1 0 1 0"}));
+}
+
+TEST_F(Scan, SaysNothingWhenItIsQuiet) {
+    add("a.tif", tiffWith(5));
+    EXPECT_EQ(scan({"-q"}).err, "");
+}
+
+TEST_F(Scan, NamesWhatIsWrongOnTheCommandLine) {
+    EXPECT_EQ(runTool({"scan", tree}).exitStatus, 2);
+    EXPECT_EQ(runTool({"scan", "-o", catalogue}).exitStatus, 2);
+    EXPECT_EQ(runTool({"scan", "-o", catalogue, "-"}).exitStatus, 2);
+    EXPECT_EQ(scan({"--max-values", "few"}).exitStatus, 2);
+}

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "tool/catalogue/database.h"
+#include "tool/catalogue/rows.h"
+#include "tool/path_list.h"
+
+namespace tool {
+
+/// What a scan tells of itself.
+struct ScanFacts {
+    std::string version;  ///< of the tool
+    std::string folder;   ///< in which it was started
+    std::uint64_t maxValues = 0;
+};
+
+/// What became of the files of a scan.
+struct ScanCounts {
+    std::uint64_t found = 0;
+    std::uint64_t written = 0;
+    std::uint64_t unchanged = 0;  ///< as an earlier scan has left them
+    std::uint64_t repeated = 0;   ///< found a second time in this scan
+    std::uint64_t removed = 0;    ///< rows of files that are gone
+};
+
+/// The catalogue of many files in a SQLite database. What was committed stays whatever becomes of
+/// the process, and a file is in it whole or not at all. One thread writes, others may look files
+/// up in the meantime. All functions raise DatabaseError.
+class Catalogue {
+  public:
+    /// Opens or makes it. Refuses what is no catalogue, or that of a later version.
+    explicit Catalogue(const std::string& path);
+
+    /// What is known of a file.
+    struct Known {
+        std::optional<FileStamp> stamp;  ///< nothing when the file has to be read in any case
+    };
+    /// By its absolute path. Answers at once while the catalogue is new.
+    [[nodiscard]] std::optional<Known> find(const std::string& path);
+
+    void beginScan(const ScanFacts& facts);
+    /// Writes rows of a file, and commits from time to time. A file that is there is written anew,
+    /// unless this scan has written it.
+    void write(const RowBlock& block);
+    void commit();
+    /// Takes out the files below a folder, or with this path, that are there no more.
+    std::uint64_t removeGone(std::span<const std::string> roots);
+    /// Makes the indexes and notes the end. Raises DatabaseError also when the rows of this scan
+    /// are not as many as were written.
+    void finishScan(const ScanCounts& counts);
+
+    [[nodiscard]] std::uint64_t written() const noexcept { return written_; }
+    [[nodiscard]] std::uint64_t repeated() const noexcept { return repeated_; }
+
+  private:
+    void open();
+    void begin();
+    void writeFile(const FileRow& row);
+    /// Inserts the row. False when there is one with this path.
+    bool insertFile(const FileRow& row, std::optional<std::int64_t> id);
+    void writeDirectory(const DirectoryRow& row);
+    void writeTag(const RowBlock& block, const TagRow& row);
+    void writeFinding(const FindingRow& row);
+    void removeRows(std::int64_t file);
+
+    struct Statements {
+        explicit Statements(Database& database);
+        Statement find;
+        Statement owner;
+        Statement insertFile;
+        Statement insertDirectory;
+        Statement insertTag;
+        Statement insertFinding;
+        Statement deleteTags;
+        Statement deleteDirectories;
+        Statement deleteFindings;
+        Statement deleteFile;
+    };
+
+    std::mutex mutex_;
+    Database database_;
+    std::optional<Statements> statements_;
+    bool isNew_ = false;  ///< no file was in it when it was opened
+    std::int64_t scan_ = 0;
+    std::int64_t file_ = 0;            ///< that is being written
+    std::int64_t firstDirectory_ = 0;  ///< of that file
+    std::int64_t nextDirectory_ = 0;
+    std::int64_t nextFinding_ = 0;
+    bool isSkipping_ = false;  ///< the blocks are of a file that this scan has written
+    std::uint64_t pendingFiles_ = 0;
+    std::uint64_t pendingRows_ = 0;
+    std::uint64_t written_ = 0;
+    std::uint64_t repeated_ = 0;
+};
+
+}  // namespace tool

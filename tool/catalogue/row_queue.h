@@ -1,0 +1,55 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <optional>
+
+#include "tool/catalogue/rows.h"
+
+namespace tool {
+
+/// Hands blocks of rows from several readers to one writer, in the order of their files, whatever
+/// the order in which the readers are done. Readers that are far ahead wait, so that memory stays
+/// bounded.
+class RowQueue {
+  public:
+    /// Adds a block of the file with this number. Each number from 0 on has to come, with a last
+    /// block or by skip(). After stop() it does nothing.
+    void put(std::uint64_t number, RowBlock&& block);
+    /// Tells that a file has no rows, or no more.
+    void skip(std::uint64_t number);
+
+    /// Tells that a reader begins, and that it has come to its end.
+    void enter();
+    void leave();
+
+    /// The next block. Nothing when all readers have left and all is handed over, or after stop().
+    [[nodiscard]] std::optional<RowBlock> take();
+
+    /// Throws away what is there, and lets everybody go.
+    void stop();
+
+  private:
+    /// What waits of one file.
+    struct Waiting {
+        std::deque<RowBlock> blocks;
+        bool isWhole = false;
+    };
+
+    void advance();
+
+    std::mutex mutex_;
+    std::condition_variable filled_;
+    std::condition_variable taken_;
+    std::map<std::uint64_t, Waiting> waiting_;
+    std::uint64_t next_ = 0;  ///< the file whose blocks are handed over
+    std::size_t bytes_ = 0;
+    unsigned readers_ = 0;
+    bool isStopped_ = false;
+};
+
+}  // namespace tool

@@ -1,0 +1,116 @@
+#include "tool/catalogue/scan_command.h"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "inspect/reading/number_text.h"
+#include "tool/catalogue/absolute_path.h"
+#include "tool/catalogue/catalogue.h"
+#include "tool/catalogue/scan_run.h"
+#include "tool/inspected_file.h"
+#include "tool/interrupt_watch.h"
+#include "tool/many_files.h"
+#include "tool/text_display.h"
+#include "tool/usage_error.h"
+
+namespace tool {
+namespace {
+
+using corvinex::inspect::Status;
+using corvinex::inspect::reading::countText;
+using corvinex::inspect::reading::decimalText;
+using corvinex::inspect::reading::groupedText;
+
+/// The folders that files are sought in. A folder that is not there says nothing of its files.
+std::vector<std::string> rootsOf(const ManyFiles& files, const std::string& folder) {
+    std::vector<std::string> roots;
+    for (const std::string& operand : files.paths.operands) {
+        std::error_code ignored;
+        if (std::filesystem::exists(operand, ignored)) {
+            roots.push_back(absolutePath(folder, operand));
+        }
+    }
+    return roots;
+}
+
+void printCounts(std::ostream& err, const ScanRun& run, const ScanCounts& counts,
+                 std::chrono::duration<double> elapsed) {
+    const double seconds = std::max(elapsed.count(), 1e-3);
+    err << countText(counts.found, "file", "files") << " found in "
+        << decimalText(seconds, seconds < 1 ? 3 : 1).value_or("0")
+        << " s: " << groupedText(counts.written) << " written, " << groupedText(counts.unchanged)
+        << " unchanged";
+    if (counts.repeated != 0) {
+        err << ", " << groupedText(counts.repeated) << " found twice";
+    }
+    if (counts.removed != 0) {
+        err << ", " << groupedText(counts.removed) << " gone";
+    }
+    err << '\n';
+    for (const Status status : {Status::Ok, Status::Warnings, Status::Damaged, Status::NoMetadata,
+                                Status::NotAnImage, Status::Unreadable}) {
+        if (const std::uint64_t number = run.filesWith(status); number != 0) {
+            err << "  " << corvinex::inspect::statusName(status) << ": " << groupedText(number)
+                << '\n';
+        }
+    }
+}
+
+ExitStatus scan(const Arguments& arguments, const ManyFiles& files, const std::string& name,
+                std::ostream& err) {
+    const auto start = std::chrono::steady_clock::now();
+    const ScanOptions options{.folder = std::filesystem::current_path().string(),
+                              .maxValues = arguments.whole("max-values").value_or(0),
+                              .readsAll = arguments.isGiven("force")};
+    Catalogue catalogue(name);
+    catalogue.beginScan(
+        {.version = CORVINEX_VERSION, .folder = options.folder, .maxValues = options.maxValues});
+    ScanRun run(files, options, catalogue, err);
+    run.run();
+    ScanCounts counts = run.counts();
+    if (InterruptWatch::isInterrupted()) {
+        err << "corvinex: interrupted; " << countText(counts.written, "file is", "files are")
+            << " written, and the next scan goes on from there\n";
+        return Failed;
+    }
+    if (arguments.isGiven("prune")) {
+        counts.removed = catalogue.removeGone(rootsOf(files, options.folder));
+    }
+    if (counts.found != counts.written + counts.unchanged + counts.repeated) {
+        throw DatabaseError(0, "of " + countText(counts.found, "file", "files") + " only " +
+                                   groupedText(counts.written) + " are in it");
+    }
+    catalogue.finishScan(counts);
+    if (!files.isQuiet) {
+        printCounts(err, run, counts, std::chrono::steady_clock::now() - start);
+    }
+    return run.filesWith(Status::Unreadable) == 0 ? Success : Failed;
+}
+
+}  // namespace
+
+ExitStatus runScan(const Arguments& arguments, std::ostream& /*out*/, std::ostream& err) {
+    const auto name = arguments.text("output");
+    if (!name || name->empty()) {
+        throw UsageError("-o CATALOGUE is missing");
+    }
+    const ManyFiles files = manyFiles(arguments);
+    if (std::ranges::find(files.paths.operands, InspectedFile::standardInput) !=
+        files.paths.operands.end()) {
+        throw UsageError("the standard input has no place in a catalogue");
+    }
+    // The catalogue is closed before an interrupt ends the process.
+    const InterruptWatch watch;
+    try {
+        return scan(arguments, files, std::string(*name), err);
+    } catch (const DatabaseError& error) {
+        err << "corvinex: " << visibleText(*name) << ": " << error.what()
+            << "; what was written before stays\n";
+        return OutputFailed;
+    }
+}
+
+}  // namespace tool

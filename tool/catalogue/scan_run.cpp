@@ -1,0 +1,154 @@
+#include "tool/catalogue/scan_run.h"
+
+#include <chrono>
+#include <exception>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "inspect/record/record_head.h"
+#include "tool/catalogue/absolute_path.h"
+#include "tool/catalogue/row_collector.h"
+#include "tool/inspected_file.h"
+#include "tool/text_display.h"
+
+namespace tool {
+namespace {
+
+/// Whether a later change of the file will show in its stamp. It may not where the file changed
+/// while it was read, or so shortly before that another change would get the same time: the
+/// system's clock for files goes in steps of up to 10 ms.
+bool isSteady(const ListedPath& path, std::chrono::system_clock::time_point opened) {
+    constexpr std::chrono::milliseconds clockStep{20};
+    if (!path.stamp || stampOf(path.name) != path.stamp) {
+        return false;
+    }
+    const std::chrono::nanoseconds modified(path.stamp->modified);
+    return std::chrono::abs(opened.time_since_epoch() - modified) > clockStep;
+}
+
+/// Hands the blocks of one file to the queue. A file whose reading failed has no end otherwise.
+class QueuedBlocks final : public BlockSink {
+  public:
+    QueuedBlocks(RowQueue& queue, std::uint64_t number) : queue_(queue), number_(number) {}
+    ~QueuedBlocks() override {
+        if (!isWhole_) {
+            queue_.skip(number_);
+        }
+    }
+    QueuedBlocks(const QueuedBlocks&) = delete;
+    QueuedBlocks& operator=(const QueuedBlocks&) = delete;
+
+    void put(RowBlock&& block) override {
+        isWhole_ = block.isLast;
+        queue_.put(number_, std::move(block));
+    }
+
+  private:
+    RowQueue& queue_;
+    std::uint64_t number_;
+    bool isWhole_ = false;
+};
+
+}  // namespace
+
+ScanRun::ScanRun(const ManyFiles& files, const ScanOptions& options, Catalogue& catalogue,
+                 std::ostream& err)
+    : files_(files),
+      options_(options),
+      catalogue_(catalogue),
+      err_(err),
+      paths_(files.paths),
+      progress_(err, !files.isQuiet, files.paths) {}
+
+void ScanRun::run() {
+    std::vector<std::jthread> readers;
+    queue_.enter();
+    try {
+        for (unsigned reader = 0; reader < files_.threads; ++reader) {
+            queue_.enter();
+            try {
+                readers.emplace_back([this] { readFiles(); });
+            } catch (const std::system_error&) {
+                queue_.leave();
+                if (readers.empty()) {
+                    throw;
+                }
+                break;  // the threads that there are do it all
+            }
+        }
+        queue_.leave();
+        writeAll();
+    } catch (...) {
+        paths_.stop(std::current_exception());
+        queue_.stop();
+    }
+    readers.clear();
+    paths_.raiseFailure();
+    catalogue_.commit();
+}
+
+void ScanRun::readFiles() {
+    while (const auto taken = paths_.take()) {
+        try {
+            read(*taken);
+        } catch (...) {
+            paths_.stop(std::current_exception());
+            queue_.stop();
+        }
+    }
+    queue_.leave();
+}
+
+void ScanRun::read(const SharedPaths::Taken& taken) {
+    QueuedBlocks blocks(queue_, taken.number);
+    const ListedPath& path = taken.path;
+    const std::string absolute = absolutePath(options_.folder, path.name);
+    const auto known = catalogue_.find(absolute);
+    if (known && known->stamp && known->stamp == path.stamp && !options_.readsAll) {
+        progress_.add(0);
+        const std::lock_guard lock(mutex_);
+        ++counts_.found;
+        ++counts_.unchanged;
+        return;
+    }
+    const auto now = std::chrono::system_clock::now();
+    const InspectedFile file(path.name, files_.how);
+    progress_.add(file.file() == nullptr ? 1 : file.file()->findings().size());
+    // What was an image when it was read before is not passed over now.
+    if (!path.isAsked && !file.isImage() && !known) {
+        return;
+    }
+    const auto stamp = isSteady(path, now) ? path.stamp : std::nullopt;
+    collectRows(file, absolute, stamp, options_.maxValues, blocks);
+    const auto status = static_cast<std::size_t>(corvinex::inspect::statusOf(file.file()));
+    const std::lock_guard lock(mutex_);
+    ++counts_.found;
+    ++byStatus_.at(status);
+    if (file.error()) {
+        const auto pause = progress_.pause();
+        err_ << "corvinex: " << visibleText(path.name) << ": " << file.error().message() << '\n';
+    }
+}
+
+void ScanRun::writeAll() {
+    while (const auto block = queue_.take()) {
+        catalogue_.write(*block);
+    }
+}
+
+ScanCounts ScanRun::counts() const {
+    const std::lock_guard lock(mutex_);
+    ScanCounts counts = counts_;
+    counts.written = catalogue_.written();
+    counts.repeated = catalogue_.repeated();
+    return counts;
+}
+
+std::uint64_t ScanRun::filesWith(corvinex::inspect::Status status) const {
+    const std::lock_guard lock(mutex_);
+    return byStatus_.at(static_cast<std::size_t>(status));
+}
+
+}  // namespace tool

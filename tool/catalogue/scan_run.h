@@ -1,0 +1,58 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+#include <ostream>
+#include <string>
+
+#include "corvinex/file.h"
+#include "tool/catalogue/catalogue.h"
+#include "tool/catalogue/row_queue.h"
+#include "tool/many_files.h"
+#include "tool/progress_line.h"
+#include "tool/shared_paths.h"
+
+namespace tool {
+
+struct ScanOptions {
+    std::string folder;  ///< absolute, that names count from
+    std::uint64_t maxValues = 64;
+    bool readsAll = false;  ///< files as well that have not changed
+};
+
+/// Reads the files of a command into a catalogue: several threads read, the calling one writes.
+class ScanRun {
+  public:
+    ScanRun(const ManyFiles& files, const ScanOptions& options, Catalogue& catalogue,
+            std::ostream& err);
+
+    /// Returns when all is committed, also after an interrupt. Raises DatabaseError, and what a
+    /// reader has raised.
+    void run();
+
+    [[nodiscard]] ScanCounts counts() const;
+    /// How many of the files that were read have this status.
+    [[nodiscard]] std::uint64_t filesWith(corvinex::inspect::Status status) const;
+
+  private:
+    static constexpr std::size_t statusCount = 6;
+
+    void readFiles();
+    void read(const SharedPaths::Taken& taken);
+    void writeAll();
+
+    const ManyFiles& files_;
+    const ScanOptions& options_;
+    Catalogue& catalogue_;
+    std::ostream& err_;
+    SharedPaths paths_;
+    ProgressLine progress_;
+    RowQueue queue_;
+    mutable std::mutex mutex_;
+    ScanCounts counts_;
+    std::array<std::uint64_t, statusCount> byStatus_{};
+};
+
+}  // namespace tool
