@@ -73,8 +73,10 @@ class CORVINEX_API File {
     /// All entries, directory by directory.
     [[nodiscard]] std::span<const Entry> entries() const noexcept;
 
-    /// What is wrong with the file's structure and values. The first call looks everything over, in
-    /// time proportional to the directories' size; the list is kept.
+    /// What is wrong with the file, by all rules. The first call looks everything over, reads the
+    /// values that rules ask for, and takes time in proportion to the directories and to n log n of
+    /// the values, strips and tiles; the list is kept. Raises std::system_error when the file cannot
+    /// be read.
     [[nodiscard]] std::span<const Finding> findings() const;
     /// Follows from findings().
     [[nodiscard]] Status status() const;

@@ -105,7 +105,7 @@ class BlockCheck {
         if (!entry || !isNumberList(*entry.record)) {
             return {};
         }
-        if (!context_.numbers.take(entry.record->count)) {
+        if (!context_.tableNumbers.take(entry.record->count)) {
             context_.reportLimit(Limit::Values, tag.number);
             return {};
         }

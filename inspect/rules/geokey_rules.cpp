@@ -73,7 +73,7 @@ std::optional<std::uint64_t> findBadKey(RuleContext& context, const EntryRecord&
     if (key[0] != 1 || keys > mostKeys || numbersOfKey * (keys + 1) > entry.count) {
         return 0;
     }
-    if (!context.numbers.take(numbersOfKey * keys)) {
+    if (!context.keyNumbers.take(numbersOfKey * keys)) {
         context.reportLimit(Limit::Values, keyDirectory.number);
         return std::nullopt;
     }

@@ -11,8 +11,8 @@
 
 namespace corvinex::inspect {
 
-/// What an offset table or another list of numbers may hold, over all directories of a file. They
-/// may share their numbers, so that a small file may tell any number of them.
+/// How many numbers of one kind are read in a file. Directories may share their numbers, so that a
+/// small file may tell any number of them.
 class NumberBudget {
   public:
     static constexpr std::uint64_t mostNumbers = 4'194'304;
@@ -57,7 +57,8 @@ struct RuleContext {
     const FileContent& file;
     FindingList& findings;
     RangeList ranges;
-    NumberBudget numbers;
+    NumberBudget tableNumbers;  ///< offsets and byte counts
+    NumberBudget keyNumbers;    ///< of GeoTIFF
 
     std::uint32_t index = 0;
     const Directory* directory = nullptr;

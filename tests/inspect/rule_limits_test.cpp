@@ -60,6 +60,27 @@ TEST(RuleLimits, BoundTheNumbersThatAreReadOfTables) {
     EXPECT_TRUE(isThere(findings, "dataTableTooLong [2] 273, 1000000, 1"));
 }
 
+TEST(RuleLimits, BoundTheKeysThatAreReadAndLeaveTablesAlone) {
+    // 300 directories share a list of 4,096 keys, whose values would lie in the list itself.
+    constexpr std::uint64_t keys = 4096;
+    test::TiffBuilder builder;
+    std::vector<std::size_t> chain;
+    for (int i = 0; i < 300; ++i) {
+        chain.push_back(
+            builder.add(changed(soundImage(), {test::at(34735, test::SHORT, 4 + 4 * keys, 65'536),
+                                               test::number(273, test::LONG, 200'000)})));
+    }
+    builder.chain(chain);
+    Bytes bytes = builder.bytes();
+    bytes.resize(200'010);
+    bytes[65'536] = 1;
+    bytes[65'536 + 7] = keys / 256;
+    const Texts findings = findingsOf(inspect(bytes));
+    EXPECT_TRUE(isThere(findings, "limitReached [256] 34735, values"));
+    EXPECT_FALSE(isThere(findings, "limitReached [255] 34735, values"));
+    EXPECT_FALSE(isThere(findings, "limitReached [257] 273, values"));
+}
+
 TEST(RuleLimits, BoundTheRangesThatAreCompared) {
     // All strips stand at the offset that their table of ones tells.
     constexpr std::uint64_t limit = 1'048'576;

@@ -62,7 +62,10 @@ TEST_F(InspectCommand, PrintsWhatAFileIsAndEachEntryAsItReads) {
               "0: image 640 x 480, LZW, 3 entries\n"
               "    256  ImageWidth   640\n"
               "    257  ImageLength  480\n"
-              "    259  Compression  LZW\n");
+              "    259  Compression  LZW\n"
+              "\n"
+              "warning: 0: Directory 0 holds no image. [noImageData]\n"
+              "note: 0: The resolution is not told (tags 282, 283). [resolutionUnknown]\n");
 }
 
 TEST_F(InspectCommand, PrintsTypesCountsOffsetsAndCodesWhenTheyAreAskedFor) {
@@ -76,7 +79,9 @@ TEST_F(InspectCommand, PrintsTypesCountsOffsetsAndCodesWhenTheyAreAskedFor) {
               "    271  Make         ASCII           6        74  \"Maker\"\n"
               "  60000  (unknown)    type 99         1         -  (unknown type 99: 07 00 00 00)\n"
               "\n"
-              "error: 0: Tag 60000 has the unknown field type 99. [unknownFieldType]\n");
+              "error: 0: Tag 60000 has the unknown field type 99. [unknownFieldType]\n"
+              "warning: 0: Directory 0 holds no image. [noImageData]\n"
+              "note: 0: The resolution is not told (tags 282, 283). [resolutionUnknown]\n");
 }
 
 TEST_F(InspectCommand, CutsLongValuesWithTheirSizeUnlessAllIsAskedFor) {
@@ -149,10 +154,13 @@ TEST_F(InspectCommand, PrintsFindingsLastAndTheWorstFirst) {
     const auto rows = TiffBytes().entry(271, 2, 0, 0).entry(272, 99, 1, 0);
     const std::string out = inspected(fileOf(2, rows));
     const std::size_t error = out.find("\nerror: 0: ");
+    const std::size_t warning = out.find("\nwarning: 0: ");
     const std::size_t note = out.find("\nnote: 0: ");
     EXPECT_LT(out.find("Model"), error) << out;
-    EXPECT_LT(error, note) << out;
-    EXPECT_TRUE(out.ends_with("[zeroCount]\n")) << out;
+    EXPECT_LT(error, warning) << out;
+    EXPECT_LT(warning, note) << out;
+    EXPECT_LT(note, out.find("[zeroCount]")) << out;
+    EXPECT_TRUE(out.ends_with("[resolutionUnknown]\n")) << out;
 }
 
 TEST_F(InspectCommand, FoldsPagesThatAreAlikeIntoOneLine) {
@@ -168,7 +176,8 @@ TEST_F(InspectCommand, FoldsPagesThatAreAlikeIntoOneLine) {
               "TIFF, little-endian, 218 bytes, 5 pages, 64 x 48 px\n"
               "0: image 64 x 48, 3 entries\n"
               "1-3: as 0, but PageNumber\n"
-              "4: image 99 x 48, 3 entries\n");
+              "4: image 99 x 48, 3 entries\n"
+              "10 warnings, 1 note\n");
 }
 
 TEST_F(InspectCommand, PrintsWhatAPointerLeadsToBeforeTheNextPage) {

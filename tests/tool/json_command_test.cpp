@@ -72,7 +72,7 @@ TEST(JsonCommand, PrintsALineForEachFile) {
         runTool({"json", folder / "a.tif", folder / "b.txt", folder / "missing.tif"});
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(filesIn(result, folder),
-              (Texts{"a.tif ok", "b.txt not-an-image", "missing.tif unreadable"}));
+              (Texts{"a.tif warnings", "b.txt not-an-image", "missing.tif unreadable"}));
     EXPECT_EQ(result.err, "corvinex: " + folder / "missing.tif" + ": No such file or directory\n");
     EXPECT_EQ(runTool({"json", folder / "a.tif"}).exitStatus, 0);
 }
@@ -94,8 +94,9 @@ TEST(JsonCommand, WalksFoldersInTheOrderOfNamesToTheBottom) {
     folder.add("a.txt", "no image");
     folder.add("\xC3\xA4.tif", smallTiff());
     const CommandResult result = runTool({"json", folder.path()});
-    EXPECT_EQ(filesIn(result, folder), (Texts{"B.tif ok", "b/c/d.JPG not-an-image", "b/c/plain ok",
-                                              "b/z.tif ok", "\xC3\xA4.tif ok"}));
+    EXPECT_EQ(filesIn(result, folder),
+              (Texts{"B.tif warnings", "b/c/d.JPG not-an-image", "b/c/plain warnings",
+                     "b/z.tif warnings", "\xC3\xA4.tif warnings"}));
     EXPECT_EQ(result.exitStatus, 1);
 }
 
@@ -105,9 +106,9 @@ TEST(JsonCommand, TakesTheEndingsInFoldersThatAreAskedFor) {
     folder.add("b.raw", "no image");
     folder.add("c.RAW", smallTiff());
     EXPECT_EQ(filesIn(runTool({"json", "--ext", "raw,xyz", folder.path()}), folder),
-              (Texts{"b.raw not-an-image", "c.RAW ok"}));
+              (Texts{"b.raw not-an-image", "c.RAW warnings"}));
     EXPECT_EQ(filesIn(runTool({"json", "--ext", "raw", folder / "a.tif"}), folder),
-              Texts{"a.tif ok"});
+              Texts{"a.tif warnings"});
 }
 
 TEST(JsonCommand, FollowsLinksToFoldersWhenAskedAndNoneInACircle) {
@@ -117,9 +118,9 @@ TEST(JsonCommand, FollowsLinksToFoldersWhenAskedAndNoneInACircle) {
     fs::create_directory_symlink(folder.path(), folder / "a/up");
     fs::create_symlink(folder / "a/x.tif", folder / "file.tif");
     EXPECT_EQ(filesIn(runTool({"json", folder.path()}), folder),
-              (Texts{"a/x.tif ok", "file.tif ok"}));
+              (Texts{"a/x.tif warnings", "file.tif warnings"}));
     EXPECT_EQ(filesIn(runTool({"json", "--follow", folder.path()}), folder),
-              (Texts{"a/x.tif ok", "file.tif ok", "link/x.tif ok"}));
+              (Texts{"a/x.tif warnings", "file.tif warnings", "link/x.tif warnings"}));
 }
 
 TEST(JsonCommand, ReadsNamesFromAList) {
@@ -128,7 +129,7 @@ TEST(JsonCommand, ReadsNamesFromAList) {
     folder.add("c.tif", smallTiff());
     folder.add("list", folder / "a\nb.tif" + std::string(1, '\0') + folder / "c.tif");
     const CommandResult result = runTool({"json", "--files0-from", folder / "list"});
-    EXPECT_EQ(filesIn(result, folder), (Texts{"a\nb.tif ok", "c.tif ok"}));
+    EXPECT_EQ(filesIn(result, folder), (Texts{"a\nb.tif warnings", "c.tif warnings"}));
     EXPECT_EQ(result.exitStatus, 0);
 }
 
@@ -152,7 +153,7 @@ TEST(JsonCommand, PrintsWhatIsAskedOfEachFile) {
         json::parse(runTool({"json", "--tag", "Make", "--tag", "0.Width", folder / "a.tif"}).out);
     EXPECT_EQ(selected["directories"][0]["entries"].size(), 1U);
     const std::string pretty = runTool({"json", "--pretty", folder / "a.tif"}).out;
-    EXPECT_EQ(json::parse(pretty)["status"], "ok");
+    EXPECT_EQ(json::parse(pretty)["status"], "warnings");
     EXPECT_GT(std::count(pretty.begin(), pretty.end(), '\n'), 10);
     const json cut = json::parse(runTool({"json", "--header-offset=4", folder / "a.tif"}).out);
     EXPECT_EQ(cut["container"], nullptr);
