@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -130,20 +127,6 @@ TEST(JsonCommand, FollowsLinksToFoldersWhenAskedAndNoneInACircle) {
               (Texts{"a/x.tif ok", "file.tif ok"}));
     EXPECT_EQ(filesIn(runTool({"json", "--follow", folder.path()}), folder),
               (Texts{"a/x.tif ok", "file.tif ok", "link/x.tif ok"}));
-}
-
-TEST(JsonCommand, RecordsAFolderThatMayNotBeReadAndReadsTheRest) {
-    if (geteuid() == 0) {
-        GTEST_SKIP() << "nothing is forbidden to this user";
-    }
-    const Folder folder;
-    folder.add("a/x.tif", smallTiff());
-    folder.add("b.tif", smallTiff());
-    chmod((folder / "a").c_str(), 0);
-    const CommandResult result = runTool({"json", folder.path()});
-    chmod((folder / "a").c_str(), 0700);
-    EXPECT_EQ(filesIn(result, folder), (Texts{"a unreadable", "b.tif ok"}));
-    EXPECT_EQ(result.exitStatus, 1);
 }
 
 TEST(JsonCommand, ReadsNamesFromAList) {
