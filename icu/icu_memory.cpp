@@ -118,14 +118,8 @@ void* U_CALLCONV reallocate(const void* context, void* block, std::size_t size) 
 
 // NOLINTEND(cppcoreguidelines-no-malloc)
 
-bool install() noexcept {
-    UErrorCode status = U_ZERO_ERROR;
-    u_setMemoryFunctions(nullptr, allocate, reallocate, release, &status);
-    return U_SUCCESS(status) != 0;
-}
-
-// ICU asks that this is done before anything else, so it is done when the host is loaded.
-[[maybe_unused]] const bool isInstalled = install();
+// ICU asks that this is done before anything else, so it is done when a library is loaded.
+[[maybe_unused]] const bool isInstalled = IcuMemory::install();
 
 void keep(IcuReserve* reserve) noexcept {
     reserve->next = kept.load(std::memory_order_relaxed);
@@ -135,6 +129,12 @@ void keep(IcuReserve* reserve) noexcept {
 }
 
 }  // namespace
+
+[[gnu::noinline]] bool IcuMemory::install() noexcept {
+    UErrorCode status = U_ZERO_ERROR;
+    u_setMemoryFunctions(nullptr, allocate, reallocate, release, &status);
+    return U_SUCCESS(status) != 0;
+}
 
 IcuMemory::IcuMemory() : reserve_(new IcuReserve) {
     current = reserve_.get();

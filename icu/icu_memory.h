@@ -18,6 +18,10 @@ class [[gnu::visibility("default")]] IcuMemory {
     IcuMemory(const IcuMemory&) = delete;
     IcuMemory& operator=(const IcuMemory&) = delete;
 
+    /// Hands ICU the functions that look for the reserve. Where several libraries of a process hold
+    /// this class, the loader has all of them use one, and so the functions have to be that one's.
+    static bool install() noexcept;
+
   private:
     std::unique_ptr<IcuReserve> reserve_;
 };

@@ -78,6 +78,17 @@ class InstalledPackage(unittest.TestCase):
             self.assertEqual(dynamic_texts(self.library / library, "SONAME"), [f"{library}.0"])
             self.assertTrue((self.library / f"{library}.0").exists())
 
+    def test_a_program_of_both_libraries_has_one_memory_for_icu(self):
+        program = self.work / "both"
+        source = self.work / "both.cpp"
+        source.write_text("int main() {}\n", encoding="utf-8")
+        run([COMPILER, source, "-o", program, "-Wl,--no-as-needed",
+             *(self.library / f"libcorvinex-{name}.so" for name in ("inspect", "host"))])
+        told = run([program], LD_DEBUG="bindings", LD_LIBRARY_PATH=str(self.library))
+        bound = re.findall(r"binding file (\S+) \[0\] to (\S+) \[0\]: normal symbol `_ZN8corvinex9IcuMemory", told)
+        self.assertEqual(len({user for user, _ in bound}), 2, told[-2000:])
+        self.assertEqual(len({giver for _, giver in bound}), 1)
+
     def test_installed_headers_include_installed_headers_only(self):
         for header in self.headers():
             for name in re.findall(r'^#include "(.*)"', header.read_text(encoding="utf-8"), re.MULTILINE):
