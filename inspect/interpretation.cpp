@@ -92,20 +92,19 @@ Interpretation textUpToZero(ByteSpan bytes) {
             .rest = withoutPadding(cut.behind)};
 }
 
-/// All texts of a value, zeros between them.
+/// All texts of a value, zeros between them, each in its own character set.
 Interpretation textsBetweenZeros(ByteSpan bytes) {
     while (!bytes.empty() && bytes.back() == 0) {
         bytes = bytes.first(bytes.size() - 1);
     }
-    const std::string all = reading::decodeText(charactersOf(bytes));
+    std::string_view left = charactersOf(bytes);
     Interpretation result{.form = Form::Texts, .texts = {}, .charset = {}, .rest = {}};
-    std::size_t start = 0;
-    for (std::size_t zero = all.find('\0'); zero != std::string::npos;
-         zero = all.find('\0', start)) {
-        result.texts.push_back(all.substr(start, zero - start));
-        start = zero + 1;
+    for (std::size_t zero = left.find('\0'); zero != std::string_view::npos;
+         zero = left.find('\0')) {
+        result.texts.push_back(reading::decodeText(left.substr(0, zero)));
+        left.remove_prefix(zero + 1);
     }
-    result.texts.push_back(all.substr(start));
+    result.texts.push_back(reading::decodeText(left));
     return result;
 }
 

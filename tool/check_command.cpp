@@ -22,8 +22,8 @@ enum class Form { Lines, Records, Table };
 /// From which word of --fail-on on a status counts as a failure. An image that is none any more is
 /// as bad as a damaged one.
 struct FailureRow {
-    Status status;
-    std::array<std::string_view, 3> words;
+    Status status = Status::Ok;
+    std::array<std::string_view, 3> words{};
 };
 constexpr std::array failures{
     FailureRow{Status::Warnings, {"warning"}},

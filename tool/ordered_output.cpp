@@ -12,6 +12,9 @@ std::unique_lock<std::mutex> OrderedOutput::waitFor(std::uint64_t number) {
 
 void OrderedOutput::write(std::string_view text) {
     out_.write(text.data(), static_cast<std::streamsize>(text.size()));
+    if (isOnTerminal_) {
+        out_.flush();  // while the progress line is off
+    }
     hasFailed_ = !out_;
 }
 

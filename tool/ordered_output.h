@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unistd.h>
+
 #include <array>
 #include <atomic>
 #include <condition_variable>
@@ -78,6 +80,7 @@ class OrderedOutput {
     std::array<std::optional<Left>, mostAhead> left_;  ///< by number, modulo its size
     std::size_t leftBytes_ = 0;
     std::atomic<bool> hasFailed_{false};
+    const bool isOnTerminal_ = isatty(STDOUT_FILENO) != 0;
 };
 
 }  // namespace tool

@@ -1,5 +1,6 @@
 #include "tool/progress_line.h"
 
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -28,11 +29,16 @@ std::string timeText(std::uint64_t seconds) {
 
 /// Whether the list can be gone through a second time.
 bool canBeCounted(const PathOptions& paths) {
-    if (std::ranges::find(paths.operands, InspectedFile::standardInput) != paths.operands.end()) {
-        return false;
-    }
     return !paths.namesFrom ||
            (*paths.namesFrom != InspectedFile::standardInput && stampOf(*paths.namesFrom));
+}
+
+/// Columns of the terminal: a longer line would go on in the next one, where nothing takes it off.
+std::size_t terminalWidth() {
+    constexpr std::size_t usual = 80;
+    winsize size{};
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system has no other way
+    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0 ? size.ws_col : usual;
 }
 
 }  // namespace
@@ -107,7 +113,8 @@ void ProgressLine::draw(const std::stop_token& stop) {
         if (isCounted_) {
             progress.found = found_;
         }
-        err_ << '\r' << progressText(progress) << "\x1b[K" << std::flush;
+        err_ << '\r' << progressText(progress).substr(0, terminalWidth() - 1) << "\x1b[K"
+             << std::flush;
         isDrawn_ = true;
         wake_.wait_for(lock, stop, betweenDrawings, isStopped);
     }

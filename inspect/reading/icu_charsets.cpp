@@ -99,10 +99,10 @@ std::string convertFromFallback(std::string_view bytes) {
         const auto code = static_cast<std::uint8_t>(byte);
         const bool isOther = code < 0x80 || code > 0x9F;
         const char16_t character = isOther ? code : characters.at(code - 0x80U);
-        std::array<char, U8_MAX_LENGTH> units{};
+        std::array<std::uint8_t, U8_MAX_LENGTH> units{};
         std::size_t length = 0;
         U8_APPEND_UNSAFE(units, length, character);
-        result.append(units.data(), length);
+        result.append(units.begin(), units.begin() + length);
     }
     return result;
 }

@@ -115,7 +115,9 @@ void checkDate(RuleContext& context, KnownTag tag, DateForm form) {
     }
     std::string_view text(buffer.data(), length);
     text = text.substr(0, text.find('\0'));
-    text = text.substr(0, text.find_last_not_of(' ') + 1);
+    while (text.ends_with(' ')) {
+        text.remove_suffix(1);
+    }
     if (isUnset(text)) {
         return;
     }

@@ -135,9 +135,9 @@ Finding FindingList::makeFinding(Kept& kept) const {
 
 std::vector<Finding> FindingList::finish() && {
     endDirectory();
-    // The number of the whole file is the largest: one more makes it the first.
+    // The whole file stands before its directories.
     std::ranges::stable_sort(shownFindings_, {}, [](const Kept& kept) {
-        return std::tuple(kept.directory + 1U, kept.rule);
+        return std::tuple(kept.directory != wholeFile, kept.directory, kept.rule);
     });
     std::vector<Finding> findings;
     findings.reserve(shownFindings_.size());

@@ -8,8 +8,8 @@
 #include "tests/corpus/bounded_process.h"
 #include "tests/support/temporary_file.h"
 
-// The record of a small file that asks for much: it ends, and takes little memory and a small
-// stack, without any limit given.
+// The record of a small file that asks for much, and what is printed of it for people: both end,
+// and take little memory and a small stack, without any limit given.
 
 namespace {
 
@@ -25,13 +25,17 @@ constexpr const char* limits = "ulimit -v 262144 && ";
 
 void expectRecord(const Bytes& bytes) {
     const test::TemporaryFile file(bytes);
-    const std::string command =
-        std::string(limits) + "ulimit -s 2048 && exec \"$0\" json \"$1\" >/dev/null";
-    const test::ProcessResult result = test::run(
-        {"/bin/sh", "-c", command, CORVINEX_TOOL, file.path().string()}, std::chrono::seconds(120));
-    EXPECT_TRUE(result.isInTime);
-    EXPECT_EQ(result.signal, 0);
-    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    for (const char* command : {"json", "inspect"}) {
+        SCOPED_TRACE(command);
+        const std::string line =
+            std::string(limits) + "ulimit -s 2048 && exec \"$0\" \"$1\" \"$2\" >/dev/null";
+        const test::ProcessResult result =
+            test::run({"/bin/sh", "-c", line, CORVINEX_TOOL, command, file.path().string()},
+                      std::chrono::seconds(120));
+        EXPECT_TRUE(result.isInTime);
+        EXPECT_EQ(result.signal, 0);
+        EXPECT_EQ(result.exitStatus, 0) << result.err;
+    }
 }
 
 /// Directories in a chain, full of entries whose values are the same bytes, or those that begin at
@@ -102,4 +106,59 @@ TEST(RecordOfBomb, IsMadeOfPointersThatAreDirectoriesThemselves) {
         file.number(first + 2 * i, 4);
     }
     expectRecord(file.bytes());
+}
+
+TEST(RecordOfBomb, IsMadeOfAChainThatComesBack) {
+    for (const Container container : test::allContainers) {
+        SCOPED_TRACE(test::nameOf(container));
+        test::TiffBuilder structure = test::structureFor(container);
+        structure.add({test::shorts(256, {1})});
+        structure.add({test::shorts(256, {2})});
+        structure.chain({0, 1}).nextDirectory(1, 0);
+        expectRecord(test::inContainer(structure, container).bytes);
+    }
+}
+
+TEST(RecordOfBomb, IsMadeOfAMillionEmptyDirectories) {
+    constexpr std::size_t count = 1'000'000;
+    constexpr std::size_t directorySize = 2 + 4;
+    test::ByteWriter file(test::Order::Little);
+    file.text("II").number(42, 2).number(8, 4);
+    for (std::size_t i = 1; i <= count; ++i) {
+        file.number(0, 2).number(i < count ? 8 + i * directorySize : 0, 4);
+    }
+    expectRecord(file.bytes());
+}
+
+TEST(RecordOfBomb, IsMadeOfPointerArraysOverEachOther) {
+    constexpr std::size_t entries = 60'000;
+    constexpr std::size_t pointers = 200'000;
+    constexpr std::size_t directory = 8;
+    constexpr std::size_t array = directory + 2 + 12 * entries + 4;
+    test::ByteWriter file(test::Order::Little);
+    file.text("II").number(42, 2).number(directory, 4).number(entries, 2);
+    for (std::size_t i = 0; i < entries; ++i) {
+        file.number(330, 2).number(test::LONG, 2).number(pointers - i, 4).number(array + 2 * i, 4);
+    }
+    file.number(0, 4);
+    for (std::size_t i = 0; i < pointers; ++i) {
+        file.number(array + i, 4);
+    }
+    expectRecord(file.bytes());
+}
+
+TEST(RecordOfBomb, IsMadeOfValuesThatLieOverEachOtherAndOverTheirDirectory) {
+    constexpr std::size_t entries = 60'000;
+    constexpr std::size_t size = 8 + 2 + 12 * entries + 4;
+    for (const test::Type type : {test::BYTE, test::ASCII, test::SHORT, test::RATIONAL,
+                                  test::UNDEFINED, test::FLOAT, test::DOUBLE}) {
+        SCOPED_TRACE(type);
+        test::ByteWriter file(test::Order::Little);
+        file.text("II").number(42, 2).number(8, 4).number(entries, 2);
+        for (std::size_t i = 0; i < entries; ++i) {
+            file.number(i, 2).number(type, 2).number(size / 16, 4).number(i, 4);
+        }
+        file.number(0, 4);
+        expectRecord(file.bytes());
+    }
 }

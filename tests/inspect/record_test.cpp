@@ -162,6 +162,9 @@ TEST(RecordTexts, OfCopyrightAndInkNamesAreLists) {
     EXPECT_EQ(valueOf(test::ascii(33432, "one\0\0two\0\0\0"sv)).dump(), R"(["one","","two"])");
     EXPECT_EQ(valueOf(test::ascii(33432, "one"sv)).dump(), R"(["one"])");
     EXPECT_EQ(valueOf(test::ascii(333, "Cyan\0Magenta\0"sv)).dump(), R"(["Cyan","Magenta"])");
+    // Each is in a character set of its own.
+    EXPECT_EQ(valueOf(test::ascii(33432, "caf\xC3\xA9\0\x80\0"sv)).dump(),
+              "[\"caf\xC3\xA9\",\"\xE2\x82\xAC\"]");
 }
 
 TEST(RecordTexts, ThatAreNotUtf8AreReadInOneSet) {

@@ -76,6 +76,27 @@ class FilledPipe {
     std::thread writer_;
 };
 
+/// A pipe that nobody reads from.
+class UnreadPipe {
+  public:
+    UnreadPipe() {
+        std::array<int, 2> ends{};
+        if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+            throw std::system_error(errno, std::generic_category(), "pipe2");
+        }
+        ::close(ends[0]);
+        writeEnd_ = ends[1];
+    }
+    ~UnreadPipe() { ::close(writeEnd_); }
+    UnreadPipe(const UnreadPipe&) = delete;
+    UnreadPipe& operator=(const UnreadPipe&) = delete;
+
+    [[nodiscard]] int writeEnd() const { return writeEnd_; }
+
+  private:
+    int writeEnd_ = -1;
+};
+
 /// The name of a terminal, which lives as long as the owner of its other end.
 class Terminal {
   public:
@@ -127,7 +148,12 @@ CommandResult runTool(const std::vector<std::string>& arguments, Output output, 
     if (output == Output::Terminal) {
         place = terminal.emplace().path();
     }
-    actions.open(STDOUT_FILENO, place, O_WRONLY | O_CREAT | O_APPEND | O_NOCTTY);
+    std::optional<UnreadPipe> unread;
+    if (output == Output::ClosedPipe) {
+        actions.duplicate(unread.emplace().writeEnd(), STDOUT_FILENO);
+    } else {
+        actions.open(STDOUT_FILENO, place, O_WRONLY | O_CREAT | O_APPEND | O_NOCTTY);
+    }
     if (output == Output::WithErrors) {
         actions.duplicate(STDOUT_FILENO, STDERR_FILENO);
     } else {

@@ -16,6 +16,7 @@ struct CommandResult {
 enum class Output {
     Captured,
     DevFull,     ///< a device that refuses every write
+    ClosedPipe,  ///< a pipe that nobody reads from
     WithErrors,  ///< captured into one text together with the errors, as a terminal shows both
     Terminal,    ///< a terminal that nobody reads from; it holds a few lines
 };

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <exception>
+#include <new>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -33,8 +34,13 @@ class QueuedBlocks final : public BlockSink {
   public:
     QueuedBlocks(RowQueue& queue, std::uint64_t number) : queue_(queue), number_(number) {}
     ~QueuedBlocks() override {
-        if (!isWhole_) {
+        if (isWhole_) {
+            return;
+        }
+        try {
             queue_.skip(number_);
+        } catch (const std::bad_alloc&) {
+            queue_.stop();  // the writer would wait for this file for ever
         }
     }
     QueuedBlocks(const QueuedBlocks&) = delete;
