@@ -1,6 +1,6 @@
 // read_tags FILE: prints the tags of a file, of numbers the first.
+#include <exception>
 #include <iostream>
-#include <system_error>
 #include <type_traits>
 
 #include "corvinex/inspect.h"
@@ -26,7 +26,7 @@ int main(int argc, char** argv) try {
         }
         std::cout << '\n';
     }
-} catch (const std::system_error& error) {
+} catch (const std::exception& error) {
     std::cerr << error.what() << '\n';
     return 1;
 }
