@@ -55,6 +55,10 @@ std::uint64_t File::size() const noexcept {
     return content_->source.size();
 }
 
+std::optional<std::int64_t> File::modified() const noexcept {
+    return content_->source.modified();
+}
+
 std::optional<Container> File::container() const noexcept {
     return content_->container;
 }

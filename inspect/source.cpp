@@ -20,8 +20,8 @@ namespace {
     throw std::system_error(error, std::generic_category());
 }
 
-/// Size of the regular file behind a descriptor.
-std::uint64_t sizeOf(int descriptor) {
+/// What the system tells of the regular file behind a descriptor.
+struct stat factsOf(int descriptor) {
     struct stat facts {};
     if (fstat(descriptor, &facts) != 0) {
         refuse(errno);
@@ -32,7 +32,7 @@ std::uint64_t sizeOf(int descriptor) {
     if (!S_ISREG(facts.st_mode)) {
         refuse(ESPIPE);  // what pipes and terminals give cannot be read by position
     }
-    return static_cast<std::uint64_t>(facts.st_size);
+    return facts;
 }
 
 }  // namespace
@@ -70,8 +70,10 @@ Source Source::open(const std::filesystem::path& path) {
 }
 
 Source Source::ofDescriptor(Descriptor descriptor) {
-    const std::uint64_t size = sizeOf(descriptor.number());
-    return {std::move(descriptor), {}, size};
+    const struct stat facts = factsOf(descriptor.number());
+    Source source(std::move(descriptor), {}, static_cast<std::uint64_t>(facts.st_size));
+    source.modified_ = facts.st_mtime;
+    return source;
 }
 
 Source Source::ofMemory(std::span<const std::byte> bytes) noexcept {

@@ -45,6 +45,8 @@ class Source {
     static Source ofMemory(std::span<const std::byte> bytes) noexcept;
 
     [[nodiscard]] std::uint64_t size() const noexcept { return size_; }
+    /// When the file was last changed, in seconds since 1970 (UTC). Nothing for bytes in memory.
+    [[nodiscard]] std::optional<std::int64_t> modified() const noexcept { return modified_; }
     /// Copies the bytes from the position on. False when they do not all lie in the file, also when
     /// it has become shorter; the target's bytes are then of no meaning. Raises std::system_error
     /// when the system cannot read.
@@ -85,6 +87,7 @@ class Source {
 
     std::optional<Descriptor> descriptor_;
     std::span<const std::byte> memory_;
+    std::optional<std::int64_t> modified_;
     std::uint64_t size_;
     std::unique_ptr<Cache> cache_;
 };

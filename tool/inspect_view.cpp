@@ -219,9 +219,10 @@ class FileWriter {
             }
         }
         if (hidden != 0) {
-            writeText(std::string(indentation, ' '), indentation,
-                      "(" + reading::countText(hidden, "entry", "entries") +
-                          " without a readable value left out; --all shows them)");
+            std::string text = "(";
+            text += reading::countText(hidden, "entry", "entries");
+            text += " without a readable value left out; --all shows them)";
+            writeText(std::string(indentation, ' '), indentation, text);
         }
     }
 
@@ -330,13 +331,12 @@ class FileWriter {
         sink_.write("\n");
         for (const Finding* const finding : findings) {
             const std::string severity(severityName(finding->severity));
-            std::string text = finding->text;
-            if (!finding->directory.empty()) {
-                text.insert(0, ": ").insert(0, finding->directory);
-            }
+            std::string text = finding->directory;
+            text += text.empty() ? "" : ": ";
+            text += finding->text;
             const std::string head =
                 view_.terminal.painted(inkOf(finding->severity), severity) + ": ";
-            writeText(head, severity.size() + 2, text + " [" + std::string(finding->id) + "]");
+            writeText(head, severity.size() + 2, text.append(" [").append(finding->id).append("]"));
         }
     }
 

@@ -53,11 +53,16 @@ InspectedFile::InspectedFile(const std::string& name, const Options& options) {
 }
 
 void InspectedFile::open(const Options& options) {
-    struct stat facts {};
-    if (stat(facts_.name.c_str(), &facts) == 0 && S_ISREG(facts.st_mode)) {
-        facts_.modified = facts.st_mtime;
+    try {
+        file_ = File::open(facts_.name, options);
+    } catch (const std::system_error&) {
+        struct stat facts {};
+        if (stat(facts_.name.c_str(), &facts) == 0 && S_ISREG(facts.st_mode)) {
+            facts_.modified = facts.st_mtime;
+        }
+        throw;
     }
-    file_ = File::open(facts_.name, options);
+    facts_.modified = file_->modified();
     facts_.size = file_->size();
 }
 

@@ -44,28 +44,6 @@ std::string joined(const std::string& folder, const std::string& name) {
     return folder.ends_with('/') ? folder + name : folder + '/' + name;
 }
 
-/// The names in a folder, last first.
-std::optional<std::vector<std::string>> namesIn(const std::string& folder) {
-    std::error_code error;
-    std::vector<std::string> names;
-    std::filesystem::directory_iterator place(folder, error);
-    while (!error && place != std::filesystem::directory_iterator()) {
-        names.push_back(place->path().filename().native());
-        place.increment(error);
-    }
-    if (error) {
-        return std::nullopt;
-    }
-    const auto byBytes = [](const std::string& left, const std::string& right) {
-        return std::lexicographical_compare(
-            right.begin(), right.end(), left.begin(), left.end(), [](char one, char other) {
-                return static_cast<unsigned char>(one) < static_cast<unsigned char>(other);
-            });
-    };
-    std::sort(names.begin(), names.end(), byBytes);
-    return names;
-}
-
 std::optional<FileStamp> stampFrom(const struct stat& facts) {
     if (!S_ISREG(facts.st_mode)) {
         return std::nullopt;
@@ -111,6 +89,32 @@ std::optional<std::string> PathList::nextOperand() {
     return std::nullopt;
 }
 
+/// The names in a folder, last first.
+std::optional<std::vector<PathList::Listed>> PathList::namesIn(const std::string& folder) {
+    std::error_code error;
+    std::vector<Listed> names;
+    std::filesystem::directory_iterator place(folder, error);
+    while (!error && place != std::filesystem::directory_iterator()) {
+        // File systems tell the type with the name, but for links and where they have none.
+        std::error_code untold;
+        const bool isFile = !place->is_symlink(untold) && place->is_regular_file(untold);
+        names.push_back({place->path().filename().native(), isFile});
+        place.increment(error);
+    }
+    if (error) {
+        return std::nullopt;
+    }
+    const auto byBytes = [](const Listed& left, const Listed& right) {
+        return std::lexicographical_compare(right.name.begin(), right.name.end(), left.name.begin(),
+                                            left.name.end(), [](char one, char other) {
+                                                return static_cast<unsigned char>(one) <
+                                                       static_cast<unsigned char>(other);
+                                            });
+    };
+    std::sort(names.begin(), names.end(), byBytes);
+    return names;
+}
+
 bool PathList::enter(const std::string& path) {
     struct stat facts {};
     if (stat(path.c_str(), &facts) != 0) {
@@ -147,9 +151,15 @@ std::optional<ListedPath> PathList::nextInFolder() {
             folders_.pop_back();
             continue;
         }
-        const std::string name = std::move(folder.names.back());
+        const auto [name, isFile] = std::move(folder.names.back());
         folder.names.pop_back();
         std::string path = joined(folder.path, name);
+        if (isFile && !options_.wantsStamps) {
+            if (isWanted(name)) {
+                return ListedPath{std::move(path), promisesImage(name)};
+            }
+            continue;
+        }
         struct stat facts {};
         bool isThere = lstat(path.c_str(), &facts) == 0;
         const bool isLink = isThere && S_ISLNK(facts.st_mode);

@@ -18,6 +18,7 @@ struct PathOptions {
     std::vector<std::string>
         extensions;             ///< in folders these endings only, as "tif"; all without any
     bool followsLinks = false;  ///< in folders to other folders as well
+    bool wantsStamps = false;   ///< of each file in a folder, which takes a call of the system
 };
 
 /// What tells a file that was changed from one that was not.
@@ -36,7 +37,7 @@ struct ListedPath {
     std::string name;
     /// It was named itself, or its ending promises an image: then it is told when it is none.
     bool isAsked = true;
-    /// Of a regular file, when it was listed.
+    /// Of a regular file, when it was listed; of one in a folder where stamps are wanted.
     std::optional<FileStamp> stamp = std::nullopt;
 };
 
@@ -52,14 +53,20 @@ class PathList {
     std::optional<ListedPath> next();
 
   private:
+    /// What a folder tells of a name in it.
+    struct Listed {
+        std::string name;
+        bool isFile = false;  ///< a regular one
+    };
     /// A folder on the way, and the names in it that are left, last first.
     struct Folder {
         std::string path;
-        std::vector<std::string> names;
+        std::vector<Listed> names;
         unsigned long device = 0;
         unsigned long inode = 0;
     };
 
+    [[nodiscard]] static std::optional<std::vector<Listed>> namesIn(const std::string& folder);
     std::optional<std::string> nextOperand();
     /// Goes into a folder. False when it cannot be read, or when it is one of those on the way.
     bool enter(const std::string& path);

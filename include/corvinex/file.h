@@ -61,6 +61,9 @@ class CORVINEX_API File {
 
     /// In bytes, when the file was opened.
     [[nodiscard]] std::uint64_t size() const noexcept;
+    /// When it was last changed before it was opened, in seconds since 1970 (UTC). Nothing for
+    /// bytes in memory.
+    [[nodiscard]] std::optional<std::int64_t> modified() const noexcept;
     /// Nothing for what is no image.
     [[nodiscard]] std::optional<Container> container() const noexcept;
     /// The order that the TIFF header tells; nothing without a right one.
@@ -75,8 +78,8 @@ class CORVINEX_API File {
 
     /// What is wrong with the file, by all rules. The first call looks everything over, reads the
     /// values that rules ask for, and takes time in proportion to the directories and to n log n of
-    /// the values, strips and tiles; the list is kept. Raises std::system_error when the file cannot
-    /// be read.
+    /// the values, strips and tiles; the list is kept. Raises std::system_error when the file
+    /// cannot be read.
     [[nodiscard]] std::span<const Finding> findings() const;
     /// Follows from findings().
     [[nodiscard]] Status status() const;

@@ -29,6 +29,11 @@ bool isSteady(const ListedPath& path, std::chrono::system_clock::time_point open
     return std::chrono::abs(opened.time_since_epoch() - modified) > clockStep;
 }
 
+PathOptions withStamps(PathOptions paths) {
+    paths.wantsStamps = true;
+    return paths;
+}
+
 /// Hands the blocks of one file to the queue. A file whose reading failed has no end otherwise.
 class QueuedBlocks final : public BlockSink {
   public:
@@ -65,7 +70,7 @@ ScanRun::ScanRun(const ManyFiles& files, const ScanOptions& options, Catalogue& 
       options_(options),
       catalogue_(catalogue),
       err_(err),
-      paths_(files.paths),
+      paths_(withStamps(files.paths)),
       progress_(err, !files.isQuiet, files.paths) {}
 
 void ScanRun::run() {
