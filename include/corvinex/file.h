@@ -103,7 +103,7 @@ struct HeaderLocation {
 /// Finds the header of a regular file as File::open does when it is told none, and reads no
 /// directory. Takes time in proportion to what stands before a JPEG's image data. Raises
 /// std::system_error when the file cannot be opened or read.
-[[nodiscard]] HeaderLocation findHeader(const std::filesystem::path& path);
+[[nodiscard]] CORVINEX_API HeaderLocation findHeader(const std::filesystem::path& path);
 
 /// "JPEG", "TIFF" or "BigTIFF".
 [[nodiscard]] CORVINEX_API std::string_view containerName(Container container) noexcept;
