@@ -151,30 +151,41 @@ std::optional<ListedPath> PathList::nextInFolder() {
             folders_.pop_back();
             continue;
         }
-        const auto [name, isFile] = std::move(folder.names.back());
+        const Listed listed = std::move(folder.names.back());
         folder.names.pop_back();
-        std::string path = joined(folder.path, name);
-        if (isFile && !options_.wantsStamps) {
-            if (isWanted(name)) {
-                return ListedPath{std::move(path), promisesImage(name)};
+        std::string path = joined(folder.path, listed.name);
+        if (listed.isFile && !options_.wantsStamps) {
+            if (isWanted(listed.name)) {
+                return ListedPath{std::move(path), promisesImage(listed.name)};
             }
-            continue;
-        }
-        struct stat facts {};
-        bool isThere = lstat(path.c_str(), &facts) == 0;
-        const bool isLink = isThere && S_ISLNK(facts.st_mode);
-        if (isLink) {
-            isThere = stat(path.c_str(), &facts) == 0;
-        }
-        if (isThere && S_ISDIR(facts.st_mode)) {
-            if ((!isLink || options_.followsLinks) && !enter(path)) {
-                return ListedPath{std::move(path), true};
-            }
-        } else if (isThere && S_ISREG(facts.st_mode) && isWanted(name)) {
-            return ListedPath{std::move(path), promisesImage(name), stampFrom(facts)};
+        } else if (auto found = look(listed.name, std::move(path))) {
+            return found;
         }
     }
     return std::nullopt;
+}
+
+std::optional<ListedPath> PathList::look(const std::string& name, std::string path) {
+    struct stat facts {};
+    if (lstat(path.c_str(), &facts) != 0) {
+        // What has gone meanwhile is not there to be read. Anything else, such as a folder that may
+        // be listed but not entered, would hide files.
+        return errno == ENOENT ? std::nullopt : std::optional(ListedPath{std::move(path), true});
+    }
+    const bool isLink = S_ISLNK(facts.st_mode);
+    const bool leadsSomewhere = !isLink || stat(path.c_str(), &facts) == 0;
+    if (leadsSomewhere && S_ISDIR(facts.st_mode)) {
+        const bool isTold = (!isLink || options_.followsLinks) && !enter(path);
+        return isTold ? std::optional(ListedPath{std::move(path), true}) : std::nullopt;
+    }
+    const bool isPromised = promisesImage(name);
+    // A link that leads nowhere, and what is neither file nor folder, is told where an image should
+    // be.
+    if (!isWanted(name) || !((leadsSomewhere && S_ISREG(facts.st_mode)) || isPromised)) {
+        return std::nullopt;
+    }
+    return ListedPath{std::move(path), isPromised,
+                      leadsSomewhere ? stampFrom(facts) : std::nullopt};
 }
 
 std::optional<ListedPath> PathList::next() {

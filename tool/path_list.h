@@ -71,6 +71,8 @@ class PathList {
     /// Goes into a folder. False when it cannot be read, or when it is one of those on the way.
     bool enter(const std::string& path);
     std::optional<ListedPath> nextInFolder();
+    /// Asks the system what a name in a folder is. Nothing for what is not to be read.
+    std::optional<ListedPath> look(const std::string& name, std::string path);
     [[nodiscard]] bool isWanted(std::string_view name) const;
     [[nodiscard]] bool promisesImage(std::string_view name) const;
 

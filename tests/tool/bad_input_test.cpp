@@ -144,6 +144,32 @@ TEST_P(BadInput, AFolderWithoutPermissionIsToldAndTheRestIsRead) {
     }
 }
 
+TEST_P(BadInput, AFolderThatMayBeListedButNotEnteredHidesNothing) {
+    fs::create_directories(folder_.path("in/listed/below"));
+    static_cast<void>(folder_.file("in/listed/below/a.tif", smallTiff()));
+    static_cast<void>(folder_.file("in/listed/b.tif", smallTiff()));
+    ASSERT_EQ(chmod(folder_.path("in/listed").c_str(), 0444), 0);
+    const CommandResult result = runWithoutPrivileges(GetParam(), folder_.path("in"));
+    chmod(folder_.path("in/listed").c_str(), 0700);
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_NE(result.out.find(folder_.path("in/listed/b.tif")), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find(folder_.path("in/listed/below")), std::string::npos) << result.out;
+}
+
+TEST_P(BadInput, WhatShouldBeAnImageInAFolderIsToldWhenItIsNoFileAtAll) {
+    fs::create_directories(folder_.path("in"));
+    fs::create_symlink("/nowhere/scan.tif", folder_.path("in/a.tif"));
+    fs::create_symlink("/nowhere/text", folder_.path("in/b"));
+    ASSERT_EQ(mkfifo(folder_.path("in/c.jpg").c_str(), 0600), 0);
+    ASSERT_EQ(mkfifo(folder_.path("in/d").c_str(), 0600), 0);
+    const CommandResult result = run({folder_.path("in")});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_NE(result.out.find(folder_.path("in/a.tif")), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find(folder_.path("in/c.jpg")), std::string::npos) << result.out;
+    EXPECT_EQ(result.out.find(folder_.path("in/b")), std::string::npos) << result.out;
+    EXPECT_EQ(result.out.find(folder_.path("in/d")), std::string::npos) << result.out;
+}
+
 TEST_P(BadInput, AnOutputThatTakesNoMoreEndsTheWork) {
     const std::string good = folder_.file("a.tif", smallTiff());
     EXPECT_EQ(run({good, good}, Output::DevFull).exitStatus, 3);
