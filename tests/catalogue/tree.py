@@ -105,11 +105,14 @@ def expected_paths(tree):
     for folder, folders, names in os.walk(os.fsencode(tree)):
         for name in names:
             path = os.path.join(folder, name)
+            if name.lower().endswith(ENDINGS):
+                found.add(path)  # whatever it is, and wherever a link leads
+                continue
             with contextlib.suppress(OSError):
                 if stat.S_ISREG(os.stat(path).st_mode):
                     with open(path, "rb") as file:
                         first = file.read(4)
-                    if name.lower().endswith(ENDINGS) or first in HEADERS or first[:2] == b"\xff\xd8":
+                    if first in HEADERS or first[:2] == b"\xff\xd8":
                         found.add(path)
         found |= {os.path.join(folder, name) for name in folders
                   if not os.access(os.path.join(folder, name), os.R_OK | os.X_OK)}
