@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
+#include <functional>
 #include <iostream>
 #include <system_error>
 
@@ -104,14 +105,8 @@ std::optional<std::vector<PathList::Listed>> PathList::namesIn(const std::string
     if (error) {
         return std::nullopt;
     }
-    const auto byBytes = [](const Listed& left, const Listed& right) {
-        return std::lexicographical_compare(right.name.begin(), right.name.end(), left.name.begin(),
-                                            left.name.end(), [](char one, char other) {
-                                                return static_cast<unsigned char>(one) <
-                                                       static_cast<unsigned char>(other);
-                                            });
-    };
-    std::sort(names.begin(), names.end(), byBytes);
+    // Characters compare as unsigned bytes in a string.
+    std::ranges::sort(names, std::ranges::greater(), &Listed::name);
     return names;
 }
 
