@@ -1,5 +1,6 @@
 #include <array>
 #include <bit>
+#include <span>
 #include <vector>
 
 #include "directory/ifd.h"
@@ -7,6 +8,7 @@
 #include "entry/values/host_value.h"
 #include "file/file_information.h"
 #include "file/tag_file.h"
+#include "format/tiff_header.h"
 #include "host/interface/platform.h"
 #include "vocabulary/tag_table.h"
 
@@ -28,8 +30,8 @@ HostArray makeSignature(const TagFile& file) {
 }
 
 const char* getByteOrderText(const TagFile& file) {
-    const auto& signature = file.getHeaderSignature();
-    return signature[0] == 'M' && signature[1] == 'M' ? "big-endian" : "little-endian";
+    const auto order = findByteOrder(std::span(file.getHeaderSignature()).first<2>());
+    return order == std::endian::big ? "big-endian" : "little-endian";
 }
 
 }  // namespace

@@ -2,9 +2,12 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 
 #include "file/file_stream.h"
+#include "format/jpeg_marker.h"
+#include "format/tiff_header.h"
 #include "host/interface/platform.h"
 
 namespace corvinex {
@@ -24,24 +27,24 @@ std::optional<Signature<Size>> readSignature(const std::u16string& path) {
     return signature;
 }
 
-bool isTiffOfVersion(const std::u16string& path, unsigned char version) {
+bool isTiffOfVersion(const std::u16string& path, std::uint16_t version) {
     const auto signature = readSignature<4>(path);
-    return signature == Signature<4>{'M', 'M', 0, version} ||
-           signature == Signature<4>{'I', 'I', version, 0};
+    return signature && findTiffVersion(*signature) == version;
 }
 
 }  // namespace
 
 bool isJpeg(const std::u16string& path) {
-    return readSignature<2>(path) == Signature<2>{0xFF, 0xD8};
+    const auto signature = readSignature<2>(path);
+    return signature && isStartOfJpeg(*signature);
 }
 
 bool isClassicTiff(const std::u16string& path) {
-    return isTiffOfVersion(path, 42);
+    return isTiffOfVersion(path, tiff_header::classicVersion);
 }
 
 bool isBigTiff(const std::u16string& path) {
-    return isTiffOfVersion(path, 43);
+    return isTiffOfVersion(path, tiff_header::bigVersion);
 }
 
 }  // namespace corvinex

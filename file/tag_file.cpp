@@ -10,6 +10,8 @@
 #include "file/file_information.h"
 #include "format/byte_order.h"
 #include "format/checked_arithmetic.h"
+#include "format/entry_fields.h"
+#include "format/tiff_header.h"
 
 namespace corvinex {
 
@@ -17,26 +19,11 @@ namespace error = quorra::corvinex;
 
 namespace {
 
-constexpr std::uint32_t littleEndianMark = 0x4949;  // "II"
-constexpr std::uint32_t bigEndianMark = 0x4D4D;     // "MM"
-
-// Places inside a directory entry that both layouts share.
-constexpr std::size_t countFieldPosition = 4;
-
-constexpr std::uint64_t classicOffsetSize = 4;
-
 // A small file needs little memory. In a large one a group of directories takes the longest arena,
 // which is as long as the memory that it may leave unused is not felt.
 constexpr std::size_t firstArenaLength = std::size_t{4} << 10;
 constexpr std::size_t longestArenaLength = std::size_t{256} << 10;
 constexpr std::size_t arenaGrowth = 4;
-
-/// The offset or count at a position of bytes in the file's order.
-std::uint64_t loadOffset(std::span<const unsigned char> bytes, std::size_t position,
-                         std::uint64_t offsetSize, bool swap) {
-    return offsetSize == classicOffsetSize ? loadFromFile<std::uint32_t>(bytes, position, swap)
-                                           : loadFromFile<std::uint64_t>(bytes, position, swap);
-}
 
 }  // namespace
 
@@ -122,8 +109,9 @@ std::shared_ptr<DirectoryArena> TagFile::beginDirectory() {
 }
 
 void TagFile::readThroughTiffHeader() {
-    // Byte size (8) and reserved (0) of the BigTIFF header: not examined.
-    constexpr std::uint64_t bigTiffFieldsLength = 4;
+    // The size of offsets (8) and the reserved field (0) of the BigTIFF header: not examined.
+    constexpr std::uint64_t bigTiffFieldsLength =
+        tiff_header::bigFirstOffsetPosition - tiff_header::bigOffsetSizePosition;
 
     baseOffset = stream.tell();
     readTiffHeaderEndianFormat();
@@ -149,13 +137,12 @@ void TagFile::readTiffHeaderEndianFormat() {
     if (stream.read(headerSignature.data(), 2, 1) != 1) {
         raiseFatal(error::tiffHeaderReadFailure());
     }
-    const std::uint32_t byteOrderMark =
-        std::uint32_t{headerSignature[0]} << 8 | std::uint32_t{headerSignature[1]};
-    if (byteOrderMark != littleEndianMark && byteOrderMark != bigEndianMark) {
+    const std::optional<std::endian> order = findByteOrder(std::span(headerSignature).first<2>());
+    if (!order) {
         raiseFatal(error::badEndianness(headerSignature[0], headerSignature[1], filename));
     }
-    fileByteOrder = byteOrderMark;
-    swapBytes = byteOrderMark == littleEndianMark ? machineIsBigEndian : machineIsLittleEndian;
+    fileByteOrder = std::uint32_t{headerSignature[0]} << 8 | std::uint32_t{headerSignature[1]};
+    swapBytes = *order == std::endian::little ? machineIsBigEndian : machineIsLittleEndian;
 }
 
 void TagFile::seekToDirectory(std::uint64_t position) {
@@ -231,7 +218,7 @@ std::uint64_t TagFile::readTagDataOffset(std::span<const unsigned char> entry) c
 }
 
 std::uint64_t TagFile::readTagNumComponents(std::span<const unsigned char> entry) const {
-    return loadOffset(entry, countFieldPosition, offsetSize, swapBytes);
+    return loadEntryCount(entry, offsetSize, swapBytes);
 }
 
 void TagFile::warnOncePerFile(const std::string& key, const resource_core::BaseMsgID& message) {

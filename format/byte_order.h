@@ -18,7 +18,7 @@ void raw2native(void* data, unsigned long elementSize, unsigned long count, bool
 /// The native value of type T that starts at a byte position in bytes. Raises std::out_of_range
 /// when it does not lie inside of them.
 template <class T>
-[[nodiscard]] T loadNative(std::span<const unsigned char> bytes, std::size_t position) {
+[[nodiscard]] constexpr T loadNative(std::span<const unsigned char> bytes, std::size_t position) {
     if (position > bytes.size() || bytes.size() - position < sizeof(T)) {
         refuseOutside();
     }
@@ -29,8 +29,8 @@ template <class T>
 
 /// The same for a value still in the file's byte order.
 template <class T>
-[[nodiscard]] T loadFromFile(std::span<const unsigned char> bytes, std::size_t position,
-                             bool swap) {
+[[nodiscard]] constexpr T loadFromFile(std::span<const unsigned char> bytes, std::size_t position,
+                                       bool swap) {
     auto element =
         std::bit_cast<std::array<unsigned char, sizeof(T)>>(loadNative<T>(bytes, position));
     if (swap) {

@@ -3,6 +3,8 @@
 #include <bit>
 
 #include "format/checked_arithmetic.h"
+#include "format/jpeg_marker.h"
+#include "format/tiff_header.h"
 #include "inspect/file_content.h"
 
 // Which container a file is, and the header that its TIFF structure begins with.
@@ -11,36 +13,20 @@ namespace corvinex::inspect {
 
 namespace {
 
-constexpr std::uint16_t classicVersion = 42;
-constexpr std::uint16_t bigVersion = 43;
-constexpr std::uint64_t versionPosition = 2;
-
-std::optional<ByteOrder> readMark(const Source& source, std::uint64_t position) {
+std::optional<std::endian> readMark(const Source& source, std::uint64_t position) {
     std::array<unsigned char, 2> mark{};
-    if (!source.read(position, mark) || mark[0] != mark[1]) {
-        return std::nullopt;
-    }
-    if (mark[0] == 'I') {
-        return ByteOrder::LittleEndian;
-    }
-    return mark[0] == 'M' ? std::optional(ByteOrder::BigEndian) : std::nullopt;
-}
-
-bool mustSwap(ByteOrder order) {
-    return (order == ByteOrder::LittleEndian) != (std::endian::native == std::endian::little);
+    return source.read(position, mark) ? findByteOrder(mark) : std::nullopt;
 }
 
 /// The version behind a right mark; nothing when either is missing.
 std::optional<std::uint16_t> readVersion(const Source& source, std::uint64_t position) {
-    const std::optional<ByteOrder> order = readMark(source, position);
-    return order ? source.number<std::uint16_t>(saturatingAdd(position, versionPosition),
-                                                mustSwap(*order))
-                 : std::nullopt;
+    std::array<unsigned char, 4> start{};
+    return source.read(position, start) ? findTiffVersion(start) : std::nullopt;
 }
 
 bool startsAsJpeg(const Source& source) {
     std::array<unsigned char, 2> start{};
-    return source.read(0, start) && start == std::array<unsigned char, 2>{0xFF, 0xD8};
+    return source.read(0, start) && isStartOfJpeg(start);
 }
 
 /// The header of a JPEG stands in the first EXIF block with a right one, else in the first at all.
@@ -48,8 +34,9 @@ void findExifHeader(FileContent& file, const Options& options) {
     file.segments = readJpegSegments(file.source);
     const std::vector<ExifSegment>& exif = file.segments->exif;
     auto chosen = std::ranges::find_if(exif, [&](const ExifSegment& segment) {
-        return options.headerOffset ? segment.header == *options.headerOffset
-                                    : readVersion(file.source, segment.header) == classicVersion;
+        return options.headerOffset
+                   ? segment.header == *options.headerOffset
+                   : readVersion(file.source, segment.header) == tiff_header::classicVersion;
     });
     if (chosen == exif.end() && !options.headerOffset) {
         chosen = exif.begin();
@@ -70,9 +57,9 @@ void findContainer(FileContent& file, const Options& options) {
     }
     const std::uint64_t position = options.headerOffset.value_or(0);
     const std::optional<std::uint16_t> version = readVersion(file.source, position);
-    if (version == classicVersion) {
+    if (version == tiff_header::classicVersion) {
         file.container = Container::Tiff;
-    } else if (version == bigVersion) {
+    } else if (version == tiff_header::bigVersion) {
         file.container = Container::BigTiff;
     } else {
         return;
@@ -80,22 +67,28 @@ void findContainer(FileContent& file, const Options& options) {
     file.header.position = position;
 }
 
+/// A field of the header; nothing when it does not lie in the file.
+template <class Number>
+std::optional<Number> numberAt(const FileContent& file, std::uint64_t fieldPosition) {
+    return file.source.number<Number>(file.positionOf(fieldPosition), file.swap);
+}
+
 void readFields(FileContent& file) {
     Header& header = file.header;
-    const std::uint64_t position = *header.position;
-    const std::optional<std::uint16_t> version = readVersion(file.source, position);
-    header.isRight = version == (file.isBig() ? bigVersion : classicVersion);
+    const std::optional<std::uint16_t> version = readVersion(file.source, *header.position);
+    header.isRight =
+        version == (file.isBig() ? tiff_header::bigVersion : tiff_header::classicVersion);
     header.isCut = file.end() < file.headerSize();
     if (file.isBig()) {
         header.offsetSize =
-            file.source.number<std::uint16_t>(saturatingAdd(position, 4), file.swap).value_or(8);
+            numberAt<std::uint16_t>(file, tiff_header::bigOffsetSizePosition).value_or(8);
         header.reserved =
-            file.source.number<std::uint16_t>(saturatingAdd(position, 6), file.swap).value_or(0);
+            numberAt<std::uint16_t>(file, tiff_header::bigReservedPosition).value_or(0);
         header.firstOffset =
-            file.source.number<std::uint64_t>(saturatingAdd(position, 8), file.swap).value_or(0);
+            numberAt<std::uint64_t>(file, tiff_header::bigFirstOffsetPosition).value_or(0);
     } else {
         header.firstOffset =
-            file.source.number<std::uint32_t>(saturatingAdd(position, 4), file.swap).value_or(0);
+            numberAt<std::uint32_t>(file, tiff_header::classicFirstOffsetPosition).value_or(0);
     }
 }
 
@@ -114,7 +107,7 @@ std::uint64_t FileContent::blockEnd() const noexcept {
 }
 
 std::uint64_t FileContent::headerSize() const noexcept {
-    return isBig() ? 16 : 8;
+    return isBig() ? tiff_header::bigSize : tiff_header::classicSize;
 }
 
 void readHeader(FileContent& file, const Options& options) {
@@ -123,9 +116,10 @@ void readHeader(FileContent& file, const Options& options) {
     if (!file.header.position) {
         return;
     }
-    file.header.byteOrder = readMark(file.source, *file.header.position);
-    if (file.header.byteOrder) {
-        file.swap = mustSwap(*file.header.byteOrder);
+    if (const auto order = readMark(file.source, *file.header.position)) {
+        file.header.byteOrder =
+            *order == std::endian::little ? ByteOrder::LittleEndian : ByteOrder::BigEndian;
+        file.swap = *order != std::endian::native;
         readFields(file);
     } else {
         file.header.isCut = file.end() < file.headerSize();

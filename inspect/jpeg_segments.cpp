@@ -4,12 +4,15 @@
 #include <array>
 #include <cstddef>
 
+#include "format/jpeg_marker.h"
+
 namespace corvinex::inspect {
 
 namespace {
 
-constexpr std::uint8_t prefix = 0xFF;
-constexpr std::uint8_t startOfImage = 0xD8;
+using jpeg_marker::prefix;
+using jpeg_marker::startOfImage;
+
 constexpr std::uint8_t endOfImage = 0xD9;
 constexpr std::uint8_t startOfScan = 0xDA;
 constexpr std::uint8_t application1 = 0xE1;

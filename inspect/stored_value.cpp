@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <memory>
 
 #include "format/byte_order.h"
 #include "format/checked_arithmetic.h"
+#include "format/entry_fields.h"
 #include "inspect/field_type.h"
 
 namespace corvinex::inspect {
@@ -50,13 +52,6 @@ void copyField(const EntryRecord& entry, std::uint64_t from, std::span<std::byte
     }
 }
 
-template <class Number>
-Number fieldAs(const EntryRecord& entry, bool swap) noexcept {
-    std::array<unsigned char, sizeof(Number)> bytes{};
-    std::memcpy(bytes.data(), entry.field.data(), bytes.size());
-    return loadFromFile<Number>(bytes, 0, swap);
-}
-
 }  // namespace
 
 std::uint64_t getByteCount(const FileContent& file, const EntryRecord& entry) noexcept {
@@ -68,8 +63,8 @@ bool isInline(const FileContent& file, const EntryRecord& entry) noexcept {
 }
 
 std::uint64_t getOffset(const FileContent& file, const EntryRecord& entry) noexcept {
-    return file.isBig() ? fieldAs<std::uint64_t>(entry, file.swap)
-                        : fieldAs<std::uint32_t>(entry, file.swap);
+    const auto field = std::bit_cast<std::array<unsigned char, sizeof entry.field>>(entry.field);
+    return loadOffset(field, 0, file.layout.offsetSize, file.swap);
 }
 
 bool isInFile(const FileContent& file, const EntryRecord& entry) noexcept {

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "format/checked_arithmetic.h"
+#include "format/jpeg_marker.h"
 #include "inspect/directory_siblings.h"
 #include "inspect/field_type.h"
 #include "inspect/file_content.h"
@@ -39,13 +40,12 @@ std::optional<ByteRange> jpegAt(const FileContent& file, const Directory& direct
                                 std::uint16_t offsetTag, std::uint16_t lengthTag) {
     const auto offset = onlyNumber(file, directory.find(offsetTag));
     const auto length = onlyNumber(file, directory.find(lengthTag));
-    std::array<std::byte, 2> start{};
+    std::array<unsigned char, 2> start{};
     if (!offset || !length || *length < start.size() || !liesWithin(*offset, *length, file.end())) {
         return std::nullopt;
     }
     const ByteRange range{file.positionOf(*offset), *length};
-    const bool isJpeg = file.source.read(range.position, start) && start[0] == std::byte{0xFF} &&
-                        start[1] == std::byte{0xD8};
+    const bool isJpeg = file.source.read(range.position, start) && isStartOfJpeg(start);
     return isJpeg ? std::optional(range) : std::nullopt;
 }
 

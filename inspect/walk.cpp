@@ -4,8 +4,8 @@
 #include <span>
 #include <unordered_map>
 
-#include "format/byte_order.h"
 #include "format/checked_arithmetic.h"
+#include "format/entry_fields.h"
 #include "inspect/field_type.h"
 #include "inspect/file_content.h"
 #include "inspect/stored_value.h"
@@ -243,10 +243,9 @@ class Walk {
 
     EntryRecord parseEntry(std::span<const unsigned char> bytes, std::uint32_t directory) const {
         EntryRecord entry;
-        entry.number = loadFromFile<std::uint16_t>(bytes, 0, file_.swap);
-        entry.type = loadFromFile<std::uint16_t>(bytes, 2, file_.swap);
-        entry.count = file_.isBig() ? loadFromFile<std::uint64_t>(bytes, 4, file_.swap)
-                                    : loadFromFile<std::uint32_t>(bytes, 4, file_.swap);
+        entry.number = loadEntryNumber(bytes, file_.swap);
+        entry.type = loadEntryType(bytes, file_.swap);
+        entry.count = loadEntryCount(bytes, file_.layout.offsetSize, file_.swap);
         std::ranges::copy(
             std::as_bytes(bytes.subspan(static_cast<std::size_t>(file_.layout.valueFieldPosition))),
             entry.field.begin());

@@ -12,6 +12,7 @@
 #include "file/tag_file.h"
 #include "format/byte_order.h"
 #include "format/checked_arithmetic.h"
+#include "format/entry_fields.h"
 #include "tag/raw_value.h"
 #include "tag/tag_numbers.h"
 #include "tag/tag_validation.h"
@@ -19,17 +20,10 @@
 
 namespace corvinex {
 
-namespace {
-
-constexpr std::size_t idPosition = 0;
-constexpr std::size_t typePosition = 2;
-
-}  // namespace
-
 TiffTag::TiffTag(TagFile* file, std::span<const unsigned char> entry, IFDtype_t_ kind)
     : tagFile(file), ifdType(kind) {
-    tagId = loadFromFile<std::uint16_t>(entry, idPosition, file->getSwapBytes());
-    dataType = loadFromFile<std::uint16_t>(entry, typePosition, file->getSwapBytes());
+    tagId = loadEntryNumber(entry, file->getSwapBytes());
+    dataType = loadEntryType(entry, file->getSwapBytes());
     setTagName();
     checkDataType();
     componentCount = file->readTagNumComponents(entry);

@@ -56,7 +56,12 @@ class CORVINEX_API Directory {
     [[nodiscard]] std::span<const Entry> entries() const noexcept;
     /// The first entry with this number, or null. Takes time in proportion to their number.
     [[nodiscard]] const Entry* find(std::uint16_t number) const noexcept;
-    /// Facts of a main or sub directory: compression, photometric, strips or tiles, and bytes.
+    /// Facts of a main or sub directory: compression, photometric, strips or tiles, and bytes, as
+    /// DerivedFact lists them. Made anew with each call, which takes time and memory in proportion
+    /// to the byte counts that it adds up, and n log n of the directory's entries at most; the
+    /// first one of a file looks at the entries of all directories beside that. Byte counts are
+    /// added up as far as those from the first directory on have four times the file's size and
+    /// 16 MiB together. Raises std::system_error when the file cannot be read.
     [[nodiscard]] std::vector<DerivedFact> derived() const;
 
     /// What is stored, as it is.

@@ -72,12 +72,15 @@ class CORVINEX_API Entry {
     /// Whether the value lies whole in the entry or in the file, as far as its size tells.
     [[nodiscard]] bool isInFile() const noexcept;
     /// What a person wants to read, in UTF-8, where that says more than the value; else nothing.
-    /// Reads the value, and for some tags those of the directory's other entries.
+    /// Reads the value, and for some tags those of the directory's other entries. Takes time and
+    /// memory in proportion to byteCount(), and where other entries are looked for n log n of the
+    /// directory's entries at most. Raises std::system_error when the file cannot be read.
     [[nodiscard]] std::optional<std::string> text() const;
     /// The same for a value of this entry that was read before.
     [[nodiscard]] std::optional<std::string> text(const Value& value) const;
     /// The words for the codes in a value of this entry, an unknown code as its number; nothing for
-    /// tags without words. Flags give one text.
+    /// tags without words. Flags give one text. Takes time and memory in proportion to the value's
+    /// size and reads nothing.
     [[nodiscard]] std::optional<std::vector<std::string>> words(const Value& value) const;
 
     /// Whether the tag's number is one of those that point to directories.

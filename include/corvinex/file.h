@@ -81,9 +81,13 @@ class CORVINEX_API File {
     /// the values, strips and tiles; the list is kept. Raises std::system_error when the file
     /// cannot be read.
     [[nodiscard]] std::span<const Finding> findings() const;
-    /// Follows from findings().
+    /// Follows from findings(): takes its time when it has not been called before, then time in
+    /// proportion to the number of findings, and raises what it raises.
     [[nodiscard]] Status status() const;
-    /// Facts of the file as a whole, such as width, height and pages.
+    /// Facts of the file as a whole, such as width, height and pages; DerivedFact lists them. Made
+    /// anew with each call, which looks through the directories in time n log n of their entries
+    /// at most and reads only values of up to 4,096 bytes. Raises std::system_error when the file
+    /// cannot be read.
     [[nodiscard]] std::vector<DerivedFact> derived() const;
 
     /// What the library's own parts read.

@@ -4,6 +4,7 @@
 #include <span>
 
 #include "format/checked_arithmetic.h"
+#include "format/jpeg_marker.h"
 #include "inspect/rules/image_rules.h"
 #include "inspect/rules/stored_numbers.h"
 
@@ -189,8 +190,7 @@ class BlockCheck {
 
 bool beginsAsJpeg(const FileContent& file, std::uint64_t offset) {
     std::array<unsigned char, 2> start{};
-    return !file.source.read(file.positionOf(offset), start) ||
-           start == std::array<unsigned char, 2>{0xFF, 0xD8};
+    return !file.source.read(file.positionOf(offset), start) || isStartOfJpeg(start);
 }
 
 }  // namespace
