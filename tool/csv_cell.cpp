@@ -125,6 +125,9 @@ std::string cellText(const corvinex::inspect::Entry& entry, const Value& value,
         case Interpretation::Form::Texts:
             return joined(interpretation.texts, limit);
         case Interpretation::Form::Bytes:
+            if (options.codesAsNumbers && corvinex::inspect::holdsCodes(entry)) {
+                break;
+            }
             return entry.text(value).value_or(std::string());
         case Interpretation::Form::Number:
         case Interpretation::Form::Numbers:

@@ -4,12 +4,14 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/tool/codes_in_bytes.h"
 #include "tests/tool/run_command.h"
 #include "tests/tool/temporary_file.h"
 #include "tests/tool/tiff_bytes.h"
 
 namespace {
 
+using tool_test::codesInBytes;
 using tool_test::Input;
 using tool_test::Output;
 using tool_test::runTool;
@@ -74,6 +76,21 @@ TEST(CsvCommand, PrintsARowForEachFileWithFactsWhenAsked) {
                        "compression", "--numeric", file})
                   .out,
               "file,File.Pages,257,compression\r\n" + file + ",2,31,5\r\n");
+}
+
+TEST(CsvCommand, PrintsCodesInBytesAsNumbersWhenAsked) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("a.tif", codesInBytes());
+    const std::vector<std::string> words{
+        "csv",   "--tag", "ComponentsConfiguration", "--tag", "37384", "--tag", "41729", "--tag",
+        "33422", file};
+    std::vector<std::string> numeric = words;
+    numeric.emplace_back("--numeric");
+    const std::string heading = "file,directory,ComponentsConfiguration,37384,41729,33422\r\n";
+    EXPECT_EQ(runTool(words).out, heading + file +
+                                      ",0,Y; Cb; Cr; -,Flash,Directly photographed,"
+                                      "Red; Green; Green; Blue\r\n");
+    EXPECT_EQ(runTool(numeric).out, heading + file + ",0,1 2 3 0,4,1,0 1 1 2\r\n");
 }
 
 TEST(CsvCommand, LeavesTheCellOfADivisionByZeroEmpty) {
