@@ -47,7 +47,7 @@ CsvColumns::CsvColumns(std::span<const std::string> names) {
 void CsvColumns::add(const std::string& name) {
     CsvColumn column{.heading = name,
                      .fact = {},
-                     .selection = corvinex::inspect::TagSelection(std::span(&name, 1)),
+                     .selection = {},
                      .hasPath = name.find('.') != std::string::npos};
     if (lowered(name).starts_with(filePrefix)) {
         column.fact = lowered(name).substr(filePrefix.size());
@@ -55,11 +55,8 @@ void CsvColumns::add(const std::string& name) {
             throw UsageError("there is no fact \"" + name + '"');
         }
     } else {
-        const std::vector<std::uint16_t> numbers = numbersMeantBy(name);
-        if (numbers.empty()) {
-            throw UsageError(noSuchTag(name));
-        }
-        for (const std::uint16_t number : numbers) {
+        column.selection = tagsAskedFor(std::span(&name, 1));
+        for (const std::uint16_t number : numbersAskedFor(name)) {
             places_.push_back({number, columns_.size()});
         }
     }
