@@ -61,10 +61,13 @@ struct NumbersText {
     template <class Element>
     std::string operator()(std::span<const Element> elements) const {
         std::string text;
+        bool isNumber = false;
         for (const Element& element : firstOf(elements, limit)) {
-            text.append(text.empty() ? "" : " ").append(elementText(element));
+            const std::string number = elementText(element);
+            isNumber = isNumber || number != "nan";
+            text.append(text.empty() ? "" : " ").append(number);
         }
-        return text == "nan" ? std::string() : text;
+        return isNumber ? text : std::string();
     }
 };
 

@@ -12,13 +12,14 @@ namespace {
 // Stands where the path of a directory does.
 constexpr std::string_view filePrefix = "file.";
 
-constexpr std::array<std::string_view, 12> facts{"status",    "width",    "height", "pages",
-                                                 "taken",     "make",     "model",  "latitude",
-                                                 "longitude", "altitude", "lens",   "crs"};
+constexpr auto facts = std::to_array<std::string_view>(
+    {"status", "size", "modified", "container", "byte_order", "width", "height", "pages", "taken",
+     "make", "model", "latitude", "longitude", "altitude", "lens", "crs", "bounds",
+     "geotransform"});
 
 // clang-format off
 constexpr auto directoryColumns = std::to_array<std::string_view>({
-    "file.status",
+    "file.status", "file.width", "file.height",
     "ImageWidth", "ImageLength", "BitsPerSample", "SamplesPerPixel", "Compression",
     "PhotometricInterpretation",
     "Make", "Model", "Software", "DateTimeOriginal",
