@@ -169,4 +169,11 @@ Interpretation interpret(const Entry& entry, const Value& value) {
         .form = isScalar ? Form::Number : Form::Numbers, .texts = {}, .charset = {}, .rest = {}};
 }
 
+bool holdsCodes(const Entry& entry) {
+    const registry::TagFact* fact = registry::findTag(entry.directory().kind(), entry.number());
+    // A code that is a text is none of its characters.
+    return fact != nullptr && fact->words != nullptr && fact->words->texts.empty() &&
+           (fact->encoding == Encoding::Code || fact->encoding == Encoding::Flags);
+}
+
 }  // namespace corvinex::inspect

@@ -34,4 +34,8 @@ struct Interpretation {
 /// Takes time in proportion to the value, which must outlive the answer.
 [[nodiscard]] Interpretation interpret(const Entry& entry, const Value& value);
 
+/// Whether raw bytes are codes or flags, one number in each: a value that is Bytes to whoever does
+/// not ask for codes.
+[[nodiscard]] bool holdsCodes(const Entry& entry);
+
 }  // namespace corvinex::inspect

@@ -125,7 +125,7 @@ std::string findingsPhrase(const Verdict& verdict, bool hasNotes) {
 std::string phraseFor(const InspectedFile& file, const Verdict& verdict, bool hasNotes) {
     switch (verdict.status) {
         case Status::Unreadable:
-            return file.error().message();
+            return file.errorText();
         case Status::NotAnImage:
             return file.file()->size() == 0 ? "the file is empty"
                                             : countText(file.file()->size(), "byte", "bytes") +

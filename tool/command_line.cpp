@@ -73,6 +73,16 @@ bool isCommand(std::string_view word) {
                                [word](const CommandRow& row) { return row.name == word; });
 }
 
+/// Whether a word is an option of the command that files alone ask for.
+bool isOptionOfFiles(std::string_view word) {
+    const std::string_view name = word.substr(0, word.find('='));
+    return std::ranges::any_of(commandNamed(commandOfFiles).options, [&](const OptionRow& row) {
+        const bool isLetter = row.letter != 0 && word.size() > 1 && word[1] == row.letter;
+        return word.starts_with("--") ? name.substr(2) == row.name
+                                      : word.starts_with('-') && isLetter;
+    });
+}
+
 [[noreturn]] void refuseOption(std::string_view word, std::vector<std::string> known) {
     const std::string_view name = word.substr(0, word.find('='));
     known.emplace_back("--help");
@@ -211,10 +221,11 @@ CommandLine parseCommandLine(std::span<char*> words) {
     if (first == "--version") {
         return {.request = Request::Version, .command = nullptr, .arguments = std::nullopt};
     }
-    if (first.starts_with('-') && first != "-") {
+    const bool isOption = first.starts_with('-') && first != "-";
+    if (isOption && !isOptionOfFiles(first)) {
         refuseOption(first, {"--version"});
     }
-    const bool isFile = !isCommand(first) && isFileName(first);
+    const bool isFile = isOption || (!isCommand(first) && isFileName(first));
     const CommandRow& command = commandNamed(isFile ? commandOfFiles : first);
     try {
         // The word before the options and operands is passed over, as a program's name is.

@@ -61,10 +61,13 @@ struct NumbersText {
     template <class Element>
     std::string operator()(std::span<const Element> elements) const {
         std::string text;
+        bool isNumber = false;
         for (const Element& element : firstOf(elements, limit)) {
-            text.append(text.empty() ? "" : " ").append(elementText(element));
+            const std::string number = elementText(element);
+            isNumber = isNumber || number != "nan";
+            text.append(text.empty() ? "" : " ").append(number);
         }
-        return text == "nan" ? std::string() : text;
+        return isNumber ? text : std::string();
     }
 };
 
@@ -125,6 +128,9 @@ std::string cellText(const corvinex::inspect::Entry& entry, const Value& value,
         case Interpretation::Form::Texts:
             return joined(interpretation.texts, limit);
         case Interpretation::Form::Bytes:
+            if (options.codesAsNumbers && corvinex::inspect::holdsCodes(entry)) {
+                break;
+            }
             return entry.text(value).value_or(std::string());
         case Interpretation::Form::Number:
         case Interpretation::Form::Numbers:

@@ -12,13 +12,14 @@ namespace {
 // Stands where the path of a directory does.
 constexpr std::string_view filePrefix = "file.";
 
-constexpr std::array<std::string_view, 12> facts{"status",    "width",    "height", "pages",
-                                                 "taken",     "make",     "model",  "latitude",
-                                                 "longitude", "altitude", "lens",   "crs"};
+constexpr auto facts = std::to_array<std::string_view>(
+    {"status", "size", "modified", "container", "byte_order", "width", "height", "pages", "taken",
+     "make", "model", "latitude", "longitude", "altitude", "lens", "crs", "bounds",
+     "geotransform"});
 
 // clang-format off
 constexpr auto directoryColumns = std::to_array<std::string_view>({
-    "file.status",
+    "file.status", "file.width", "file.height",
     "ImageWidth", "ImageLength", "BitsPerSample", "SamplesPerPixel", "Compression",
     "PhotometricInterpretation",
     "Make", "Model", "Software", "DateTimeOriginal",
@@ -47,7 +48,7 @@ CsvColumns::CsvColumns(std::span<const std::string> names) {
 void CsvColumns::add(const std::string& name) {
     CsvColumn column{.heading = name,
                      .fact = {},
-                     .selection = corvinex::inspect::TagSelection(std::span(&name, 1)),
+                     .selection = {},
                      .hasPath = name.find('.') != std::string::npos};
     if (lowered(name).starts_with(filePrefix)) {
         column.fact = lowered(name).substr(filePrefix.size());
@@ -55,11 +56,8 @@ void CsvColumns::add(const std::string& name) {
             throw UsageError("there is no fact \"" + name + '"');
         }
     } else {
-        const std::vector<std::uint16_t> numbers = numbersMeantBy(name);
-        if (numbers.empty()) {
-            throw UsageError(noSuchTag(name));
-        }
-        for (const std::uint16_t number : numbers) {
+        column.selection = tagsAskedFor(std::span(&name, 1));
+        for (const std::uint16_t number : numbersAskedFor(name)) {
             places_.push_back({number, columns_.size()});
         }
     }

@@ -1,6 +1,7 @@
 #include "tool/csv_command.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -18,6 +19,7 @@
 namespace tool {
 namespace {
 
+using corvinex::inspect::Container;
 using corvinex::inspect::DerivedFact;
 using corvinex::inspect::Directory;
 using corvinex::inspect::DirectoryKind;
@@ -31,6 +33,41 @@ struct CsvOptions {
     CsvColumns columns;
     CellOptions cells;
     bool hasRowForFile = false;
+};
+
+/// A fact that is told of the file itself rather than derived from its tags.
+struct StoredFact {
+    std::string_view name;
+    std::string (*text)(const InspectedFile& file);
+};
+
+constexpr std::array storedFacts{
+    StoredFact{"status",
+               [](const InspectedFile& file) {
+                   return std::string(
+                       corvinex::inspect::statusName(corvinex::inspect::statusOf(file.file())));
+               }},
+    StoredFact{"size",
+               [](const InspectedFile& file) {
+                   const auto size = file.facts().size;
+                   return size ? std::to_string(*size) : std::string();
+               }},
+    StoredFact{"modified",
+               [](const InspectedFile& file) {
+                   const auto time = file.facts().modified;
+                   return time ? corvinex::inspect::isoTime(*time) : std::string();
+               }},
+    StoredFact{"container",
+               [](const InspectedFile& file) {
+                   return file.isImage() ? std::string(containerName(*file.file()->container()))
+                                         : std::string();
+               }},
+    StoredFact{"byte_order",
+               [](const InspectedFile& file) {
+                   const auto order =
+                       file.file() == nullptr ? std::nullopt : file.file()->byteOrder();
+                   return order ? std::string(byteOrderName(*order)) : std::string();
+               }},
 };
 
 /// For each directory of a file the one of the main chain that leads to it.
@@ -48,7 +85,8 @@ std::vector<std::uint32_t> rootsOf(std::span<const Directory> directories) {
 class CsvRows {
   public:
     CsvRows(const InspectedFile& file, const CsvOptions& options, TextSink& sink)
-        : file_(file.file()),
+        : inspected_(file),
+          file_(file.file()),
           options_(options),
           sink_(sink),
           name_(corvinex::inspect::validUtf8(file.facts().name)),
@@ -72,8 +110,16 @@ class CsvRows {
     void writeFile() {
         std::vector<const Entry*> entries(options_.columns.columns().size());
         if (file_ != nullptr) {
-            for (const Directory& directory : file_->directories()) {
-                options_.columns.collect(directory, CsvColumns::Wanted::All, entries);
+            const std::span<const Directory> directories = file_->directories();
+            const std::vector<std::uint32_t> roots = rootsOf(directories);
+            for (std::size_t index = 0; index < directories.size(); ++index) {
+                // What a thumbnail is says nothing of the photo.
+                const bool isOfThumbnail = file_->container() == Container::Jpeg &&
+                                           directories[roots[index]].record().chainIndex == 1;
+                options_.columns.collect(
+                    directories[index],
+                    isOfThumbnail ? CsvColumns::Wanted::ThoseWithPath : CsvColumns::Wanted::All,
+                    entries);
             }
         }
         writeRow({}, entries);
@@ -139,13 +185,15 @@ class CsvRows {
     }
 
     [[nodiscard]] std::string factText(std::string_view name) const {
-        if (name == "status") {
-            return std::string(corvinex::inspect::statusName(corvinex::inspect::statusOf(file_)));
+        const auto* const stored = std::ranges::find(storedFacts, name, &StoredFact::name);
+        if (stored != storedFacts.end()) {
+            return stored->text(inspected_);
         }
         const auto fact = std::ranges::find(facts_, name, &DerivedFact::name);
         return fact == facts_.end() ? std::string() : cellText(*fact);
     }
 
+    const InspectedFile& inspected_;
     const corvinex::inspect::File* file_;
     const CsvOptions& options_;
     TextSink& sink_;

@@ -250,6 +250,11 @@ class ValueLines {
             cell_.text(quoted, fewLines, mark_);
             return;
         }
+        std::string visible;
+        if (isVersion()) {
+            visible = visibleText(text);
+            text = visible;
+        }
         std::string indented;
         if (view_.isWhole && text.starts_with('<')) {
             indented = reading::indentedXml(text).value_or(std::string());
@@ -261,6 +266,13 @@ class ValueLines {
             return;
         }
         cell_.text(shown, view_.isWhole ? allLines : fewLines, mark_);
+    }
+
+    /// A few characters in raw bytes; a line break among them breaks no line.
+    [[nodiscard]] bool isVersion() const {
+        const registry::TagFact* const fact =
+            registry::findTag(entry_.directory().kind(), entry_.number());
+        return fact != nullptr && fact->encoding == registry::Encoding::TextInUndefined;
     }
 
     template <class List>

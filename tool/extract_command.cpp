@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <fstream>
@@ -15,7 +14,6 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <utility>
 #include <vector>
 
 #include "inspect/file_content.h"
@@ -33,14 +31,6 @@ namespace {
 using corvinex::inspect::Entry;
 using corvinex::inspect::File;
 
-/// Short names that people use for tags with long ones.
-constexpr std::array<std::pair<std::string_view, std::string_view>, 4> shortNames{{
-    {"icc", "ICCProfile"},
-    {"iptc", "IPTC_NAA"},
-    {"geokeys", "GeoKeyDirectory"},
-    {"photoshop", "ImageResources"},
-}};
-
 struct Wish {
     std::string tag;  ///< empty for the thumbnail
     std::string file;
@@ -57,13 +47,9 @@ Wish wishOf(const Arguments& arguments) {
         throw UsageError("TAG or FILE is missing");
     }
     Wish wish{.tag = isThumbnail ? "" : operands.front(), .file = operands.back(), .output = {}};
-    const auto* const shortName = std::ranges::find(
-        shortNames, lowered(wish.tag), [](const auto& row) { return std::string(row.first); });
-    if (shortName != shortNames.end()) {
-        wish.tag = shortName->second;
-    }
-    if (!isThumbnail && numbersMeantBy(wish.tag).empty()) {
-        throw UsageError(noSuchTag(wish.tag));
+    if (!isThumbnail) {
+        static_cast<void>(numbersAskedFor(wish.tag));
+        wish.tag = fullName(wish.tag);
     }
     if (wish.file == InspectedFile::standardInput && isatty(STDIN_FILENO) != 0) {
         throw UsageError("the standard input is a terminal");
@@ -195,7 +181,7 @@ ExitStatus runExtract(const Arguments& arguments, std::ostream& out, std::ostrea
     };
     const InspectedFile file(wish.file, {.headerOffset = arguments.whole("header-offset")});
     if (file.error()) {
-        return fail(file.error().message());
+        return fail(file.errorText());
     }
     if (!file.isImage()) {
         return fail("no TIFF, BigTIFF or JPEG file");

@@ -12,23 +12,11 @@
 
 #include "host/platform/unicode.h"
 #include "tool/memory_file.h"
+#include "tool/special_file.h"
 #include "tool/text_display.h"
 
 namespace tool {
 namespace {
-
-struct SpecialFile {
-    mode_t type;
-    const char* refusal;
-};
-
-// Reading them could wait for ever, and none of them can be read at a position.
-constexpr std::array specialFiles{
-    SpecialFile{S_IFIFO, "this is a pipe (FIFO), not a file that can be read at any position"},
-    SpecialFile{S_IFSOCK, "this is a socket, not a file that can be read at any position"},
-    SpecialFile{S_IFCHR, "this is a device, not a file"},
-    SpecialFile{S_IFBLK, "this is a device, not a file"},
-};
 
 struct OpenFailure {
     int error;
@@ -42,17 +30,9 @@ constexpr std::array openFailures{
     OpenFailure{ENOTDIR, "the file does not exist"},
 };
 
-std::optional<struct stat> statusOf(const std::string& path) {
-    struct stat record {};
-    return ::stat(path.c_str(), &record) == 0 ? std::optional(record) : std::nullopt;
-}
-
 void refuseSpecial(const std::string& path) {
-    const auto record = statusOf(path);
-    for (const SpecialFile& special : specialFiles) {
-        if (record && (record->st_mode & S_IFMT) == special.type) {
-            throw InputRefused(special.refusal);
-        }
+    if (const auto refusal = refusalOfSpecialFile(path)) {
+        throw InputRefused(std::string(*refusal));
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include "tool/inspect_view.h"
 #include "tool/many_files.h"
+#include "tool/tag_catalog.h"
 
 namespace tool {
 namespace {
@@ -24,7 +25,7 @@ ExitStatus runInspect(const Arguments& arguments, std::ostream& out, std::ostrea
                                                : InspectView::Detail::Entries,
         .isWhole = arguments.isGiven("all"),
         .isRaw = arguments.isGiven("raw"),
-        .tags = corvinex::inspect::TagSelection(arguments.texts("tag")),
+        .tags = tagsAskedFor(arguments.texts("tag")),
         .isSelection = !arguments.texts("tag").empty(),
         .terminal = terminalOf(arguments.text("color").value_or("auto"), arguments.whole("width"))};
     const bool isOneOfSeveral = mayBeSeveral(files.paths);

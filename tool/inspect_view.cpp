@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -36,6 +38,8 @@ using corvinex::inspect::TextSink;
 
 constexpr std::size_t allLines = std::size_t(-1);
 constexpr std::size_t indentation = 2;
+// Of the lines below the first one of a text.
+constexpr std::size_t hanging = 4;
 constexpr std::size_t gap = 2;
 constexpr std::size_t numberColumns = 5;
 constexpr std::size_t typeColumns = 9;
@@ -139,7 +143,8 @@ class FileWriter {
     void writeFacts(std::string head, std::size_t headColumns, std::string_view facts) {
         constexpr std::string_view comma = ", ";
         const std::size_t width = view_.terminal.width;
-        const std::size_t room = width - (headColumns > width / 2 ? indentation : headColumns);
+        const std::size_t start = headColumns > width / 2 ? indentation : headColumns;
+        std::size_t room = width - start;
         std::string text;
         std::size_t column = 0;
         if (headColumns + columnsOf(facts) <= width) {
@@ -152,9 +157,11 @@ class FileWriter {
             const std::size_t columns = columnsOf(fact);
             if (column != 0) {
                 // A line ends with the comma, unless it is the last.
-                const bool fits = column + comma.size() + columns + 1 <= room;
+                const std::size_t behind = end == facts.size() ? 0 : 1;
+                const bool fits = column + comma.size() + columns + behind <= room;
                 text += fits ? comma : ",\n";
                 column = fits ? column + comma.size() : 0;
+                room = fits ? room : width - std::min({start, hanging, width});
             }
             text += fact;
             column += columns;
@@ -173,9 +180,10 @@ class FileWriter {
             head = std::string(indentation, ' ');
             headColumns = indentation;
         }
-        constexpr std::size_t hanging = 4;  // the indentation of the lines that follow
-        ValueCell cell(sink_, std::move(head), std::min(headColumns, hanging),
-                       width - std::min(headColumns, width - 1));
+        const std::size_t below = std::min(headColumns, hanging);
+        ValueCell cell(sink_, std::move(head), below,
+                       ValueCell::Widths{.first = width - std::min(headColumns, width - 1),
+                                         .others = width - std::min(below, width - 1)});
         cell.text(text, allLines, "");
         cell.finish();
     }
@@ -313,12 +321,31 @@ class FileWriter {
         return text;
     }
 
+    /// Leaves those on the entries that are selected.
+    void keepSelected(std::vector<const Finding*>& findings) const {
+        std::map<std::string, const Directory*, std::less<>> directories;
+        for (const Directory& directory : file_.directories()) {
+            directories.emplace(directory.path(), &directory);
+        }
+        std::erase_if(findings, [&](const Finding* finding) {
+            const auto place = directories.find(finding->directory);
+            const Entry* const entry = finding->tag && place != directories.end()
+                                           ? place->second->find(*finding->tag)
+                                           : nullptr;
+            return entry == nullptr || !view_.tags.contains(*entry, finding->directory);
+        });
+    }
+
     void writeFindings() {
         std::vector<const Finding*> findings;
         for (const Finding& finding : file_.findings()) {
             findings.push_back(&finding);
         }
-        if (findings.empty()) {
+        const std::size_t all = findings.size();
+        if (view_.isSelection && view_.detail == InspectView::Detail::Entries) {
+            keepSelected(findings);
+        }
+        if (all == 0) {
             return;
         }
         std::ranges::stable_sort(findings, [](const Finding* left, const Finding* right) {
@@ -337,6 +364,11 @@ class FileWriter {
             const std::string head =
                 view_.terminal.painted(inkOf(finding->severity), severity) + ": ";
             writeText(head, severity.size() + 2, text.append(" [").append(finding->id).append("]"));
+        }
+        if (const std::size_t others = all - findings.size(); others != 0) {
+            writeText("", 0,
+                      "(" + reading::countText(others, "other finding", "other findings") +
+                          " left out; without --tag all are told)");
         }
     }
 

@@ -6,6 +6,8 @@
 #include <array>
 #include <cerrno>
 
+#include "tool/special_file.h"
+
 namespace tool {
 
 namespace {
@@ -50,6 +52,14 @@ InspectedFile::InspectedFile(const std::string& name, const Options& options) {
         error_ = error.code();
         file_.reset();
     }
+}
+
+std::string InspectedFile::errorText() const {
+    // The system only says that one cannot seek in it.
+    const auto special = error_ == std::errc::invalid_seek && facts_.name != standardInput
+                             ? refusalOfSpecialFile(facts_.name)
+                             : std::nullopt;
+    return special ? std::string(*special) : error_.message();
 }
 
 void InspectedFile::open(const Options& options) {

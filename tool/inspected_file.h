@@ -25,6 +25,8 @@ class InspectedFile {
     [[nodiscard]] const corvinex::inspect::File* file() const { return file_ ? &*file_ : nullptr; }
     [[nodiscard]] const corvinex::inspect::FileFacts& facts() const { return facts_; }
     [[nodiscard]] const std::error_code& error() const { return error_; }
+    /// What to tell people of the error.
+    [[nodiscard]] std::string errorText() const;
     [[nodiscard]] bool isImage() const { return file_ && file_->container(); }
 
   private:

@@ -69,7 +69,7 @@ class FileRun {
             isSomethingWrong_ = true;
         }
         return file.error() && files_.tellsErrors
-                   ? "corvinex: " + visibleText(path.name) + ": " + file.error().message() + '\n'
+                   ? "corvinex: " + visibleText(path.name) + ": " + file.errorText() + '\n'
                    : std::string();
     }
 

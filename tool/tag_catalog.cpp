@@ -1,10 +1,10 @@
 #include "tool/tag_catalog.h"
 
 #include <algorithm>
-#include <charconv>
-#include <span>
+#include <array>
 
 #include "tool/nearest_name.h"
+#include "tool/usage_error.h"
 #include "vocabulary/tag_table.h"
 
 namespace tool {
@@ -13,6 +13,19 @@ namespace {
 using corvinex::TagRow;
 using corvinex::inspect::DirectoryKind;
 using corvinex::registry::TagFact;
+
+/// A name that people use for a tag with a long one.
+struct ShortName {
+    std::string_view name;  ///< in lower case
+    std::string_view tag;
+};
+
+constexpr std::array shortNames{
+    ShortName{"icc", "ICCProfile"},
+    ShortName{"iptc", "IPTC_NAA"},
+    ShortName{"geokeys", "GeoKeyDirectory"},
+    ShortName{"photoshop", "ImageResources"},
+};
 
 std::string_view fieldName(std::span<const TagRow> rows, std::uint16_t number) {
     const auto row = std::ranges::find(rows, number, &TagRow::number);
@@ -64,18 +77,22 @@ std::string lowered(std::string_view text) {
     return lower;
 }
 
-std::optional<std::uint16_t> tagNumber(std::string_view text) {
-    std::uint16_t number = 0;
-    const char* const end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, number);
-    return result.ec == std::errc() && result.ptr == end ? std::optional(number) : std::nullopt;
+std::string fullName(std::string_view word) {
+    const std::string_view name = behindPath(word);
+    const auto* const shortName =
+        std::ranges::find(shortNames, lowered(name), [](const ShortName& row) { return row.name; });
+    if (shortName == shortNames.end()) {
+        return std::string(word);
+    }
+    return std::string(word.substr(0, word.size() - name.size())).append(shortName->tag);
 }
 
 std::vector<std::uint16_t> numbersMeantBy(std::string_view word) {
-    if (const auto number = tagNumber(behindPath(word))) {
+    const std::string full = fullName(word);
+    if (const auto number = corvinex::inspect::tagNumber(behindPath(full))) {
         return {*number};
     }
-    const std::string name = lowered(behindPath(word));
+    const std::string name = lowered(behindPath(full));
     std::vector<std::uint16_t> numbers;
     for (const CatalogTag& tag : allTags()) {
         if (!name.empty() && ((tag.fact != nullptr && lowered(tag.fact->name) == name) ||
@@ -86,6 +103,23 @@ std::vector<std::uint16_t> numbersMeantBy(std::string_view word) {
     std::ranges::sort(numbers);
     numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     return numbers;
+}
+
+std::vector<std::uint16_t> numbersAskedFor(std::string_view word) {
+    std::vector<std::uint16_t> numbers = numbersMeantBy(word);
+    if (numbers.empty()) {
+        throw UsageError(noSuchTag(word));
+    }
+    return numbers;
+}
+
+corvinex::inspect::TagSelection tagsAskedFor(std::span<const std::string> words) {
+    std::vector<std::string> names;
+    for (const std::string& word : words) {
+        static_cast<void>(numbersAskedFor(word));
+        names.push_back(fullName(word));
+    }
+    return corvinex::inspect::TagSelection(names);
 }
 
 std::string noSuchTag(std::string_view word) {

@@ -189,8 +189,8 @@ void printWhole(std::ostream& out, std::span<const TagLine> lines) {
 }
 
 std::vector<TagLine> linesMeantBy(std::string_view word) {
-    const auto number = tagNumber(word);
-    const std::string name = lowered(word);
+    const auto number = corvinex::inspect::tagNumber(word);
+    const std::string name = lowered(fullName(word));
     std::vector<TagLine> lines = allLines();
     std::erase_if(lines, [&](const TagLine& line) {
         const bool isNamed = lowered(line.name) == name || lowered(line.field) == name;
@@ -209,7 +209,7 @@ ExitStatus runTags(const Arguments& arguments, std::ostream& out, std::ostream& 
     const std::string& word = arguments.operands().front();
     const std::vector<TagLine> lines = linesMeantBy(word);
     if (lines.empty()) {
-        if (!tagNumber(word)) {
+        if (!corvinex::inspect::tagNumber(word)) {
             throw UsageError(noSuchTag(word));
         }
         err << "corvinex: nothing is known of tag " << word << '\n';

@@ -16,12 +16,12 @@ bool isPrintable(char character) {
 
 }  // namespace
 
-ValueCell::ValueCell(corvinex::inspect::TextSink& sink, std::string head, std::size_t headColumns,
-                     std::size_t columns)
-    : sink_(sink), head_(std::move(head)), headColumns_(headColumns), columns_(columns) {}
+ValueCell::ValueCell(corvinex::inspect::TextSink& sink, std::string head, std::size_t indentation,
+                     Widths widths)
+    : sink_(sink), head_(std::move(head)), indentation_(indentation), widths_(widths) {}
 
 void ValueCell::line(std::string_view text) {
-    std::string line = isEmpty_ ? std::move(head_) : std::string(headColumns_, ' ');
+    std::string line = isEmpty_ ? std::move(head_) : std::string(indentation_, ' ');
     line.append(text);
     line.erase(line.find_last_not_of(' ') + 1);
     line += '\n';
@@ -32,7 +32,8 @@ void ValueCell::line(std::string_view text) {
 void ValueCell::text(std::string_view text, std::size_t mostLines, std::string_view cutMark) {
     // No character takes more bytes, so that of a long text only the start has to be looked at.
     constexpr std::size_t mostBytes = 4;
-    const std::size_t shown = columns_ * std::min(mostLines, text.size() / columns_ + 1);
+    const std::size_t widest = std::max(widths_.first, widths_.others);
+    const std::size_t shown = widest * std::min(mostLines, text.size() / widths_.first + 1);
     const bool isLong = shown < text.size() / mostBytes;
     std::string_view rest = isLong ? text.substr(0, shown * mostBytes) : text;
     std::size_t lines = 0;
@@ -47,13 +48,14 @@ void ValueCell::text(std::string_view text, std::size_t mostLines, std::string_v
         std::string_view left = isPlain ? own : std::string_view(visible);
         do {
             std::string_view before = left;
-            const std::string_view next = takeLine(left, columns_);
+            const std::size_t columns = isEmpty_ ? widths_.first : widths_.others;
+            const std::string_view next = takeLine(left, columns);
             ++lines;
             if (lines < mostLines || (left.empty() && rest.empty() && !isLong)) {
                 line(next);
                 continue;
             }
-            const std::size_t room = columns_ - std::min(columns_, columnsOf(cutMark));
+            const std::size_t room = columns - std::min(columns, columnsOf(cutMark));
             const std::string_view start = columnsOf(next) <= room ? next : takeLine(before, room);
             line(std::string(start).append(cutMark));
             return;

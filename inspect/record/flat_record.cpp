@@ -68,6 +68,10 @@ class FlatWriter {
         const Interpretation interpretation = interpret(entry, *value);
         switch (interpretation.form) {
             case Interpretation::Form::Bytes:
+                if (options_.codesAsNumbers && holdsCodes(entry)) {
+                    json_.key(key);
+                    writePlainNumbers(json_, *value, options_.maxValues);
+                }
                 return;
             case Interpretation::Form::Text:
             case Interpretation::Form::Texts:

@@ -15,15 +15,19 @@ bool equalsLowered(std::string_view name, std::string_view lower) {
     return std::ranges::equal(name, lower, {}, lowered);
 }
 
-std::optional<std::uint16_t> wholeNumber(std::string_view text) {
-    std::uint16_t number = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
-    return result.ec == std::errc() && result.ptr == text.data() + text.size() && !text.empty()
-               ? std::optional(number)
-               : std::nullopt;
-}
-
 }  // namespace
+
+std::optional<std::uint16_t> tagNumber(std::string_view text) {
+    constexpr int decimal = 10;
+    constexpr int hexadecimal = 16;
+    const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
+    text.remove_prefix(isHexadecimal ? 2 : 0);
+    std::uint16_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto result =
+        std::from_chars(text.data(), end, number, isHexadecimal ? hexadecimal : decimal);
+    return result.ec == std::errc() && result.ptr == end ? std::optional(number) : std::nullopt;
+}
 
 TagSelection::TagSelection(std::span<const std::string> tags) {
     for (const std::string_view tag : tags) {
@@ -31,7 +35,7 @@ TagSelection::TagSelection(std::span<const std::string> tags) {
         const std::string_view name = point == tag.npos ? tag : tag.substr(point + 1);
         Row row{.path = std::string(point == tag.npos ? "" : tag.substr(0, point)),
                 .name = std::string(name),
-                .number = wholeNumber(name)};
+                .number = tagNumber(name)};
         std::ranges::transform(row.path, row.path.begin(), lowered);
         std::ranges::transform(row.name, row.name.begin(), lowered);
         rows_.push_back(std::move(row));

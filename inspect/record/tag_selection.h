@@ -11,6 +11,10 @@
 
 namespace corvinex::inspect {
 
+/// A tag's number from 0 to 65535, in decimal digits or in hexadecimal ones behind 0x; nothing for
+/// any other text.
+[[nodiscard]] std::optional<std::uint16_t> tagNumber(std::string_view text);
+
 /// Which entries are wanted: by name, by number, or by either behind the path of a directory. Names
 /// are the standard's or those of the module's result; case does not matter.
 class TagSelection {

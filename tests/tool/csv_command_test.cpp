@@ -1,15 +1,18 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <string>
 
+#include "tests/tool/codes_in_bytes.h"
 #include "tests/tool/run_command.h"
 #include "tests/tool/temporary_file.h"
 #include "tests/tool/tiff_bytes.h"
 
 namespace {
 
+using tool_test::codesInBytes;
 using tool_test::Input;
 using tool_test::Output;
 using tool_test::runTool;
@@ -74,6 +77,60 @@ TEST(CsvCommand, PrintsARowForEachFileWithFactsWhenAsked) {
                        "compression", "--numeric", file})
                   .out,
               "file,File.Pages,257,compression\r\n" + file + ",2,31,5\r\n");
+}
+
+TEST(CsvCommand, TellsFactsOfTheFileItself) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("a.tif", twoPages());
+    std::filesystem::last_write_time(
+        file, std::chrono::file_clock::from_sys(std::chrono::sys_seconds(std::chrono::hours(1))));
+    EXPECT_EQ(runTool({"csv", "--files", "--tag", "file.size", "--tag", "file.modified", "--tag",
+                       "file.container", "--tag", "file.byte_order", "--tag", "file.bounds",
+                       "--tag", "file.geotransform", file})
+                  .out,
+              "file,file.size,file.modified,file.container,file.byte_order,file.bounds,"
+              "file.geotransform\r\n" +
+                  file + "," + std::to_string(twoPages().size()) +
+                  ",1970-01-01T01:00:00Z,TIFF,little-endian,,\r\n");
+}
+
+TEST(CsvCommand, TakesNothingOfTheThumbnailForTheRowOfAPhoto) {
+    constexpr unsigned second = 8 + 2 + 12 + 4;
+    const std::string exif = TiffBytes()
+                                 .header(8)
+                                 .count(1)
+                                 .shortEntry(274, 6)
+                                 .offset(second)
+                                 .count(1)
+                                 .shortEntry(259, 6)
+                                 .offset(0)
+                                 .bytes();
+    const TemporaryFolder folder;
+    const std::string file = folder.file("a.jpg", tool_test::jpegAround(exif));
+    EXPECT_EQ(runTool({"csv", "--files", "--numeric", "--tag", "Orientation", "--tag",
+                       "Compression", "--tag", "1.Compression", file})
+                  .out,
+              "file,Orientation,Compression,1.Compression\r\n" + file + ",6,,6\r\n");
+}
+
+TEST(CsvCommand, PrintsTheSizeOfAPhotoByDefault) {
+    EXPECT_TRUE(runTool({"csv", "missing.jpg"})
+                    .out.starts_with("file,directory,file.status,file.width,file.height,"));
+}
+
+TEST(CsvCommand, PrintsCodesInBytesAsNumbersWhenAsked) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("a.tif", codesInBytes());
+    const std::vector<std::string> words{
+        "csv",   "--tag", "ComponentsConfiguration", "--tag", "37384", "--tag", "41729", "--tag",
+        "33422", file};
+    std::vector<std::string> numeric = words;
+    numeric.emplace_back("--numeric");
+    const std::string heading = "file,directory,ComponentsConfiguration,37384,41729,33422\r\n";
+    EXPECT_EQ(runTool(words).out, heading + file +
+                                      ",0,Y; Cb; Cr; -,Flash,Directly photographed,"
+                                      "Red; Green; Green; Blue\r\n");
+    EXPECT_EQ(runTool(numeric).out, heading + file + ",0,1 2 3 0,4,1,0 1 1 2\r\n");
 }
 
 TEST(CsvCommand, LeavesTheCellOfADivisionByZeroEmpty) {

@@ -92,6 +92,9 @@ TEST(ExtractCommand, KnowsShortNames) {
     const std::string file = folder.file("a.tif", blocks(TiffBytes::Little));
     EXPECT_EQ(runTool({"extract", "icc", file}).out, "profile");
     EXPECT_EQ(runTool({"extract", "GeoKeys", file}).out.size(), 8U);
+    EXPECT_EQ(runTool({"extract", "0.GeoKeys", file}).out.size(), 8U);
+    EXPECT_EQ(runTool({"extract", "0.ICC", file}).out, "profile");
+    EXPECT_EQ(runTool({"extract", "0.0x8773", file}).out, "profile");
 }
 
 TEST(ExtractCommand, WritesToTheFileAskedFor) {

@@ -32,6 +32,25 @@ TEST_F(FileOperands, APipeIsRefusedByBothCommands) {
               {"message", "this is a pipe (FIFO), not a file that can be read at any position"}}));
 }
 
+TEST_F(FileOperands, EveryCommandThatInspectsTellsThatAPipeOrADeviceIsNoFile) {
+    const std::string pipe = folder.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const std::string pipeText =
+        pipe + ": this is a pipe (FIFO), not a file that can be read at any position\n";
+    for (const std::string command : {"inspect", "json", "csv"}) {
+        const CommandResult result = runTool({command, pipe});
+        EXPECT_EQ(result.exitStatus, 1) << command;
+        EXPECT_EQ(result.err, "corvinex: " + pipeText) << command;
+        EXPECT_EQ(runTool({command, "/dev/null"}).err,
+                  "corvinex: /dev/null: this is a device, not a file\n");
+    }
+    EXPECT_EQ(runTool({"extract", "XMP", pipe}).err, "corvinex: " + pipeText);
+    EXPECT_NE(runTool({"check", pipe}).out.find("this is a pipe (FIFO), not a file"),
+              std::string::npos);
+    EXPECT_EQ(runTool({"scan", "-o", folder.path("c.db"), "--quiet", pipe}).err,
+              "corvinex: " + pipeText);
+}
+
 TEST_F(FileOperands, ANameThatIsNotUtf8IsReadAndShownWithReplacementCharacters) {
     const std::string path = folder.file("a\xE4\x1B.tif", twoDirectories());
     const std::string shownName = folder.path("a\uFFFD\\u001b.tif");

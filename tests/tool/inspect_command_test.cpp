@@ -80,8 +80,7 @@ TEST_F(InspectCommand, PrintsTypesCountsOffsetsAndCodesWhenTheyAreAskedFor) {
               "  60000  (unknown)    type 99         1         -  (unknown type 99: 07 00 00 00)\n"
               "\n"
               "error: 0: Tag 60000 has the unknown field type 99. [unknownFieldType]\n"
-              "warning: 0: Directory 0 holds no image. [noImageData]\n"
-              "note: 0: The resolution is not told (tags 282, 283). [resolutionUnknown]\n");
+              "(2 other findings left out; without --tag all are told)\n");
 }
 
 TEST_F(InspectCommand, CutsLongValuesWithTheirSizeUnlessAllIsAskedFor) {
@@ -125,6 +124,14 @@ TEST_F(InspectCommand, HandsNoControlCharacterOfAFileToATerminal) {
     }
 }
 
+TEST_F(InspectCommand, ShowsControlCharactersOfAVersionOnOneLine) {
+    const TiffBytes rows = TiffBytes().entry(34665, 4, 1, behind(1));
+    const std::string exif = TiffBytes().count(1).entry(40960, 7, 4, 0x300A0D30).offset(0).bytes();
+    EXPECT_NE(inspected(fileOf(1, rows, exif)).find("FlashpixVersion  0\\r\\n0\n"),
+              std::string::npos)
+        << inspected(fileOf(1, rows, exif));
+}
+
 TEST_F(InspectCommand, SaysWhyAnEntryHasNoValue) {
     const auto rows = TiffBytes().entry(270, 2, 0, 0).entry(271, 2, 100, 5000).entry(305, 2, 1, 0);
     const std::string out = inspected(fileOf(3, rows));
@@ -161,6 +168,23 @@ TEST_F(InspectCommand, PrintsFindingsLastAndTheWorstFirst) {
     EXPECT_LT(warning, note) << out;
     EXPECT_LT(note, out.find("[zeroCount]")) << out;
     EXPECT_TRUE(out.ends_with("[resolutionUnknown]\n")) << out;
+}
+
+TEST_F(InspectCommand, PrintsTheFindingsOnTheTagsAskedForAndCountsTheOthers) {
+    const TiffBytes rows = TiffBytes().shortEntry(256, 640).entry(60000, 99, 1, 7);
+    const std::string out = inspected(fileOf(2, rows), {"--tag", "60000"});
+    EXPECT_TRUE(
+        out.ends_with("\n\nerror: 0: Tag 60000 has the unknown field type 99. "
+                      "[unknownFieldType]\n"
+                      "(2 other findings left out; without --tag all are told)\n"))
+        << out;
+    EXPECT_EQ(inspected(fileOf(3, smallRows()), {"--tag", "256"}),
+              "TIFF, little-endian, 50 bytes, 1 page, 640 x 480 px\n"
+              "\n"
+              "0: image 640 x 480, LZW, 3 entries\n"
+              "    256  ImageWidth  640\n"
+              "\n"
+              "(2 other findings left out; without --tag all are told)\n");
 }
 
 TEST_F(InspectCommand, FoldsPagesThatAreAlikeIntoOneLine) {
@@ -200,6 +224,21 @@ TEST_F(InspectCommand, PrintsWhatAPointerLeadsToBeforeTheNextPage) {
     EXPECT_LT(out.find("\n0.exif: EXIF, 1 entry\n"), out.find("\n1: image")) << out;
 }
 
+TEST_F(InspectCommand, BreaksALongHeadLineBetweenFactsAndUsesTheRoomBelowTheName) {
+    const std::string path = folder.file("a.tif", fileOf(3, smallRows()));
+    const std::string facts = "TIFF, little-endian, 50 bytes, 1 page, 640 x 480 px";
+    // Room for the name and the first fact; the other facts fit into the line below it.
+    const std::size_t width = std::max<std::size_t>(2 * (path.size() + 2), 50);
+    const std::string out = runTool({"inspect", path, "--width=" + std::to_string(width)}).out;
+    const std::string head = out.substr(0, out.find("\n\n"));
+    const std::size_t lineBreak = head.find(",\n    ");
+    if (path.size() + 2 + facts.size() <= width) {
+        GTEST_SKIP() << "the folder's name is too long for lines that break";
+    }
+    ASSERT_NE(lineBreak, std::string::npos) << head;
+    EXPECT_EQ(head.find('\n', lineBreak + 2), std::string::npos) << head;
+}
+
 TEST_F(InspectCommand, PrintsInColourOnlyWhenAsked) {
     const std::string bytes = fileOf(3, smallRows());
     EXPECT_EQ(inspected(bytes).find('\x1b'), std::string::npos);
@@ -212,6 +251,11 @@ TEST_F(InspectCommand, IsWhatAFileNameAloneAsksFor) {
     const std::string path = folder.file("a.tif", fileOf(3, smallRows()));
     EXPECT_EQ(runTool({path}).out, runTool({"inspect", path}).out);
     EXPECT_EQ(runTool({path, "--raw"}).out, runTool({"inspect", "--raw", path}).out);
+    EXPECT_EQ(runTool({"--raw", path}).out, runTool({"inspect", "--raw", path}).out);
+    EXPECT_EQ(runTool({"--tag", "256", path}).out, runTool({"inspect", "--tag=256", path}).out);
+    EXPECT_EQ(runTool({"--width=80", path}).out, runTool({"inspect", "--width=80", path}).out);
+    EXPECT_EQ(runTool({"-j1", path}).out, runTool({"inspect", path}).out);
+    EXPECT_EQ(runTool({"--flat", path}).exitStatus, 2);
     const CommandResult missing = runTool({"missing.tif"});
     EXPECT_EQ(missing.exitStatus, 1);
     EXPECT_EQ(missing.err, "corvinex: missing.tif: No such file or directory\n");

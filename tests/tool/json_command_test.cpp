@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/tool/codes_in_bytes.h"
 #include "tests/tool/run_command.h"
 #include "tests/tool/tiff_bytes.h"
 
@@ -82,6 +83,16 @@ TEST(JsonCommand, PrintsALineForEachFile) {
               (Texts{"a.tif ok", "b.txt not-an-image", "missing.tif unreadable"}));
     EXPECT_EQ(result.err, "corvinex: " + folder / "missing.tif" + ": No such file or directory\n");
     EXPECT_EQ(runTool({"json", folder / "a.tif"}).exitStatus, 0);
+}
+
+TEST(JsonCommand, GivesCodesInBytesAsNumbersWhenAsked) {
+    const Folder folder;
+    folder.add("a.tif", tool_test::codesInBytes());
+    const json record = json::parse(runTool({"json", "--flat", "--numeric", folder / "a.tif"}).out);
+    EXPECT_EQ(record["0.CFAPattern"], (json{0, 1, 1, 2}));
+    EXPECT_EQ(record["0.exif.ComponentsConfiguration"], (json{1, 2, 3, 0}));
+    EXPECT_EQ(record["0.exif.LightSource"], 4);
+    EXPECT_EQ(record["0.exif.SceneType"], 1);
 }
 
 TEST(JsonCommand, TellsSizeAndTimeOfAFile) {

@@ -35,6 +35,8 @@ TEST(TagsCommand, PrintsATagByItsNameByItsFieldOfTheResultOrByItsNumber) {
     EXPECT_EQ(runTool({"tags", "ImageWidth"}).out, width);
     EXPECT_EQ(runTool({"tags", "width"}).out, width);
     EXPECT_EQ(runTool({"tags", "256"}).out, width);
+    EXPECT_EQ(runTool({"tags", "0x100"}).out, width);
+    EXPECT_EQ(runTool({"tags", "icc"}).out, runTool({"tags", "ICCProfile"}).out);
 }
 
 TEST(TagsCommand, PrintsTheWordsOfCodesFlagsAndTexts) {

@@ -201,7 +201,7 @@ class RowCollector {
         row.size = facts.size;
         row.modified = facts.modified ? corvinex::inspect::isoTime(*facts.modified) : std::string();
         row.status = statusName(corvinex::inspect::statusOf(file_));
-        row.reason = file_ == nullptr ? inspected_.error().message() : std::string();
+        row.reason = file_ == nullptr ? inspected_.errorText() : std::string();
         if (file_ != nullptr) {
             row.container = file_->container() ? containerName(*file_->container()) : "";
             row.byteOrder = file_->byteOrder() ? byteOrderName(*file_->byteOrder()) : "";

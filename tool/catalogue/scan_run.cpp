@@ -139,7 +139,7 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
     ++byStatus_.at(status);
     if (file.error()) {
         const auto pause = progress_.pause();
-        err_ << "corvinex: " << visibleText(path.name) << ": " << file.error().message() << '\n';
+        err_ << "corvinex: " << visibleText(path.name) << ": " << file.errorText() << '\n';
     }
 }
 
