@@ -11,6 +11,7 @@
 #include "inspect/directory_siblings.h"
 #include "inspect/reading/derived.h"
 #include "inspect/reading/elements.h"
+#include "inspect/reading/geokeys.h"
 #include "inspect/reading/number_text.h"
 #include "inspect/reading/words.h"
 #include "inspect/record/record_head.h"
@@ -43,6 +44,7 @@ constexpr std::uint16_t tileOffsets = 324;
 constexpr std::uint16_t tileByteCounts = 325;
 constexpr std::uint16_t geoKeyDirectory = 34735;
 constexpr std::uint16_t dngVersion = 50706;
+constexpr std::uint16_t microManagerMetadata = 51123;
 
 void add(std::string& phrase, std::string_view part) {
     if (!part.empty()) {
@@ -89,6 +91,14 @@ std::uint64_t reducedImages(const File& file) {
     return static_cast<std::uint64_t>(number);
 }
 
+/// What a GeoTIFF says in words of a coordinate system that has no code.
+std::string citationOf(const File& file) {
+    constexpr std::size_t mostKeyBytes = 4096;
+    const DirectorySiblings siblings(file.content(), file.directories().front());
+    const auto keys = siblings.find(geoKeyDirectory, mostKeyBytes);
+    return keys ? reading::citationOf(reading::geoKeyEntries(*keys), siblings) : "";
+}
+
 /// What a microscope's program says of the whole file in its description.
 std::string microscopy(const Directory& first) {
     static constexpr std::array<std::string_view, 3> beginnings{"OME-XML", "ImageJ",
@@ -99,7 +109,18 @@ std::string microscopy(const Directory& first) {
         text && std::ranges::any_of(beginnings, [&](std::string_view beginning) {
             return text->starts_with(beginning) && text->find('\n') == std::string::npos;
         });
-    return isKnown ? *text : "";
+    std::string phrase;
+    const auto* const metadata = first.find(microManagerMetadata);
+    if (metadata != nullptr && !(isKnown && text->starts_with("Micro-Manager"))) {
+        add(phrase, "Micro-Manager");
+        const auto image = isKnown ? std::nullopt : metadata->text();
+        // A text that is its own reading tells nothing more.
+        if (image && !image->starts_with('{') && image->find('\n') == std::string::npos) {
+            add(phrase, *image);
+        }
+    }
+    add(phrase, isKnown ? *text : "");
+    return phrase;
 }
 
 /// Make and model, without the make where the model begins with its first word.
@@ -211,7 +232,11 @@ std::string phraseOf(const File& file) {
         readIfPossible([&] { return std::optional(kindOf(file, facts)); }).value_or("");
     std::string phrase;
     add(phrase, kind);
-    add(phrase, textOf(facts, "crs"));
+    const std::string crs = textOf(facts, "crs");
+    if (crs.empty() && kind == "GeoTIFF") {
+        add(phrase, readIfPossible([&] { return std::optional(citationOf(file)); }).value_or(""));
+    }
+    add(phrase, crs);
     add(phrase, cameraOf(facts));
     if (kind.ends_with("photo")) {
         std::string taken = textOf(facts, "taken");

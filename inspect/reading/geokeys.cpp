@@ -1,6 +1,7 @@
 #include "inspect/reading/geokeys.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "inspect/reading/elements.h"
@@ -68,19 +69,26 @@ std::string codeText(const registry::GeoKey* key, std::uint16_t code) {
     return "unknown (" + integerText(std::uint64_t{code}) + ")";
 }
 
-std::string asciiText(const std::optional<Value>& parameters, const GeoKeyEntry& key) {
+/// Nothing where the file does not hold it.
+std::optional<std::string> citationText(const std::optional<Value>& parameters,
+                                        const GeoKeyEntry& key, std::size_t longest) {
     const auto bytes = parameters ? bytesOf(*parameters) : std::nullopt;
     if (!bytes || key.value > bytes->size()) {
-        return "";
+        return std::nullopt;
     }
-    constexpr std::size_t longestCitation = 200;
     std::string_view text = asCharacters(*bytes).substr(key.value, key.count);
     text = text.substr(0, text.find('\0'));
     // A bar takes the place of the zero at the end, and parts of a text end in one as well.
     while (text.ends_with('|')) {
         text.remove_suffix(1);
     }
-    return "\"" + excerpt(text, longestCitation) + "\"";
+    return excerpt(text, longest);
+}
+
+std::string asciiText(const std::optional<Value>& parameters, const GeoKeyEntry& key) {
+    constexpr std::size_t longestCitation = 200;
+    const auto text = citationText(parameters, key, longestCitation);
+    return text ? '"' + *text + '"' : std::string();
 }
 
 std::string numbersText(const std::optional<Value>& parameters, const GeoKeyEntry& key) {
@@ -148,6 +156,22 @@ std::optional<std::uint16_t> epsgCodeOf(const std::vector<GeoKeyEntry>& keys) {
     const bool isProjected = model ? *model == projectedModel : projected.has_value();
     const auto code = isProjected ? projected : codeOf(keys, geodeticSystem);
     return code && isRegistered(*code) ? code : std::nullopt;
+}
+
+std::string citationOf(const std::vector<GeoKeyEntry>& keys, const Siblings& directory) {
+    constexpr std::array<std::uint16_t, 3> citations{3073, 1026, 2049};
+    constexpr std::size_t longestCitation = 60;
+    for (const std::uint16_t number : citations) {
+        const auto key = std::ranges::find(keys, number, &GeoKeyEntry::key);
+        if (key == keys.end() || key->location != asciiParams) {
+            continue;
+        }
+        const auto parameters = directory.find(asciiParams, mostParameterBytes);
+        if (auto text = citationText(parameters, *key, longestCitation); text && !text->empty()) {
+            return *std::move(text);
+        }
+    }
+    return "";
 }
 
 bool isPixelPoint(const std::vector<GeoKeyEntry>& keys) {

@@ -28,6 +28,11 @@ struct GeoKeyEntry {
 /// or without one that of the geodetic system. Nothing for systems that the file defines by itself.
 [[nodiscard]] std::optional<std::uint16_t> epsgCodeOf(const std::vector<GeoKeyEntry>& keys);
 
+/// What the keys say of their system in words: of the projected system, of the whole, or of the
+/// geodetic system. Empty where they say nothing.
+[[nodiscard]] std::string citationOf(const std::vector<GeoKeyEntry>& keys,
+                                     const Siblings& directory);
+
 /// Whether the keys say that coordinates belong to the centres of pixels, not to their corners.
 [[nodiscard]] bool isPixelPoint(const std::vector<GeoKeyEntry>& keys);
 

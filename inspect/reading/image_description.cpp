@@ -7,6 +7,7 @@
 
 #include "inspect/reading/elements.h"
 #include "inspect/reading/excerpt.h"
+#include "inspect/reading/micro_manager.h"
 #include "inspect/reading/number_text.h"
 #include "inspect/reading/ome_xml.h"
 
@@ -87,6 +88,7 @@ std::optional<std::string> describeImageJ(std::string_view text, const Siblings&
 std::optional<std::string> describeImageDescription(std::string_view text,
                                                     const Siblings& siblings) {
     auto reading = describeImageJ(text, siblings);
+    reading = reading ? reading : describeMicroManagerSummary(text);
     return reading ? reading : describeOmeXml(text);
 }
 

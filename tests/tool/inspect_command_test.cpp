@@ -132,6 +132,44 @@ TEST_F(InspectCommand, ShowsControlCharactersOfAVersionOnOneLine) {
         << inspected(fileOf(1, rows, exif));
 }
 
+TEST_F(InspectCommand, TellsTheProgramOfAMicroscopeInTheHeadLine) {
+    const std::string summary = R"({"Summary":{"Channels":2,"Slices":5}})";
+    const std::string image = R"({"Channel":"DAPI","Slice":3})";
+    const auto head = [&](const TiffBytes& rows, std::string_view text) {
+        const std::string out = inspected(fileOf(1, rows, text));
+        return out.substr(0, out.find('\n'));
+    };
+    EXPECT_TRUE(head(TiffBytes().entry(270, 2, summary.size(), behind(1)), summary)
+                    .ends_with(", 1 page, Micro-Manager, 2 channels, 5 slices"));
+    EXPECT_TRUE(head(TiffBytes().entry(51123, 2, image.size(), behind(1)), image)
+                    .ends_with(", 1 page, Micro-Manager, channel DAPI, slice 3"));
+    EXPECT_TRUE(
+        head(TiffBytes().entry(51123, 2, 4, 0x7878787B), "").ends_with(", 1 page, Micro-Manager"));
+}
+
+TEST_F(InspectCommand, TellsTheCitationOfACoordinateSystemWithoutACode) {
+    // The heading of the keys, the code 32767 of an own projected system, and two citations.
+    const auto keys = [](std::uint64_t system) {
+        TiffBytes bytes;
+        for (const std::uint64_t number : {1, 1, 0, 3, 1026, 34737, 6, 0}) {
+            bytes.number(number, 2);
+        }
+        bytes.number(3072, 2).number(0, 2).number(1, 2).number(system, 2);
+        for (const std::uint64_t number : {3073, 34737, 9, 6}) {
+            bytes.number(number, 2);
+        }
+        return bytes.bytes() + "Whole|Own grid|";
+    };
+    constexpr std::uint64_t keyBytes = 32;
+    const TiffBytes rows = TiffBytes()
+                               .entry(34735, 3, keyBytes / 2, behind(2))
+                               .entry(34737, 2, 15, behind(2) + keyBytes);
+    const std::string own = inspected(fileOf(2, rows, keys(32767)));
+    EXPECT_NE(own.find("GeoTIFF, Own grid\n"), std::string::npos) << own;
+    const std::string registered = inspected(fileOf(2, rows, keys(32633)));
+    EXPECT_NE(registered.find("GeoTIFF, EPSG:32633\n"), std::string::npos) << registered;
+}
+
 TEST_F(InspectCommand, SaysWhyAnEntryHasNoValue) {
     const auto rows = TiffBytes().entry(270, 2, 0, 0).entry(271, 2, 100, 5000).entry(305, 2, 1, 0);
     const std::string out = inspected(fileOf(3, rows));

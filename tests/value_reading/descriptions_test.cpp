@@ -59,6 +59,18 @@ TEST(MicroManager, TellsTheImage) {
               "channel DAPI, exposure 10.50 ms, pixel size 0.65 um, slice 0, frame 2");
 }
 
+TEST(MicroManager, TellsTheStackOfADescription) {
+    EXPECT_EQ(mainReading(270, ascii("{\"Other\":{\"Slices\":9},\"Summary\":{\"Slices\":5,"
+                                     "\"Channels\":2,\"ChNames\":[\"DAPI\",\"GFP\"],"
+                                     "\"Frames\":1,\"Positions\":\"many\","
+                                     "\"Nested\":{\"Channels\":7}},\"Channels\":3}")),
+              "Micro-Manager, 2 channels, 5 slices, 1 frame");
+    EXPECT_EQ(mainReading(270, ascii("{\"Summary\":{}}")), "Micro-Manager");
+    EXPECT_EQ(mainReading(270, ascii("{\"Summary\":[5]}")), "-");
+    EXPECT_EQ(mainReading(270, ascii("{\"Summary\":{\"Slices\":5}")), "-");
+    EXPECT_EQ(mainReading(270, ascii("{\"Slices\":5}")), "-");
+}
+
 TEST(MicroManager, OtherTextsAreTheirOwnReading) {
     EXPECT_EQ(mainReading(51123, ascii("{\"Channel\":\"DAPI\"")), "-");
     EXPECT_EQ(mainReading(51123, ascii("{}")), "-");
