@@ -71,7 +71,7 @@ ScanRun::ScanRun(const ManyFiles& files, const ScanOptions& options, Catalogue& 
       catalogue_(catalogue),
       err_(err),
       paths_(withStamps(files.paths)),
-      progress_(err, !files.isQuiet, files.paths) {}
+      progress_(std::in_place, err, !files.isQuiet, files.paths) {}
 
 void ScanRun::run() {
     std::vector<std::jthread> readers;
@@ -96,6 +96,7 @@ void ScanRun::run() {
         queue_.stop();
     }
     readers.clear();
+    progress_.reset();
     paths_.raiseFailure();
     catalogue_.commit();
 }
@@ -118,7 +119,7 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
     const std::string absolute = absolutePath(options_.folder, path.name);
     const auto known = catalogue_.find(absolute);
     if (known && known->stamp && known->stamp == path.stamp && !options_.readsAll) {
-        progress_.add(0);
+        progress_->add(0);
         const std::lock_guard lock(mutex_);
         ++counts_.found;
         ++counts_.unchanged;
@@ -126,7 +127,7 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
     }
     const auto now = std::chrono::system_clock::now();
     const InspectedFile file(path.name, files_.how);
-    progress_.add(file.file() == nullptr ? 1 : file.file()->findings().size());
+    progress_->add(file.file() == nullptr ? 1 : file.file()->findings().size());
     // What was an image when it was read before is not passed over now.
     if (!path.isAsked && !file.isImage() && !known) {
         return;
@@ -138,7 +139,7 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
     ++counts_.found;
     ++byStatus_.at(status);
     if (file.error()) {
-        const auto pause = progress_.pause();
+        const auto pause = progress_->pause();
         err_ << "corvinex: " << visibleText(path.name) << ": " << file.error().message() << '\n';
     }
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <ostream>
 #include <string>
 
@@ -48,7 +49,7 @@ class ScanRun {
     Catalogue& catalogue_;
     std::ostream& err_;
     SharedPaths paths_;
-    ProgressLine progress_;
+    std::optional<ProgressLine> progress_;  ///< until the work is done
     RowQueue queue_;
     mutable std::mutex mutex_;
     ScanCounts counts_;
