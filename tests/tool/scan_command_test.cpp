@@ -135,6 +135,14 @@ TEST_F(Scan, TakesOutFilesThatAreGoneWhenAsked) {
     EXPECT_EQ(rows("SELECT count(*) FROM tags", 1), Texts{"2"});
 }
 
+TEST_F(Scan, TakesOutAFileThatGoesWhileItIsScanned) {
+    add("a.tif", tiffWith(5));
+    const std::string names = folder.file("names", tree + "gone.tif");
+    EXPECT_EQ(scan({"--prune", "--files0-from", names}).exitStatus, 1);
+    EXPECT_EQ(files(), Texts{"a.tif TIFF"});
+    EXPECT_EQ(rows("SELECT finished IS NOT NULL, removed FROM scans", 2), Texts{"1 1"});
+}
+
 TEST_F(Scan, TakesNothingOutBelowAFolderThatIsNotThere) {
     add("a/x.tif", tiffWith(5));
     static_cast<void>(scan());

@@ -353,19 +353,23 @@ std::uint64_t Catalogue::removeGone(std::span<const std::string> roots) {
     return gone.size();
 }
 
-void Catalogue::finishScan(const ScanCounts& counts) {
+void Catalogue::checkRows() {
     commit();
     const std::lock_guard lock(mutex_);
-    if (counts.written != 0) {
-        const std::string sql =
-            "SELECT count(*) FROM files WHERE scan_id = " + std::to_string(scan_);
-        const std::int64_t rows = database_.number(sql);
-        if (static_cast<std::uint64_t>(rows) != counts.written) {
-            throw DatabaseError(SQLITE_ERROR, "it has " + std::to_string(rows) + " rows of the " +
-                                                  std::to_string(counts.written) +
-                                                  " files that were written");
-        }
+    if (written_ == 0) {
+        return;
     }
+    const std::string sql = "SELECT count(*) FROM files WHERE scan_id = " + std::to_string(scan_);
+    const std::int64_t rows = database_.number(sql);
+    if (static_cast<std::uint64_t>(rows) != written_) {
+        throw DatabaseError(SQLITE_ERROR, "it has " + std::to_string(rows) + " rows of the " +
+                                              std::to_string(written_) +
+                                              " files that were written");
+    }
+}
+
+void Catalogue::finishScan(const ScanCounts& counts) {
+    const std::lock_guard lock(mutex_);
     database_.execute(std::string(indexSql));
     const std::string finished = now();
     Statement update(database_,

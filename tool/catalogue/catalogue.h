@@ -50,10 +50,12 @@ class Catalogue {
     /// unless this scan has written it.
     void write(const RowBlock& block);
     void commit();
+    /// Raises DatabaseError when the rows of this scan are not as many as were written. To be
+    /// called before rows are taken out: a file may have gone since it was read.
+    void checkRows();
     /// Takes out the files below a folder, or with this path, that are there no more.
     std::uint64_t removeGone(std::span<const std::string> roots);
-    /// Makes the indexes and notes the end. Raises DatabaseError also when the rows of this scan
-    /// are not as many as were written.
+    /// Makes the indexes and notes the end.
     void finishScan(const ScanCounts& counts);
 
     [[nodiscard]] std::uint64_t written() const noexcept { return written_; }

@@ -76,12 +76,13 @@ ExitStatus scan(const Arguments& arguments, const ManyFiles& files, const std::s
             << " written, and the next scan goes on from there\n";
         return Failed;
     }
-    if (arguments.isGiven("prune")) {
-        counts.removed = catalogue.removeGone(rootsOf(files, options.folder));
-    }
     if (counts.found != counts.written + counts.unchanged + counts.repeated) {
         throw DatabaseError(0, "of " + countText(counts.found, "file", "files") + " only " +
                                    groupedText(counts.written) + " are in it");
+    }
+    catalogue.checkRows();
+    if (arguments.isGiven("prune")) {
+        counts.removed = catalogue.removeGone(rootsOf(files, options.folder));
     }
     catalogue.finishScan(counts);
     if (!files.isQuiet) {
