@@ -79,9 +79,9 @@ def check_file_limit(tool, tree, work, count):
 
 def check_refusals(tool, tree, work):
     expect("a folder that is not there", scan(tool, tree, work / "missing" / "c.sqlite"),
-           "/missing/c.sqlite: it cannot be opened or made; what was written before stays\n")
+           "/missing/c.sqlite: it cannot be opened or made: No such file or directory; what was written before stays\n")
     expect("a folder that nothing can be written to", scan(tool, tree, "/proc/c.sqlite"),
-           "corvinex: /proc/c.sqlite: it cannot be opened or made; what was written before stays\n")
+           "corvinex: /proc/c.sqlite: it cannot be opened or made: No such file or directory; what was written before stays\n")
     other = work / "other.sqlite"
     sqlite3.connect(other).execute("CREATE TABLE notes (text)")
     before = other.read_bytes()

@@ -1,14 +1,20 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <array>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/tool/command_files.h"
 #include "tests/tool/run_command.h"
+#include "tests/tool/terminal_session.h"
 #include "tool/catalogue/database.h"
+#include "tool/catalogue/scan_lock.h"
 
 namespace {
 
@@ -215,6 +221,48 @@ TEST_F(Scan, TellsOfItselfInTheCatalogue) {
              "FROM scans",
              7),
         (Texts{"1 1 64 1 1 0 0", "2 1 7 1 0 1 0"}));
+}
+
+TEST_F(Scan, WaitsForAnotherScanOfTheSameCatalogue) {
+    add("a.tif", tiffWith(5));
+    std::optional<tool::ScanLock> other(catalogue);
+    ASSERT_TRUE(other->take());
+    TerminalSession session({"scan", tree, "-o", catalogue});
+    EXPECT_TRUE(session.waitFor("corvinex: " + catalogue + ": waits for another scan"))
+        << session.shown();
+    other.reset();
+    EXPECT_EQ(session.wait(), 0);
+    EXPECT_EQ(files(), Texts{"a.tif TIFF"});
+    EXPECT_FALSE(fs::exists(catalogue + "-lock"));
+}
+
+TEST_F(Scan, EndsAtAnInterruptWhileItWaits) {
+    const std::string path = folder.file("b.tif", tiffWith(5));
+    tool::ScanLock other(catalogue);
+    ASSERT_TRUE(other.take());
+    TerminalSession session({"scan", path, "-o", catalogue});
+    EXPECT_TRUE(session.waitFor("waits for another scan")) << session.shown();
+    session.interrupt(SIGINT);
+    EXPECT_EQ(session.wait(), -SIGINT);
+    EXPECT_FALSE(fs::exists(catalogue));
+}
+
+TEST_F(Scan, TakesTurnsWithOthers) {
+    constexpr int fileCount = 300;
+    for (int number = 0; number < fileCount; ++number) {
+        add(std::to_string(number) + ".tif", tiffWith(5));
+    }
+    std::array<CommandResult, 4> results;
+    {
+        std::vector<std::jthread> threads;
+        for (CommandResult& result : results) {
+            threads.emplace_back([&] { result = scan({"--force"}); });
+        }
+    }
+    for (const CommandResult& result : results) {
+        EXPECT_EQ(result.exitStatus, 0) << result.err;
+    }
+    EXPECT_EQ(rows("SELECT count(*), count(DISTINCT scan_id) FROM files", 2), Texts{"300 1"});
 }
 
 TEST_F(Scan, SaysNothingWhenItIsQuiet) {

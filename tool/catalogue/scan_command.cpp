@@ -3,12 +3,16 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 #include "inspect/reading/number_text.h"
 #include "tool/catalogue/absolute_path.h"
 #include "tool/catalogue/catalogue.h"
+#include "tool/catalogue/scan_lock.h"
 #include "tool/catalogue/scan_run.h"
 #include "tool/inspected_file.h"
 #include "tool/interrupt_watch.h"
@@ -59,13 +63,48 @@ void printCounts(std::ostream& err, const ScanRun& run, const ScanCounts& counts
     }
 }
 
+/// One name for the file whatever links lead to it. The library takes some short names for a
+/// database in memory.
+std::string catalogueFile(const std::string& name) {
+    std::error_code error;
+    const std::filesystem::path path = std::filesystem::absolute(name);
+    const auto resolved = std::filesystem::weakly_canonical(path, error);
+    return error ? path.string() : resolved.string();
+}
+
+/// Waits until no other scan writes the catalogue. False after an interrupt.
+bool waitForLock(ScanLock& lock, const std::string& name, bool isQuiet, std::ostream& err) {
+    constexpr std::chrono::milliseconds betweenTries{100};
+    for (bool isTold = isQuiet; !lock.take(); std::this_thread::sleep_for(betweenTries)) {
+        if (InterruptWatch::isInterrupted()) {
+            return false;
+        }
+        if (!isTold) {
+            err << "corvinex: " << visibleText(name) << ": waits for another scan" << std::endl;
+            isTold = true;
+        }
+    }
+    return true;
+}
+
 ExitStatus scan(const Arguments& arguments, const ManyFiles& files, const std::string& name,
                 std::ostream& err) {
+    bool isLocked = false;
+    std::optional<ScanLock> lock;
+    try {
+        lock.emplace(catalogueFile(name));
+        isLocked = waitForLock(*lock, name, files.isQuiet, err);
+    } catch (const std::system_error& error) {
+        throw DatabaseError(0, "it cannot be opened or made: " + error.code().message());
+    }
+    if (!isLocked) {
+        return Failed;
+    }
     const auto start = std::chrono::steady_clock::now();
     const ScanOptions options{.folder = std::filesystem::current_path().string(),
                               .maxValues = arguments.whole("max-values").value_or(0),
                               .readsAll = arguments.isGiven("force")};
-    Catalogue catalogue(name);
+    Catalogue catalogue(catalogueFile(name));
     catalogue.beginScan(
         {.version = CORVINEX_VERSION, .folder = options.folder, .maxValues = options.maxValues});
     ScanRun run(files, options, catalogue, err);
