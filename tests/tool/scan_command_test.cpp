@@ -187,8 +187,13 @@ TEST_F(Scan, KeepsNumbersThatAColumnCannotHoldAsTextOnly) {
 TEST_F(Scan, WritesAFileThatIsNamedTwiceOnce) {
     add("a.tif", tiffWith(5));
     const CommandResult result = scan({tree + "a.tif", tree + "./a.tif"});
-    EXPECT_EQ(countsOf(result), "3 files found: 1 written, 0 unchanged, 2 found twice");
+    EXPECT_EQ(countsOf(result), "1 file found: 1 written, 0 unchanged");
+    EXPECT_EQ(linesOf(result.err).at(1), "  warnings: 1");
     EXPECT_EQ(files().size(), 1U);
+    EXPECT_EQ(countsOf(scan({tree, "--force"})), "1 file found: 1 written, 0 unchanged");
+    EXPECT_EQ(countsOf(scan({tree})), "1 file found: 0 written, 1 unchanged");
+    EXPECT_EQ(rows("SELECT found, written, unchanged FROM scans", 3),
+              (Texts{"1 1 0", "1 1 0", "1 0 1"}));
 }
 
 TEST_F(Scan, TellsWhyAFileCouldNotBeReadAndReadsItNextTime) {

@@ -73,7 +73,8 @@ bool isBelow(std::string_view path, std::string_view root) {
 }  // namespace
 
 Catalogue::Statements::Statements(Database& database)
-    : find(database, "SELECT status, size, mtime_ns, inode FROM files WHERE path = ?1"),
+    : find(database,
+           "SELECT status, size, mtime_ns, inode, id, scan_id FROM files WHERE path = ?1"),
       owner(database, "SELECT id, scan_id FROM files WHERE path = ?1"),
       insertFile(database,
                  "INSERT INTO files (id, path, file, file_bytes, scan_id, mtime_ns, inode, size, "
@@ -129,25 +130,41 @@ void Catalogue::open() {
         "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA cache_size = -16384;");
 }
 
-std::optional<Catalogue::Known> Catalogue::find(const std::string& path) {
+Catalogue::State Catalogue::find(const std::string& path, const std::optional<FileStamp>& stamp,
+                                 bool readsAll) {
     if (isNew_) {
-        return std::nullopt;
+        return State::Unknown;
     }
     const std::lock_guard lock(mutex_);
     Statement& find = statements_->find;
     bindName(find, 1, path);
     if (!find.next()) {
-        return std::nullopt;
+        return State::Unknown;
     }
-    Known known;
+    const std::int64_t id = find.integer(4);
+    const bool isOfThisScan = find.integer(5) == scan_;
+    std::optional<FileStamp> known;
     // The permission to read a file may change without a trace in its stamp.
     if (find.text(0) != unreadable && !find.isNull(2)) {
-        known.stamp = FileStamp{.size = static_cast<std::uint64_t>(find.integer(1)),
-                                .modified = find.integer(2),
-                                .inode = static_cast<std::uint64_t>(find.integer(3))};
+        known = FileStamp{.size = static_cast<std::uint64_t>(find.integer(1)),
+                          .modified = find.integer(2),
+                          .inode = static_cast<std::uint64_t>(find.integer(3))};
     }
     find.reset();
-    return known;
+    if (!isOfThisScan && (readsAll || !known || known != stamp)) {
+        return State::Changed;
+    }
+    if (isOfThisScan || !unchangedFiles_.insert(id)) {
+        ++repeated_;
+        return State::Repeated;
+    }
+    ++unchanged_;
+    return State::Unchanged;
+}
+
+std::uint64_t Catalogue::writtenWith(std::string_view status) const {
+    const auto number = byStatus_.find(status);
+    return number == byStatus_.end() ? 0 : number->second;
 }
 
 void Catalogue::beginScan(const ScanFacts& facts) {
@@ -209,6 +226,7 @@ void Catalogue::writeFile(const FileRow& row) {
     nextFinding_ = 0;
     firstDirectory_ = nextDirectory_;
     if (insertFile(row, std::nullopt)) {
+        ++byStatus_[std::string(row.status)];
         return;
     }
     Statement& owner = statements_->owner;
@@ -217,9 +235,17 @@ void Catalogue::writeFile(const FileRow& row) {
     const std::int64_t id = owner.integer(0);
     isSkipping_ = owner.integer(1) == scan_;
     owner.reset();
-    if (!isSkipping_) {
-        removeRows(id);
-        insertFile(row, id);
+    if (isSkipping_) {
+        return;
+    }
+    removeRows(id);
+    insertFile(row, id);
+    ++byStatus_[std::string(row.status)];
+    if (unchangedFiles_.contains(id)) {
+        // It was found twice, and has changed in between.
+        unchangedFiles_.erase(id);
+        --unchanged_;
+        ++repeated_;
     }
 }
 
@@ -356,15 +382,19 @@ std::uint64_t Catalogue::removeGone(std::span<const std::string> roots) {
 void Catalogue::checkRows() {
     commit();
     const std::lock_guard lock(mutex_);
-    if (written_ == 0) {
-        return;
+    std::uint64_t rows = 0;
+    if (written_ != 0) {
+        rows = static_cast<std::uint64_t>(database_.number(
+            "SELECT count(*) FROM files WHERE scan_id = " + std::to_string(scan_)));
     }
-    const std::string sql = "SELECT count(*) FROM files WHERE scan_id = " + std::to_string(scan_);
-    const std::int64_t rows = database_.number(sql);
-    if (static_cast<std::uint64_t>(rows) != written_) {
+    Statement list(database_, "SELECT id FROM files");
+    while (unchanged_ != 0 && list.next()) {
+        rows += unchangedFiles_.contains(list.integer(0)) ? 1 : 0;
+    }
+    if (rows != written_ + unchanged_) {
         throw DatabaseError(SQLITE_ERROR, "it has " + std::to_string(rows) + " rows of the " +
-                                              std::to_string(written_) +
-                                              " files that were written");
+                                              std::to_string(written_ + unchanged_) +
+                                              " files that were found");
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <span>
@@ -9,6 +11,7 @@
 #include <string_view>
 
 #include "tool/catalogue/database.h"
+#include "tool/catalogue/id_set.h"
 #include "tool/catalogue/rows.h"
 #include "tool/path_list.h"
 
@@ -23,10 +26,10 @@ struct ScanFacts {
 
 /// What became of the files of a scan.
 struct ScanCounts {
-    std::uint64_t found = 0;
+    std::uint64_t found = 0;  ///< each once
     std::uint64_t written = 0;
     std::uint64_t unchanged = 0;  ///< as an earlier scan has left them
-    std::uint64_t repeated = 0;   ///< found a second time in this scan
+    std::uint64_t repeated = 0;   ///< how often one of them was found again
     std::uint64_t removed = 0;    ///< rows of files that are gone
 };
 
@@ -38,19 +41,24 @@ class Catalogue {
     /// Opens or makes it. Refuses what is no catalogue, or that of a later version.
     explicit Catalogue(const std::string& path);
 
-    /// What is known of a file.
-    struct Known {
-        std::optional<FileStamp> stamp;  ///< nothing when the file has to be read in any case
+    /// What an earlier scan, or this one, has left of a file.
+    enum class State {
+        Unknown,
+        Changed,    ///< to be read again
+        Unchanged,  ///< counted as that
+        Repeated,   ///< counted before in this scan
     };
-    /// By its absolute path. Answers at once while the catalogue is new.
-    [[nodiscard]] std::optional<Known> find(const std::string& path);
+    /// By its absolute path. A file without a stamp has changed, and with `readsAll` each one.
+    /// Answers at once while the catalogue is new.
+    [[nodiscard]] State find(const std::string& path, const std::optional<FileStamp>& stamp,
+                             bool readsAll);
 
     void beginScan(const ScanFacts& facts);
     /// Writes rows of a file, and commits from time to time. A file that is there is written anew,
     /// unless this scan has written it.
     void write(const RowBlock& block);
     void commit();
-    /// Raises DatabaseError when the rows of this scan are not as many as were written. To be
+    /// Raises DatabaseError when not every file that was written or is unchanged has its row. To be
     /// called before rows are taken out: a file may have gone since it was read.
     void checkRows();
     /// Takes out the files below a folder, or with this path, that are there no more.
@@ -59,7 +67,11 @@ class Catalogue {
     void finishScan(const ScanCounts& counts);
 
     [[nodiscard]] std::uint64_t written() const noexcept { return written_; }
+    [[nodiscard]] std::uint64_t unchanged() const noexcept { return unchanged_; }
+    /// How often a file was found again.
     [[nodiscard]] std::uint64_t repeated() const noexcept { return repeated_; }
+    /// How many of the files that were written have this status.
+    [[nodiscard]] std::uint64_t writtenWith(std::string_view status) const;
 
   private:
     void open();
@@ -99,7 +111,10 @@ class Catalogue {
     std::uint64_t pendingFiles_ = 0;
     std::uint64_t pendingRows_ = 0;
     std::uint64_t written_ = 0;
+    std::uint64_t unchanged_ = 0;
     std::uint64_t repeated_ = 0;
+    IdSet unchangedFiles_;
+    std::map<std::string, std::uint64_t, std::less<>> byStatus_;  ///< files that were written
 };
 
 }  // namespace tool

@@ -40,25 +40,22 @@ std::vector<std::string> rootsOf(const ManyFiles& files, const std::string& fold
     return roots;
 }
 
-void printCounts(std::ostream& err, const ScanRun& run, const ScanCounts& counts,
+void printCounts(std::ostream& err, const Catalogue& catalogue, const ScanCounts& counts,
                  std::chrono::duration<double> elapsed) {
     const double seconds = std::max(elapsed.count(), 1e-3);
     err << countText(counts.found, "file", "files") << " found in "
         << decimalText(seconds, seconds < 1 ? 3 : 1).value_or("0")
         << " s: " << groupedText(counts.written) << " written, " << groupedText(counts.unchanged)
         << " unchanged";
-    if (counts.repeated != 0) {
-        err << ", " << groupedText(counts.repeated) << " found twice";
-    }
     if (counts.removed != 0) {
         err << ", " << groupedText(counts.removed) << " gone";
     }
     err << '\n';
     for (const Status status : {Status::Ok, Status::Warnings, Status::Damaged, Status::NoMetadata,
                                 Status::NotAnImage, Status::Unreadable}) {
-        if (const std::uint64_t number = run.filesWith(status); number != 0) {
-            err << "  " << corvinex::inspect::statusName(status) << ": " << groupedText(number)
-                << '\n';
+        const std::string_view word = corvinex::inspect::statusName(status);
+        if (const std::uint64_t number = catalogue.writtenWith(word); number != 0) {
+            err << "  " << word << ": " << groupedText(number) << '\n';
         }
     }
 }
@@ -115,7 +112,7 @@ ExitStatus scan(const Arguments& arguments, const ManyFiles& files, const std::s
             << " written, and the next scan goes on from there\n";
         return Failed;
     }
-    if (counts.found != counts.written + counts.unchanged + counts.repeated) {
+    if (counts.found != counts.written + counts.unchanged) {
         throw DatabaseError(0, "of " + countText(counts.found, "file", "files") + " only " +
                                    groupedText(counts.written) + " are in it");
     }
@@ -125,9 +122,10 @@ ExitStatus scan(const Arguments& arguments, const ManyFiles& files, const std::s
     }
     catalogue.finishScan(counts);
     if (!files.isQuiet) {
-        printCounts(err, run, counts, std::chrono::steady_clock::now() - start);
+        printCounts(err, catalogue, counts, std::chrono::steady_clock::now() - start);
     }
-    return run.filesWith(Status::Unreadable) == 0 ? Success : Failed;
+    return catalogue.writtenWith(corvinex::inspect::statusName(Status::Unreadable)) == 0 ? Success
+                                                                                         : Failed;
 }
 
 }  // namespace

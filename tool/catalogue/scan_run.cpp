@@ -117,27 +117,22 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
     QueuedBlocks blocks(queue_, taken.number);
     const ListedPath& path = taken.path;
     const std::string absolute = absolutePath(options_.folder, path.name);
-    const auto known = catalogue_.find(absolute);
-    if (known && known->stamp && known->stamp == path.stamp && !options_.readsAll) {
+    const auto state = catalogue_.find(absolute, path.stamp, options_.readsAll);
+    if (state == Catalogue::State::Unchanged || state == Catalogue::State::Repeated) {
         progress_->add(0);
-        const std::lock_guard lock(mutex_);
-        ++counts_.found;
-        ++counts_.unchanged;
+        ++taken_;
         return;
     }
     const auto now = std::chrono::system_clock::now();
     const InspectedFile file(path.name, files_.how);
     progress_->add(file.file() == nullptr ? 1 : file.file()->findings().size());
     // What was an image when it was read before is not passed over now.
-    if (!path.isAsked && !file.isImage() && !known) {
+    if (!path.isAsked && !file.isImage() && state == Catalogue::State::Unknown) {
         return;
     }
     const auto stamp = isSteady(path, now) ? path.stamp : std::nullopt;
     collectRows(file, absolute, stamp, options_.maxValues, blocks);
-    const auto status = static_cast<std::size_t>(corvinex::inspect::statusOf(file.file()));
-    const std::lock_guard lock(mutex_);
-    ++counts_.found;
-    ++byStatus_.at(status);
+    ++taken_;
     if (file.error()) {
         const auto pause = progress_->pause();
         err_ << "corvinex: " << visibleText(path.name) << ": " << file.error().message() << '\n';
@@ -151,16 +146,12 @@ void ScanRun::writeAll() {
 }
 
 ScanCounts ScanRun::counts() const {
-    const std::lock_guard lock(mutex_);
-    ScanCounts counts = counts_;
+    ScanCounts counts;
     counts.written = catalogue_.written();
+    counts.unchanged = catalogue_.unchanged();
     counts.repeated = catalogue_.repeated();
+    counts.found = taken_ - counts.repeated;
     return counts;
-}
-
-std::uint64_t ScanRun::filesWith(corvinex::inspect::Status status) const {
-    const std::lock_guard lock(mutex_);
-    return byStatus_.at(static_cast<std::size_t>(status));
 }
 
 }  // namespace tool
