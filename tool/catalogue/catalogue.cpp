@@ -188,6 +188,7 @@ void Catalogue::commit() {
     const std::lock_guard lock(mutex_);
     if (database_.isInTransaction()) {
         database_.execute("COMMIT");
+        hasCommitted_ = true;
     }
     pendingFiles_ = 0;
     pendingRows_ = 0;

@@ -66,6 +66,8 @@ class Catalogue {
     /// Makes the indexes and notes the end.
     void finishScan(const ScanCounts& counts);
 
+    /// Whether rows of this scan are safe.
+    [[nodiscard]] bool hasCommitted() const noexcept { return hasCommitted_; }
     [[nodiscard]] std::uint64_t written() const noexcept { return written_; }
     [[nodiscard]] std::uint64_t unchanged() const noexcept { return unchanged_; }
     /// How often a file was found again.
@@ -108,6 +110,7 @@ class Catalogue {
     std::int64_t nextDirectory_ = 0;
     std::int64_t nextFinding_ = 0;
     bool isSkipping_ = false;  ///< the blocks are of a file that this scan has written
+    bool hasCommitted_ = false;
     std::uint64_t pendingFiles_ = 0;
     std::uint64_t pendingRows_ = 0;
     std::uint64_t written_ = 0;

@@ -84,24 +84,12 @@ bool waitForLock(ScanLock& lock, const std::string& name, bool isQuiet, std::ost
     return true;
 }
 
-ExitStatus scan(const Arguments& arguments, const ManyFiles& files, const std::string& name,
-                std::ostream& err) {
-    bool isLocked = false;
-    std::optional<ScanLock> lock;
-    try {
-        lock.emplace(catalogueFile(name));
-        isLocked = waitForLock(*lock, name, files.isQuiet, err);
-    } catch (const std::system_error& error) {
-        throw DatabaseError(0, "it cannot be opened or made: " + error.code().message());
-    }
-    if (!isLocked) {
-        return Failed;
-    }
+ExitStatus scanInto(Catalogue& catalogue, const Arguments& arguments, const ManyFiles& files,
+                    std::ostream& err) {
     const auto start = std::chrono::steady_clock::now();
     const ScanOptions options{.folder = std::filesystem::current_path().string(),
                               .maxValues = arguments.whole("max-values").value_or(0),
                               .readsAll = arguments.isGiven("force")};
-    Catalogue catalogue(catalogueFile(name));
     catalogue.beginScan(
         {.version = CORVINEX_VERSION, .folder = options.folder, .maxValues = options.maxValues});
     ScanRun run(files, options, catalogue, err);
@@ -124,8 +112,32 @@ ExitStatus scan(const Arguments& arguments, const ManyFiles& files, const std::s
     if (!files.isQuiet) {
         printCounts(err, catalogue, counts, std::chrono::steady_clock::now() - start);
     }
-    return catalogue.writtenWith(corvinex::inspect::statusName(Status::Unreadable)) == 0 ? Success
-                                                                                         : Failed;
+    const auto unreadable = corvinex::inspect::statusName(Status::Unreadable);
+    return catalogue.writtenWith(unreadable) == 0 ? Success : Failed;
+}
+
+ExitStatus scan(const Arguments& arguments, const ManyFiles& files, const std::string& name,
+                std::ostream& err) {
+    const std::string path = catalogueFile(name);
+    bool isLocked = false;
+    std::optional<ScanLock> lock;
+    try {
+        lock.emplace(path);
+        isLocked = waitForLock(*lock, name, files.isQuiet, err);
+    } catch (const std::system_error& error) {
+        throw DatabaseError(0, "it cannot be opened or made: " + error.code().message());
+    }
+    if (!isLocked) {
+        return Failed;
+    }
+    Catalogue catalogue(path);
+    try {
+        return scanInto(catalogue, arguments, files, err);
+    } catch (const DatabaseError& error) {
+        throw DatabaseError(
+            error.code(), std::string(error.what()) +
+                              (catalogue.hasCommitted() ? "; what was written before stays" : ""));
+    }
 }
 
 }  // namespace
@@ -145,8 +157,7 @@ ExitStatus runScan(const Arguments& arguments, std::ostream& /*out*/, std::ostre
     try {
         return scan(arguments, files, std::string(*name), err);
     } catch (const DatabaseError& error) {
-        err << "corvinex: " << visibleText(*name) << ": " << error.what()
-            << "; what was written before stays\n";
+        err << "corvinex: " << visibleText(*name) << ": " << error.what() << '\n';
         return OutputFailed;
     }
 }
