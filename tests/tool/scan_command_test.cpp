@@ -149,12 +149,76 @@ TEST_F(Scan, TakesOutAFileThatGoesWhileItIsScanned) {
     EXPECT_EQ(rows("SELECT finished IS NOT NULL, removed FROM scans", 2), Texts{"1 1"});
 }
 
-TEST_F(Scan, TakesNothingOutBelowAFolderThatIsNotThere) {
+TEST_F(Scan, TakesOutAPathThatIsGoneFromItsFolderWithAllBelow) {
     add("a/x.tif", tiffWith(5));
+    add("b.tif", tiffWith(5));
+    add("c.tif", tiffWith(5));
+    static_cast<void>(scan());
+    fs::rename(tree + "a", tree + "moved");
+    fs::remove(tree + "b.tif");
+    const CommandResult result = scanOf(tree + "a", {"--prune", tree + "b.tif"});
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(countsOf(result), "0 files found: 0 written, 0 unchanged, 2 gone");
+    EXPECT_EQ(files(), Texts{"c.tif TIFF"});
+}
+
+TEST_F(Scan, TakesNothingOutBelowAFolderThatIsNotThere) {
+    add("a/sub/x.tif", tiffWith(5));
     static_cast<void>(scan());
     fs::rename(tree + "a", tree + "b");
-    EXPECT_EQ(scanOf(tree + "a", {"--prune"}).exitStatus, 1);
-    EXPECT_EQ(files(), (Texts{"a unreadable", "a/x.tif TIFF"}));
+    EXPECT_EQ(scanOf(tree + "a/sub", {"--prune"}).exitStatus, 1);
+    EXPECT_EQ(files(), (Texts{"a/sub unreadable", "a/sub/x.tif TIFF"}));
+}
+
+TEST_F(Scan, TellsOfAPathThatIsNotThereAndNeverWas) {
+    add("a.tif", tiffWith(5));
+    const CommandResult result = scan({tree + "missing", "--prune"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(linesOf(result.err).front(),
+              "corvinex: " + tree + "missing: No such file or directory");
+}
+
+TEST_F(Scan, TakesOutNamesThatStandForSomethingElseNow) {
+    for (const char* name : {"folder.tif", "pipe.tif", "link.tif", "stays.tif"}) {
+        add(name, tiffWith(5));
+    }
+    static_cast<void>(scan());
+    for (const char* name : {"folder.tif", "pipe.tif", "link.tif"}) {
+        fs::remove(tree + name);
+    }
+    fs::create_directory(tree + "folder.tif");
+    ASSERT_EQ(mkfifo((tree + "pipe.tif").c_str(), S_IRUSR), 0);
+    fs::create_symlink("nothing", tree + "link.tif");
+    static_cast<void>(scan({"--prune", "--ext", "none"}));
+    EXPECT_EQ(files(), Texts{"stays.tif TIFF"});
+}
+
+TEST_F(Scan, TakesOutTheRowOfAFolderThatCanBeReadAgain) {
+    add("a/x.tif", tiffWith(5));
+    static_cast<void>(scan());
+    tool::Database(catalogue).execute(
+        "UPDATE files SET path = substr(path, 1, length(path) - 6), status = 'unreadable'");
+    ASSERT_EQ(rows("SELECT path FROM files", 1), Texts{tree + "a"});
+    static_cast<void>(scan({"--prune"}));
+    EXPECT_EQ(files(), Texts{"a/x.tif TIFF"});
+}
+
+TEST_F(Scan, TakesNotAllFilesOfAFolderOutUnlessForced) {
+    add("a/x.tif", tiffWith(5));
+    add("b/y.tif", tiffWith(5));
+    add("b/z.tif", tiffWith(5));
+    static_cast<void>(scan());
+    fs::remove(tree + "a/x.tif");
+    fs::remove(tree + "b/y.tif");
+    const CommandResult result = scanOf(tree + "a", {"--prune", tree + "b"});
+    EXPECT_EQ(result.exitStatus, 3);
+    EXPECT_EQ(linesOf(result.err).back(),
+              "corvinex: " + tree +
+                  "a: none of its files is there any more, so their rows stay; is a disk missing? "
+                  "With --force they are taken out");
+    EXPECT_EQ(files(), (Texts{"a/x.tif TIFF", "b/z.tif TIFF"}));
+    EXPECT_EQ(scanOf(tree + "a", {"--prune", "--force"}).exitStatus, 0);
+    EXPECT_EQ(files(), Texts{"b/z.tif TIFF"});
 }
 
 TEST_F(Scan, CutsLongValuesAndKeepsTheirCounts) {

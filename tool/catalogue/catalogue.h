@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tool/catalogue/database.h"
 #include "tool/catalogue/id_set.h"
@@ -31,6 +32,12 @@ struct ScanCounts {
     std::uint64_t unchanged = 0;  ///< as an earlier scan has left them
     std::uint64_t repeated = 0;   ///< how often one of them was found again
     std::uint64_t removed = 0;    ///< rows of files that are gone
+};
+
+/// What became of the files that are gone.
+struct Pruning {
+    std::uint64_t removed = 0;
+    std::vector<std::string> refused;  ///< folders that have lost all of their files
 };
 
 /// The catalogue of many files in a SQLite database. What was committed stays whatever becomes of
@@ -61,8 +68,12 @@ class Catalogue {
     /// Raises DatabaseError when not every file that was written or is unchanged has its row. To be
     /// called before rows are taken out: a file may have gone since it was read.
     void checkRows();
-    /// Takes out the files below a folder, or with this path, that are there no more.
-    std::uint64_t removeGone(std::span<const std::string> roots);
+    /// Whether it has files below a folder, or with this path.
+    [[nodiscard]] bool hasBelow(const std::string& root);
+    /// Takes out the files below folders, or with these paths, that are there no more. A folder
+    /// that has lost all of them may be a disk that is not mounted: then they stay, unless that is
+    /// forced. What this scan has written stays as long as its name is there.
+    Pruning removeGone(std::span<const std::string> roots, bool isForced);
     /// Makes the indexes and notes the end.
     void finishScan(const ScanCounts& counts);
 
@@ -85,6 +96,7 @@ class Catalogue {
     void writeTag(const RowBlock& block, const TagRow& row);
     void writeFinding(const FindingRow& row);
     void removeRows(std::int64_t file);
+    void removeAll(std::span<const std::int64_t> files);
 
     struct Statements {
         explicit Statements(Database& database);

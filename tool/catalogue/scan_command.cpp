@@ -7,6 +7,7 @@
 #include <string>
 #include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "inspect/reading/number_text.h"
@@ -28,15 +29,30 @@ using corvinex::inspect::reading::countText;
 using corvinex::inspect::reading::decimalText;
 using corvinex::inspect::reading::groupedText;
 
-/// The folders that files are sought in. A folder that is not there says nothing of its files.
-std::vector<std::string> rootsOf(const ManyFiles& files, const std::string& folder) {
+/// Whether a name is missing in a folder that is there. Of a folder that is missing itself nobody
+/// knows what it holds.
+bool isGoneFromItsFolder(const std::string& path) {
+    std::error_code ignored;
+    const std::filesystem::path name(path);
+    return std::filesystem::symlink_status(name, ignored).type() ==
+               std::filesystem::file_type::not_found &&
+           std::filesystem::is_directory(name.parent_path(), ignored);
+}
+
+/// The paths whose gone files are to be taken out. One that is gone itself and has rows is no
+/// operand any more: it would get a row that tells of its absence.
+std::vector<std::string> takeRoots(std::vector<std::string>& operands, const std::string& folder,
+                                   Catalogue& catalogue) {
     std::vector<std::string> roots;
-    for (const std::string& operand : files.paths.operands) {
+    std::erase_if(operands, [&](const std::string& operand) {
+        std::string root = absolutePath(folder, operand);
         std::error_code ignored;
-        if (std::filesystem::exists(operand, ignored)) {
-            roots.push_back(absolutePath(folder, operand));
+        const bool isGone = isGoneFromItsFolder(root) && catalogue.hasBelow(root);
+        if (isGone || std::filesystem::exists(operand, ignored)) {
+            roots.push_back(std::move(root));
         }
-    }
+        return isGone;
+    });
     return roots;
 }
 
@@ -84,7 +100,7 @@ bool waitForLock(ScanLock& lock, const std::string& name, bool isQuiet, std::ost
     return true;
 }
 
-ExitStatus scanInto(Catalogue& catalogue, const Arguments& arguments, const ManyFiles& files,
+ExitStatus scanInto(Catalogue& catalogue, const Arguments& arguments, ManyFiles files,
                     std::ostream& err) {
     const auto start = std::chrono::steady_clock::now();
     const ScanOptions options{.folder = std::filesystem::current_path().string(),
@@ -92,6 +108,9 @@ ExitStatus scanInto(Catalogue& catalogue, const Arguments& arguments, const Many
                               .readsAll = arguments.isGiven("force")};
     catalogue.beginScan(
         {.version = CORVINEX_VERSION, .folder = options.folder, .maxValues = options.maxValues});
+    const bool prunes = arguments.isGiven("prune");
+    const auto roots = prunes ? takeRoots(files.paths.operands, options.folder, catalogue)
+                              : std::vector<std::string>();
     ScanRun run(files, options, catalogue, err);
     run.run();
     ScanCounts counts = run.counts();
@@ -105,12 +124,19 @@ ExitStatus scanInto(Catalogue& catalogue, const Arguments& arguments, const Many
                                    groupedText(counts.written) + " are in it");
     }
     catalogue.checkRows();
-    if (arguments.isGiven("prune")) {
-        counts.removed = catalogue.removeGone(rootsOf(files, options.folder));
-    }
+    const Pruning pruning = prunes ? catalogue.removeGone(roots, options.readsAll) : Pruning();
+    counts.removed = pruning.removed;
     catalogue.finishScan(counts);
     if (!files.isQuiet) {
         printCounts(err, catalogue, counts, std::chrono::steady_clock::now() - start);
+    }
+    for (const std::string& root : pruning.refused) {
+        err << "corvinex: " << visibleText(root)
+            << ": none of its files is there any more, so their rows stay; is a disk missing? With "
+               "--force they are taken out\n";
+    }
+    if (!pruning.refused.empty()) {
+        return OutputFailed;
     }
     const auto unreadable = corvinex::inspect::statusName(Status::Unreadable);
     return catalogue.writtenWith(unreadable) == 0 ? Success : Failed;
