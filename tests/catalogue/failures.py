@@ -11,7 +11,7 @@ import subprocess
 import sys
 import tempfile
 
-FULL = "the disk is full; what was written before stays\n"
+KEPT = "; what was written before stays\n"
 
 
 def scan(tool, tree, catalogue, **options):
@@ -54,14 +54,14 @@ def limit_files(size):
 def check_full_disk(tool, tree, work, count):
     place = work / "small"
     place.mkdir()
-    script = f'mount -t tmpfs -o size=2m tmpfs "{place}" && "$@"; status=$?; cp "{place}"/* "{work}/left/"; exit $status'
+    script = f'mount -t tmpfs -o size=6m tmpfs "{place}" && "$@"; status=$?; cp "{place}"/* "{work}/left/"; exit $status'
     (work / "left").mkdir()
     result = subprocess.run(["unshare", "--mount", "sh", "-c", script, "sh", tool, "scan", "-q", tree, "-o",
                              place / "c.sqlite"], capture_output=True, text=True, check=False)
     if "mount:" in result.stderr or "unshare:" in result.stderr:
         print("a full disk: not tried, nothing may be mounted here")
         return
-    expect("a full disk", result, f"{place}/c.sqlite: {FULL}")
+    expect("a full disk", result, f"{place}/c.sqlite: the disk is full" + KEPT)
     left = work / "left" / "c.sqlite"
     if not is_whole(left, None) or scan(tool, tree, left).returncode != 0 or not is_whole(left, count):
         sys.exit("a full disk has broken the catalogue")
@@ -70,8 +70,10 @@ def check_full_disk(tool, tree, work, count):
 def check_file_limit(tool, tree, work, count):
     """A limit on the size of files ends a scan as a full disk does, in the middle of a transaction."""
     catalogue = work / "limited.sqlite"
-    result = scan(tool, tree, catalogue, preexec_fn=limit_files(1 << 20))
-    expect("a limit on files", result, "; what was written before stays\n")
+    expect("a limit on files before anything is written",
+           scan(tool, tree, catalogue, preexec_fn=limit_files(1 << 20)), "disk I/O error\n")
+    result = scan(tool, tree, catalogue, preexec_fn=limit_files(4 << 20))
+    expect("a limit on files", result, KEPT)
     if not is_whole(catalogue, None) or scan(tool, tree, catalogue).returncode != 0 or \
             not is_whole(catalogue, count):
         sys.exit("a limit on files has broken the catalogue")
@@ -79,18 +81,20 @@ def check_file_limit(tool, tree, work, count):
 
 def check_refusals(tool, tree, work):
     expect("a folder that is not there", scan(tool, tree, work / "missing" / "c.sqlite"),
-           "/missing/c.sqlite: it cannot be opened or made; what was written before stays\n")
+           "/missing/c.sqlite: it cannot be opened or made: No such file or directory\n")
     expect("a folder that nothing can be written to", scan(tool, tree, "/proc/c.sqlite"),
-           "corvinex: /proc/c.sqlite: it cannot be opened or made; what was written before stays\n")
+           "corvinex: /proc/c.sqlite: it cannot be opened or made: No such file or directory\n")
+    expect("a folder of that name", scan(tool, tree, work),
+           f"corvinex: {work}: it cannot be opened or made: Is a directory\n")
     other = work / "other.sqlite"
     sqlite3.connect(other).execute("CREATE TABLE notes (text)")
     before = other.read_bytes()
-    expect("another database", scan(tool, tree, other), "it is no catalogue; what was written before stays\n")
+    expect("another database", scan(tool, tree, other), "it is no catalogue\n")
     if other.read_bytes() != before:
         sys.exit("another database was changed")
     (work / "text").write_text("no database " * 100)
     expect("no database", scan(tool, tree, work / "text"),
-           "it is no catalogue; what was written before stays\n")
+           "it is no catalogue\n")
     later = work / "later.sqlite"
     scan(tool, tree / "00000.tif", later)
     database = sqlite3.connect(later)
@@ -98,7 +102,7 @@ def check_refusals(tool, tree, work):
     database.close()
     before = later.read_bytes()
     expect("a later version", scan(tool, tree, later),
-           "a later version of the tool has made it; what was written before stays\n")
+           "a later version of the tool has made it\n")
     if later.read_bytes() != before:
         sys.exit("a catalogue of a later version was changed")
 
@@ -109,7 +113,7 @@ def check_lock(tool, tree, work):
     database = sqlite3.connect(catalogue, isolation_level=None)
     database.execute("BEGIN IMMEDIATE")
     expect("a locked catalogue", scan(tool, tree, catalogue),
-           "another program has locked it; what was written before stays\n")
+           "another program has locked it\n")
     database.execute("ROLLBACK")
     if scan(tool, tree, catalogue).returncode != 0:
         sys.exit("the catalogue stays locked")

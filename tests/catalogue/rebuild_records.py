@@ -80,12 +80,12 @@ def expected_columns(row):
             not isinstance(value[0], list):
         return None, (value[0] / value[1] if value[1] else None), None
     if isinstance(value, str) and kind not in ("FLOAT", "DOUBLE"):
-        return None, None, (None if row["truncated"] else value)
+        return None, None, value
     return None, None, None
 
 
 def check_columns(database):
-    for row in database.execute("SELECT * FROM tags WHERE truncated = 0"):
+    for row in database.execute("SELECT * FROM tags WHERE truncated = 0 OR json LIKE '\"%'"):
         found = (row["integer"], row["real"], row["text"])
         if found != expected_columns(row):
             sys.exit(f"tag {row['number']} has {found} for the {row['type']} {row['json'][:80]}")

@@ -91,6 +91,27 @@ TEST_F(ProgressLine, MakesRoomForOutputOnTheSameTerminal) {
     EXPECT_NE(session.shown().find("\r\x1b[K{\"schema\":1"), std::string::npos) << session.shown();
 }
 
+TEST_F(ProgressLine, IsGoneWhenAScanTellsItsCounts) {
+    TerminalSession session(
+        {"scan", "-j1", first_, "--files0-from", "-", "-o", folder_.path("c.sqlite")});
+    EXPECT_TRUE(session.waitFor("1 files, ")) << session.shown();
+    session.closeInput(third_);
+    EXPECT_EQ(session.wait(), 0);
+    EXPECT_NE(session.shown().find("\r\x1b[K2 files found in "), std::string::npos)
+        << session.shown();
+}
+
+TEST_F(ProgressLine, IsGoneWhenAScanTellsOfAnInterrupt) {
+    TerminalSession session(
+        {"scan", "-j1", first_, "--files0-from", "-", "-o", folder_.path("c.sqlite")});
+    EXPECT_TRUE(session.waitFor("1 files, ")) << session.shown();
+    session.interrupt(SIGINT);
+    session.closeInput(third_);
+    EXPECT_EQ(session.wait(), -SIGINT);
+    EXPECT_NE(session.shown().find("\r\x1b[Kcorvinex: interrupted; "), std::string::npos)
+        << session.shown();
+}
+
 TEST_F(ProgressLine, IsCutToTheTerminalsWidth) {
     constexpr unsigned short columns = 12;
     TerminalSession session(words("json"), columns);

@@ -1,14 +1,20 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <array>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/tool/command_files.h"
 #include "tests/tool/run_command.h"
+#include "tests/tool/terminal_session.h"
 #include "tool/catalogue/database.h"
+#include "tool/catalogue/scan_lock.h"
 
 namespace {
 
@@ -135,12 +141,84 @@ TEST_F(Scan, TakesOutFilesThatAreGoneWhenAsked) {
     EXPECT_EQ(rows("SELECT count(*) FROM tags", 1), Texts{"2"});
 }
 
-TEST_F(Scan, TakesNothingOutBelowAFolderThatIsNotThere) {
+TEST_F(Scan, TakesOutAFileThatGoesWhileItIsScanned) {
+    add("a.tif", tiffWith(5));
+    const std::string names = folder.file("names", tree + "gone.tif");
+    EXPECT_EQ(scan({"--prune", "--files0-from", names}).exitStatus, 1);
+    EXPECT_EQ(files(), Texts{"a.tif TIFF"});
+    EXPECT_EQ(rows("SELECT finished IS NOT NULL, removed FROM scans", 2), Texts{"1 1"});
+}
+
+TEST_F(Scan, TakesOutAPathThatIsGoneFromItsFolderWithAllBelow) {
     add("a/x.tif", tiffWith(5));
+    add("b.tif", tiffWith(5));
+    add("c.tif", tiffWith(5));
+    static_cast<void>(scan());
+    fs::rename(tree + "a", tree + "moved");
+    fs::remove(tree + "b.tif");
+    const CommandResult result = scanOf(tree + "a", {"--prune", tree + "b.tif"});
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(countsOf(result), "0 files found: 0 written, 0 unchanged, 2 gone");
+    EXPECT_EQ(files(), Texts{"c.tif TIFF"});
+}
+
+TEST_F(Scan, TakesNothingOutBelowAFolderThatIsNotThere) {
+    add("a/sub/x.tif", tiffWith(5));
     static_cast<void>(scan());
     fs::rename(tree + "a", tree + "b");
-    EXPECT_EQ(scanOf(tree + "a", {"--prune"}).exitStatus, 1);
-    EXPECT_EQ(files(), (Texts{"a unreadable", "a/x.tif TIFF"}));
+    EXPECT_EQ(scanOf(tree + "a/sub", {"--prune"}).exitStatus, 1);
+    EXPECT_EQ(files(), (Texts{"a/sub unreadable", "a/sub/x.tif TIFF"}));
+}
+
+TEST_F(Scan, TellsOfAPathThatIsNotThereAndNeverWas) {
+    add("a.tif", tiffWith(5));
+    const CommandResult result = scan({tree + "missing", "--prune"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(linesOf(result.err).front(),
+              "corvinex: " + tree + "missing: No such file or directory");
+}
+
+TEST_F(Scan, TakesOutNamesThatStandForSomethingElseNow) {
+    for (const char* name : {"folder.tif", "pipe.tif", "link.tif", "stays.tif"}) {
+        add(name, tiffWith(5));
+    }
+    static_cast<void>(scan());
+    for (const char* name : {"folder.tif", "pipe.tif", "link.tif"}) {
+        fs::remove(tree + name);
+    }
+    fs::create_directory(tree + "folder.tif");
+    ASSERT_EQ(mkfifo((tree + "pipe.tif").c_str(), S_IRUSR), 0);
+    fs::create_symlink("nothing", tree + "link.tif");
+    static_cast<void>(scan({"--prune", "--ext", "none"}));
+    EXPECT_EQ(files(), Texts{"stays.tif TIFF"});
+}
+
+TEST_F(Scan, TakesOutTheRowOfAFolderThatCanBeReadAgain) {
+    add("a/x.tif", tiffWith(5));
+    static_cast<void>(scan());
+    tool::Database(catalogue).execute(
+        "UPDATE files SET path = substr(path, 1, length(path) - 6), status = 'unreadable'");
+    ASSERT_EQ(rows("SELECT path FROM files", 1), Texts{tree + "a"});
+    static_cast<void>(scan({"--prune"}));
+    EXPECT_EQ(files(), Texts{"a/x.tif TIFF"});
+}
+
+TEST_F(Scan, TakesNotAllFilesOfAFolderOutUnlessForced) {
+    add("a/x.tif", tiffWith(5));
+    add("b/y.tif", tiffWith(5));
+    add("b/z.tif", tiffWith(5));
+    static_cast<void>(scan());
+    fs::remove(tree + "a/x.tif");
+    fs::remove(tree + "b/y.tif");
+    const CommandResult result = scanOf(tree + "a", {"--prune", tree + "b"});
+    EXPECT_EQ(result.exitStatus, 3);
+    EXPECT_EQ(linesOf(result.err).back(),
+              "corvinex: " + tree +
+                  "a: none of its files is there any more, so their rows stay; is a disk missing? "
+                  "With --force they are taken out");
+    EXPECT_EQ(files(), (Texts{"a/x.tif TIFF", "b/z.tif TIFF"}));
+    EXPECT_EQ(scanOf(tree + "a", {"--prune", "--force"}).exitStatus, 0);
+    EXPECT_EQ(files(), Texts{"b/z.tif TIFF"});
 }
 
 TEST_F(Scan, CutsLongValuesAndKeepsTheirCounts) {
@@ -151,7 +229,8 @@ TEST_F(Scan, CutsLongValuesAndKeepsTheirCounts) {
     add("a.tif", bytes);
     static_cast<void>(scan());
     const std::string sql = "SELECT count, truncated, json, text FROM tags";
-    EXPECT_EQ(rows(sql, 4), Texts{"100 1 \"" + std::string(64, 'x') + "\" null"});
+    EXPECT_EQ(rows(sql, 4),
+              Texts{"100 1 \"" + std::string(64, 'x') + "\" " + std::string(64, 'x')});
     static_cast<void>(scan({"--force", "--max-values", "99"}));
     EXPECT_EQ(rows(sql, 4),
               Texts{"100 0 \"" + std::string(99, 'x') + "\" " + std::string(99, 'x')});
@@ -173,8 +252,13 @@ TEST_F(Scan, KeepsNumbersThatAColumnCannotHoldAsTextOnly) {
 TEST_F(Scan, WritesAFileThatIsNamedTwiceOnce) {
     add("a.tif", tiffWith(5));
     const CommandResult result = scan({tree + "a.tif", tree + "./a.tif"});
-    EXPECT_EQ(countsOf(result), "3 files found: 1 written, 0 unchanged, 2 found twice");
+    EXPECT_EQ(countsOf(result), "1 file found: 1 written, 0 unchanged");
+    EXPECT_EQ(linesOf(result.err).at(1), "  warnings: 1");
     EXPECT_EQ(files().size(), 1U);
+    EXPECT_EQ(countsOf(scan({tree, "--force"})), "1 file found: 1 written, 0 unchanged");
+    EXPECT_EQ(countsOf(scan({tree})), "1 file found: 0 written, 1 unchanged");
+    EXPECT_EQ(rows("SELECT found, written, unchanged FROM scans", 3),
+              (Texts{"1 1 0", "1 1 0", "1 0 1"}));
 }
 
 TEST_F(Scan, TellsWhyAFileCouldNotBeReadAndReadsItNextTime) {
@@ -207,6 +291,48 @@ TEST_F(Scan, TellsOfItselfInTheCatalogue) {
              "FROM scans",
              7),
         (Texts{"1 1 64 1 1 0 0", "2 1 7 1 0 1 0"}));
+}
+
+TEST_F(Scan, WaitsForAnotherScanOfTheSameCatalogue) {
+    add("a.tif", tiffWith(5));
+    std::optional<tool::ScanLock> other(catalogue);
+    ASSERT_TRUE(other->take());
+    TerminalSession session({"scan", tree, "-o", catalogue});
+    EXPECT_TRUE(session.waitFor("corvinex: " + catalogue + ": waits for another scan"))
+        << session.shown();
+    other.reset();
+    EXPECT_EQ(session.wait(), 0);
+    EXPECT_EQ(files(), Texts{"a.tif TIFF"});
+    EXPECT_FALSE(fs::exists(catalogue + "-lock"));
+}
+
+TEST_F(Scan, EndsAtAnInterruptWhileItWaits) {
+    const std::string path = folder.file("b.tif", tiffWith(5));
+    tool::ScanLock other(catalogue);
+    ASSERT_TRUE(other.take());
+    TerminalSession session({"scan", path, "-o", catalogue});
+    EXPECT_TRUE(session.waitFor("waits for another scan")) << session.shown();
+    session.interrupt(SIGINT);
+    EXPECT_EQ(session.wait(), -SIGINT);
+    EXPECT_FALSE(fs::exists(catalogue));
+}
+
+TEST_F(Scan, TakesTurnsWithOthers) {
+    constexpr int fileCount = 300;
+    for (int number = 0; number < fileCount; ++number) {
+        add(std::to_string(number) + ".tif", tiffWith(5));
+    }
+    std::array<CommandResult, 4> results;
+    {
+        std::vector<std::jthread> threads;
+        for (CommandResult& result : results) {
+            threads.emplace_back([&] { result = scan({"--force"}); });
+        }
+    }
+    for (const CommandResult& result : results) {
+        EXPECT_EQ(result.exitStatus, 0) << result.err;
+    }
+    EXPECT_EQ(rows("SELECT count(*), count(DISTINCT scan_id) FROM files", 2), Texts{"300 1"});
 }
 
 TEST_F(Scan, SaysNothingWhenItIsQuiet) {

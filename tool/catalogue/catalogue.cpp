@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -60,9 +61,30 @@ void bindPlace(Statement& statement, int parameter, const RowBlock& block, const
     }
 }
 
-bool isGone(const std::string& path) {
+/// Whether errno says that a name leads nowhere, rather than that it cannot be followed.
+bool leadsNowhere() {
+    return errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
+}
+
+bool isGone(const std::string& path, bool isUnreadable, bool isOfThisScan) {
     struct stat facts {};
-    return lstat(path.c_str(), &facts) != 0 && (errno == ENOENT || errno == ENOTDIR);
+    if (lstat(path.c_str(), &facts) != 0) {
+        return leadsNowhere();
+    }
+    if (isOfThisScan) {
+        return false;
+    }
+    if (stat(path.c_str(), &facts) != 0) {
+        return leadsNowhere();
+    }
+    // A folder has a row while it cannot be read.
+    return !S_ISREG(facts.st_mode) &&
+           !(S_ISDIR(facts.st_mode) && isUnreadable && access(path.c_str(), R_OK | X_OK) != 0);
+}
+
+bool isFolder(const std::string& path) {
+    struct stat facts {};
+    return stat(path.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
 }
 
 bool isBelow(std::string_view path, std::string_view root) {
@@ -73,7 +95,8 @@ bool isBelow(std::string_view path, std::string_view root) {
 }  // namespace
 
 Catalogue::Statements::Statements(Database& database)
-    : find(database, "SELECT status, size, mtime_ns, inode FROM files WHERE path = ?1"),
+    : find(database,
+           "SELECT status, size, mtime_ns, inode, id, scan_id FROM files WHERE path = ?1"),
       owner(database, "SELECT id, scan_id FROM files WHERE path = ?1"),
       insertFile(database,
                  "INSERT INTO files (id, path, file, file_bytes, scan_id, mtime_ns, inode, size, "
@@ -129,25 +152,41 @@ void Catalogue::open() {
         "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA cache_size = -16384;");
 }
 
-std::optional<Catalogue::Known> Catalogue::find(const std::string& path) {
+Catalogue::State Catalogue::find(const std::string& path, const std::optional<FileStamp>& stamp,
+                                 bool readsAll) {
     if (isNew_) {
-        return std::nullopt;
+        return State::Unknown;
     }
     const std::lock_guard lock(mutex_);
     Statement& find = statements_->find;
     bindName(find, 1, path);
     if (!find.next()) {
-        return std::nullopt;
+        return State::Unknown;
     }
-    Known known;
+    const std::int64_t id = find.integer(4);
+    const bool isOfThisScan = find.integer(5) == scan_;
+    std::optional<FileStamp> known;
     // The permission to read a file may change without a trace in its stamp.
     if (find.text(0) != unreadable && !find.isNull(2)) {
-        known.stamp = FileStamp{.size = static_cast<std::uint64_t>(find.integer(1)),
-                                .modified = find.integer(2),
-                                .inode = static_cast<std::uint64_t>(find.integer(3))};
+        known = FileStamp{.size = static_cast<std::uint64_t>(find.integer(1)),
+                          .modified = find.integer(2),
+                          .inode = static_cast<std::uint64_t>(find.integer(3))};
     }
     find.reset();
-    return known;
+    if (!isOfThisScan && (readsAll || !known || known != stamp)) {
+        return State::Changed;
+    }
+    if (isOfThisScan || !unchangedFiles_.insert(id)) {
+        ++repeated_;
+        return State::Repeated;
+    }
+    ++unchanged_;
+    return State::Unchanged;
+}
+
+std::uint64_t Catalogue::writtenWith(std::string_view status) const {
+    const auto number = byStatus_.find(status);
+    return number == byStatus_.end() ? 0 : number->second;
 }
 
 void Catalogue::beginScan(const ScanFacts& facts) {
@@ -171,6 +210,7 @@ void Catalogue::commit() {
     const std::lock_guard lock(mutex_);
     if (database_.isInTransaction()) {
         database_.execute("COMMIT");
+        hasCommitted_ = true;
     }
     pendingFiles_ = 0;
     pendingRows_ = 0;
@@ -209,6 +249,7 @@ void Catalogue::writeFile(const FileRow& row) {
     nextFinding_ = 0;
     firstDirectory_ = nextDirectory_;
     if (insertFile(row, std::nullopt)) {
+        ++byStatus_[std::string(row.status)];
         return;
     }
     Statement& owner = statements_->owner;
@@ -217,9 +258,17 @@ void Catalogue::writeFile(const FileRow& row) {
     const std::int64_t id = owner.integer(0);
     isSkipping_ = owner.integer(1) == scan_;
     owner.reset();
-    if (!isSkipping_) {
-        removeRows(id);
-        insertFile(row, id);
+    if (isSkipping_) {
+        return;
+    }
+    removeRows(id);
+    insertFile(row, id);
+    ++byStatus_[std::string(row.status)];
+    if (unchangedFiles_.contains(id)) {
+        // It was found twice, and has changed in between.
+        unchangedFiles_.erase(id);
+        --unchanged_;
+        ++repeated_;
     }
 }
 
@@ -330,42 +379,92 @@ void Catalogue::removeRows(std::int64_t file) {
     statements_->deleteFile.bind(1, file).run();
 }
 
-std::uint64_t Catalogue::removeGone(std::span<const std::string> roots) {
+bool Catalogue::hasBelow(const std::string& root) {
     const std::lock_guard lock(mutex_);
-    std::vector<std::int64_t> gone;
-    Statement list(database_, "SELECT id, path FROM files");
+    Statement list(database_, "SELECT path FROM files");
+    while (list.next()) {
+        if (isBelow(list.text(0), root)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+Pruning Catalogue::removeGone(std::span<const std::string> roots, bool isForced) {
+    const std::lock_guard lock(mutex_);
+    struct RootFiles {
+        std::uint64_t all = 0;
+        std::vector<std::int64_t> gone;
+    };
+    std::vector<RootFiles> files(roots.size());
+    Statement list(database_, "SELECT id, path, status, scan_id FROM files");
     while (list.next()) {
         const std::string path(list.text(1));
-        const bool isAsked = std::ranges::any_of(
-            roots, [&](const std::string& root) { return isBelow(path, root); });
-        if (isAsked && isGone(path)) {
-            gone.push_back(list.integer(0));
+        std::optional<bool> gone;
+        for (std::size_t root = 0; root < roots.size(); ++root) {
+            if (!isBelow(path, roots[root])) {
+                continue;
+            }
+            if (!gone) {
+                gone = isGone(path, list.text(2) == unreadable, list.integer(3) == scan_);
+            }
+            ++files[root].all;
+            if (*gone) {
+                files[root].gone.push_back(list.integer(0));
+            }
         }
     }
-    for (std::size_t place = 0; place < gone.size();) {
+    Pruning pruning;
+    std::vector<std::int64_t> gone;
+    for (std::size_t root = 0; root < roots.size(); ++root) {
+        const RootFiles& below = files[root];
+        if (!isForced && below.all != 0 && below.gone.size() == below.all &&
+            isFolder(roots[root])) {
+            pruning.refused.push_back(roots[root]);
+        } else {
+            gone.insert(gone.end(), below.gone.begin(), below.gone.end());
+        }
+    }
+    // One root may lie below another.
+    std::ranges::sort(gone);
+    gone.erase(std::ranges::unique(gone).begin(), gone.end());
+    removeAll(gone);
+    pruning.removed = gone.size();
+    return pruning;
+}
+
+void Catalogue::removeAll(std::span<const std::int64_t> files) {
+    while (!files.empty()) {
+        const auto some = files.first(std::min<std::size_t>(files.size(), filesInTransaction));
         begin();
-        const std::size_t end = std::min<std::size_t>(gone.size(), place + filesInTransaction);
-        for (; place < end; ++place) {
-            removeRows(gone[place]);
-        }
+        std::ranges::for_each(some, [this](std::int64_t file) { removeRows(file); });
         database_.execute("COMMIT");
+        hasCommitted_ = true;
+        files = files.subspan(some.size());
     }
-    return gone.size();
+}
+
+void Catalogue::checkRows() {
+    commit();
+    const std::lock_guard lock(mutex_);
+    std::uint64_t rows = 0;
+    if (written_ != 0) {
+        rows = static_cast<std::uint64_t>(database_.number(
+            "SELECT count(*) FROM files WHERE scan_id = " + std::to_string(scan_)));
+    }
+    Statement list(database_, "SELECT id FROM files");
+    while (unchanged_ != 0 && list.next()) {
+        rows += unchangedFiles_.contains(list.integer(0)) ? 1 : 0;
+    }
+    if (rows != written_ + unchanged_) {
+        throw DatabaseError(SQLITE_ERROR, "it has " + std::to_string(rows) + " rows of the " +
+                                              std::to_string(written_ + unchanged_) +
+                                              " files that were found");
+    }
 }
 
 void Catalogue::finishScan(const ScanCounts& counts) {
-    commit();
     const std::lock_guard lock(mutex_);
-    if (counts.written != 0) {
-        const std::string sql =
-            "SELECT count(*) FROM files WHERE scan_id = " + std::to_string(scan_);
-        const std::int64_t rows = database_.number(sql);
-        if (static_cast<std::uint64_t>(rows) != counts.written) {
-            throw DatabaseError(SQLITE_ERROR, "it has " + std::to_string(rows) + " rows of the " +
-                                                  std::to_string(counts.written) +
-                                                  " files that were written");
-        }
-    }
     database_.execute(std::string(indexSql));
     const std::string finished = now();
     Statement update(database_,

@@ -2,13 +2,17 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tool/catalogue/database.h"
+#include "tool/catalogue/id_set.h"
 #include "tool/catalogue/rows.h"
 #include "tool/path_list.h"
 
@@ -23,11 +27,17 @@ struct ScanFacts {
 
 /// What became of the files of a scan.
 struct ScanCounts {
-    std::uint64_t found = 0;
+    std::uint64_t found = 0;  ///< each once
     std::uint64_t written = 0;
     std::uint64_t unchanged = 0;  ///< as an earlier scan has left them
-    std::uint64_t repeated = 0;   ///< found a second time in this scan
+    std::uint64_t repeated = 0;   ///< how often one of them was found again
     std::uint64_t removed = 0;    ///< rows of files that are gone
+};
+
+/// What became of the files that are gone.
+struct Pruning {
+    std::uint64_t removed = 0;
+    std::vector<std::string> refused;  ///< folders that have lost all of their files
 };
 
 /// The catalogue of many files in a SQLite database. What was committed stays whatever becomes of
@@ -38,26 +48,43 @@ class Catalogue {
     /// Opens or makes it. Refuses what is no catalogue, or that of a later version.
     explicit Catalogue(const std::string& path);
 
-    /// What is known of a file.
-    struct Known {
-        std::optional<FileStamp> stamp;  ///< nothing when the file has to be read in any case
+    /// What an earlier scan, or this one, has left of a file.
+    enum class State {
+        Unknown,
+        Changed,    ///< to be read again
+        Unchanged,  ///< counted as that
+        Repeated,   ///< counted before in this scan
     };
-    /// By its absolute path. Answers at once while the catalogue is new.
-    [[nodiscard]] std::optional<Known> find(const std::string& path);
+    /// By its absolute path. A file without a stamp has changed, and with `readsAll` each one.
+    /// Answers at once while the catalogue is new.
+    [[nodiscard]] State find(const std::string& path, const std::optional<FileStamp>& stamp,
+                             bool readsAll);
 
     void beginScan(const ScanFacts& facts);
     /// Writes rows of a file, and commits from time to time. A file that is there is written anew,
     /// unless this scan has written it.
     void write(const RowBlock& block);
     void commit();
-    /// Takes out the files below a folder, or with this path, that are there no more.
-    std::uint64_t removeGone(std::span<const std::string> roots);
-    /// Makes the indexes and notes the end. Raises DatabaseError also when the rows of this scan
-    /// are not as many as were written.
+    /// Raises DatabaseError when not every file that was written or is unchanged has its row. To be
+    /// called before rows are taken out: a file may have gone since it was read.
+    void checkRows();
+    /// Whether it has files below a folder, or with this path.
+    [[nodiscard]] bool hasBelow(const std::string& root);
+    /// Takes out the files below folders, or with these paths, that are there no more. A folder
+    /// that has lost all of them may be a disk that is not mounted: then they stay, unless that is
+    /// forced. What this scan has written stays as long as its name is there.
+    Pruning removeGone(std::span<const std::string> roots, bool isForced);
+    /// Makes the indexes and notes the end.
     void finishScan(const ScanCounts& counts);
 
+    /// Whether rows of this scan are safe.
+    [[nodiscard]] bool hasCommitted() const noexcept { return hasCommitted_; }
     [[nodiscard]] std::uint64_t written() const noexcept { return written_; }
+    [[nodiscard]] std::uint64_t unchanged() const noexcept { return unchanged_; }
+    /// How often a file was found again.
     [[nodiscard]] std::uint64_t repeated() const noexcept { return repeated_; }
+    /// How many of the files that were written have this status.
+    [[nodiscard]] std::uint64_t writtenWith(std::string_view status) const;
 
   private:
     void open();
@@ -69,6 +96,7 @@ class Catalogue {
     void writeTag(const RowBlock& block, const TagRow& row);
     void writeFinding(const FindingRow& row);
     void removeRows(std::int64_t file);
+    void removeAll(std::span<const std::int64_t> files);
 
     struct Statements {
         explicit Statements(Database& database);
@@ -94,10 +122,14 @@ class Catalogue {
     std::int64_t nextDirectory_ = 0;
     std::int64_t nextFinding_ = 0;
     bool isSkipping_ = false;  ///< the blocks are of a file that this scan has written
+    bool hasCommitted_ = false;
     std::uint64_t pendingFiles_ = 0;
     std::uint64_t pendingRows_ = 0;
     std::uint64_t written_ = 0;
+    std::uint64_t unchanged_ = 0;
     std::uint64_t repeated_ = 0;
+    IdSet unchangedFiles_;
+    std::map<std::string, std::uint64_t, std::less<>> byStatus_;  ///< files that were written
 };
 
 }  // namespace tool

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <limits>
+#include <system_error>
 
 namespace tool {
 namespace {
@@ -34,7 +35,10 @@ constexpr int primary(int code) {
 std::string reasonFor(int code, sqlite3* handle) {
     for (const ReasonRow& row : reasons) {
         if (row.code == primary(code)) {
-            return std::string(row.reason);
+            const int cause = handle == nullptr ? 0 : sqlite3_system_errno(handle);
+            return std::string(row.reason) + (row.code == SQLITE_CANTOPEN && cause != 0
+                                                  ? ": " + std::generic_category().message(cause)
+                                                  : "");
         }
     }
     return handle == nullptr ? sqlite3_errstr(code) : sqlite3_errmsg(handle);

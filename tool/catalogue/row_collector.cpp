@@ -271,8 +271,9 @@ class RowCollector {
         row.json = placeOfJson();
         if (interpretation.form == Form::Number || interpretation.form == Form::Numbers) {
             std::visit(NumberVisitor{row}, content.value->elements());
-        } else if (interpretation.texts.size() == 1 && !row.isTruncated) {
-            row.text = placeOf(interpretation.texts.front());
+        } else if (interpretation.texts.size() == 1) {
+            row.text = placeOf(
+                corvinex::inspect::firstCharacters(interpretation.texts.front(), maxValues_));
         }
         row.charset = interpretation.charset;
         if (!interpretation.rest.empty()) {

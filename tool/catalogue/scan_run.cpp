@@ -71,7 +71,7 @@ ScanRun::ScanRun(const ManyFiles& files, const ScanOptions& options, Catalogue& 
       catalogue_(catalogue),
       err_(err),
       paths_(withStamps(files.paths)),
-      progress_(err, !files.isQuiet, files.paths) {}
+      progress_(std::in_place, err, !files.isQuiet, files.paths) {}
 
 void ScanRun::run() {
     std::vector<std::jthread> readers;
@@ -96,6 +96,7 @@ void ScanRun::run() {
         queue_.stop();
     }
     readers.clear();
+    progress_.reset();
     paths_.raiseFailure();
     catalogue_.commit();
 }
@@ -116,30 +117,26 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
     QueuedBlocks blocks(queue_, taken.number);
     const ListedPath& path = taken.path;
     const std::string absolute = absolutePath(options_.folder, path.name);
-    const auto known = catalogue_.find(absolute);
-    if (known && known->stamp && known->stamp == path.stamp && !options_.readsAll) {
-        progress_.add(0);
-        const std::lock_guard lock(mutex_);
-        ++counts_.found;
-        ++counts_.unchanged;
+    const auto state = catalogue_.find(absolute, path.stamp, options_.readsAll);
+    if (state == Catalogue::State::Unchanged || state == Catalogue::State::Repeated) {
+        progress_->add(0);
+        ++taken_;
         return;
     }
     const auto now = std::chrono::system_clock::now();
     const InspectedFile file(path.name, files_.how);
-    progress_.add(file.file() == nullptr ? 1 : file.file()->findings().size());
+    progress_->add(file.file() == nullptr ? 1 : file.file()->findings().size());
     // What was an image when it was read before is not passed over now.
-    if (!path.isAsked && !file.isImage() && !known) {
+    if (!path.isAsked && !file.isImage() && state == Catalogue::State::Unknown) {
         return;
     }
     const auto stamp = isSteady(path, now) ? path.stamp : std::nullopt;
     collectRows(file, absolute, stamp, options_.maxValues, blocks);
-    const auto status = static_cast<std::size_t>(corvinex::inspect::statusOf(file.file()));
-    const std::lock_guard lock(mutex_);
-    ++counts_.found;
-    ++byStatus_.at(status);
+    ++taken_;
     if (file.error()) {
-        const auto pause = progress_.pause();
-        err_ << "corvinex: " << visibleText(path.name) << ": " << file.errorText() << '\n';
+        const auto pause = progress_->pause();
+        err_ << "corvinex: " << visibleText(path.name) << ": " << file.errorText() << '
+';
     }
 }
 
@@ -150,16 +147,12 @@ void ScanRun::writeAll() {
 }
 
 ScanCounts ScanRun::counts() const {
-    const std::lock_guard lock(mutex_);
-    ScanCounts counts = counts_;
+    ScanCounts counts;
     counts.written = catalogue_.written();
+    counts.unchanged = catalogue_.unchanged();
     counts.repeated = catalogue_.repeated();
+    counts.found = taken_ - counts.repeated;
     return counts;
-}
-
-std::uint64_t ScanRun::filesWith(corvinex::inspect::Status status) const {
-    const std::lock_guard lock(mutex_);
-    return byStatus_.at(static_cast<std::size_t>(status));
 }
 
 }  // namespace tool

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
+#include <atomic>
 #include <cstdint>
-#include <mutex>
+#include <optional>
 #include <ostream>
 #include <string>
 
-#include "corvinex/file.h"
 #include "tool/catalogue/catalogue.h"
 #include "tool/catalogue/row_queue.h"
 #include "tool/many_files.h"
@@ -32,13 +30,10 @@ class ScanRun {
     /// reader has raised.
     void run();
 
+    /// Behind run().
     [[nodiscard]] ScanCounts counts() const;
-    /// How many of the files that were read have this status.
-    [[nodiscard]] std::uint64_t filesWith(corvinex::inspect::Status status) const;
 
   private:
-    static constexpr std::size_t statusCount = 6;
-
     void readFiles();
     void read(const SharedPaths::Taken& taken);
     void writeAll();
@@ -48,11 +43,9 @@ class ScanRun {
     Catalogue& catalogue_;
     std::ostream& err_;
     SharedPaths paths_;
-    ProgressLine progress_;
+    std::optional<ProgressLine> progress_;  ///< until the work is done
     RowQueue queue_;
-    mutable std::mutex mutex_;
-    ScanCounts counts_;
-    std::array<std::uint64_t, statusCount> byStatus_{};
+    std::atomic<std::uint64_t> taken_{0};  ///< files with or to get a row, however often found
 };
 
 }  // namespace tool
