@@ -135,8 +135,7 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
     ++taken_;
     if (file.error()) {
         const auto pause = progress_->pause();
-        err_ << "corvinex: " << visibleText(path.name) << ": " << file.errorText() << '
-';
+        err_ << "corvinex: " << visibleText(path.name) << ": " << file.errorText() << '\n';
     }
 }
 
