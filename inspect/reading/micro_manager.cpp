@@ -116,10 +116,8 @@ bool parse(std::string_view text, KeyHandler& handler) {
 
 template <class Rows>
 std::vector<std::string_view> namesOf(const Rows& rows) {
-    std::vector<std::string_view> names;
-    for (const auto& row : rows) {
-        names.push_back(row.name);
-    }
+    std::vector<std::string_view> names(rows.size());
+    std::ranges::transform(rows, names.begin(), [](const auto& row) { return row.name; });
     return names;
 }
 

@@ -32,8 +32,8 @@ std::optional<std::uint16_t> tagNumber(std::string_view text) {
 TagSelection::TagSelection(std::span<const std::string> tags) {
     for (const std::string_view tag : tags) {
         const std::size_t point = tag.rfind('.');
-        const std::string_view name = point == tag.npos ? tag : tag.substr(point + 1);
-        Row row{.path = std::string(point == tag.npos ? "" : tag.substr(0, point)),
+        const std::string_view name = point == std::string_view::npos ? tag : tag.substr(point + 1);
+        Row row{.path = std::string(point == std::string_view::npos ? "" : tag.substr(0, point)),
                 .name = std::string(name),
                 .number = tagNumber(name)};
         std::ranges::transform(row.path, row.path.begin(), lowered);
