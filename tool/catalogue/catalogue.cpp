@@ -427,7 +427,8 @@ Pruning Catalogue::removeGone(std::span<const std::string> roots, bool isForced)
     }
     // One root may lie below another.
     std::ranges::sort(gone);
-    gone.erase(std::ranges::unique(gone).begin(), gone.end());
+    const auto repeated = std::ranges::unique(gone);
+    gone.erase(repeated.begin(), repeated.end());
     removeAll(gone);
     pruning.removed = gone.size();
     return pruning;
