@@ -43,9 +43,10 @@ bool isGoneFromItsFolder(const std::string& path) {
 /// operand any more: it would get a row that tells of its absence.
 std::vector<std::string> takeRoots(std::vector<std::string>& operands, const std::string& folder,
                                    Catalogue& catalogue) {
+    AbsolutePaths paths(folder);
     std::vector<std::string> roots;
     std::erase_if(operands, [&](const std::string& operand) {
-        std::string root = absolutePath(folder, operand);
+        std::string root = paths.of(operand);
         std::error_code ignored;
         const bool isGone = isGoneFromItsFolder(root) && catalogue.hasBelow(root);
         if (isGone || std::filesystem::exists(operand, ignored)) {

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "inspect/record/record_head.h"
-#include "tool/catalogue/absolute_path.h"
 #include "tool/catalogue/row_collector.h"
 #include "tool/inspected_file.h"
 #include "tool/text_display.h"
@@ -70,6 +69,7 @@ ScanRun::ScanRun(const ManyFiles& files, const ScanOptions& options, Catalogue& 
       options_(options),
       catalogue_(catalogue),
       err_(err),
+      absolutePaths_(options.folder),
       paths_(withStamps(files.paths)),
       progress_(std::in_place, err, !files.isQuiet, files.paths) {}
 
@@ -116,7 +116,7 @@ void ScanRun::readFiles() {
 void ScanRun::read(const SharedPaths::Taken& taken) {
     QueuedBlocks blocks(queue_, taken.number);
     const ListedPath& path = taken.path;
-    const std::string absolute = absolutePath(options_.folder, path.name);
+    const std::string absolute = absolutePaths_.of(path.name);
     const auto state = catalogue_.find(absolute, path.stamp, options_.readsAll);
     if (state == Catalogue::State::Unchanged || state == Catalogue::State::Repeated) {
         progress_->add(0);

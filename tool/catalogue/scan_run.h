@@ -6,6 +6,7 @@
 #include <ostream>
 #include <string>
 
+#include "tool/catalogue/absolute_path.h"
 #include "tool/catalogue/catalogue.h"
 #include "tool/catalogue/row_queue.h"
 #include "tool/many_files.h"
@@ -42,6 +43,7 @@ class ScanRun {
     const ScanOptions& options_;
     Catalogue& catalogue_;
     std::ostream& err_;
+    AbsolutePaths absolutePaths_;
     SharedPaths paths_;
     std::optional<ProgressLine> progress_;  ///< until the work is done
     RowQueue queue_;
