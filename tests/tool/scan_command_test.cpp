@@ -293,6 +293,25 @@ TEST_F(Scan, TellsOfItselfInTheCatalogue) {
         (Texts{"1 1 64 1 1 0 0", "2 1 7 1 0 1 0"}));
 }
 
+TEST_F(Scan, LeavesTheCatalogueItselfOut) {
+    add("a.tif", tiffWith(5));
+    fs::create_directory_symlink(tree, folder.path("link"));
+    const std::string own = tree + "own.sqlite";
+    const CommandResult result =
+        runTool({"scan", tree, own, folder.path("link/own.sqlite"), "-o", own, "--force"});
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_EQ(countsOf(result), "1 file found: 1 written, 0 unchanged");
+}
+
+TEST_F(Scan, TakesEachNameOfACatalogueForAFile) {
+    const std::string path = folder.file("a.tif", tiffWith(5));
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path(""));
+    EXPECT_EQ(runTool({"scan", path, "-o", ":memory:"}).exitStatus, 0);
+    fs::current_path(before);
+    EXPECT_TRUE(fs::exists(folder.path(":memory:")));
+}
+
 TEST_F(Scan, WaitsForAnotherScanOfTheSameCatalogue) {
     add("a.tif", tiffWith(5));
     std::optional<tool::ScanLock> other(catalogue);
@@ -345,4 +364,8 @@ TEST_F(Scan, NamesWhatIsWrongOnTheCommandLine) {
     EXPECT_EQ(runTool({"scan", "-o", catalogue}).exitStatus, 2);
     EXPECT_EQ(runTool({"scan", "-o", catalogue, "-"}).exitStatus, 2);
     EXPECT_EQ(scan({"--max-values", "few"}).exitStatus, 2);
+    EXPECT_EQ(runTool({"scan", tree, "-o", "-"}).exitStatus, 2);
+    EXPECT_EQ(runTool({"scan", "-o", folder.path("a.TIF"), tree}).exitStatus, 2);
+    EXPECT_FALSE(fs::exists(folder.path("a.TIF")));
+    EXPECT_EQ(scan({"--files0-from", folder.file("names", "-")}).exitStatus, 2);
 }
