@@ -121,8 +121,10 @@ ExitStatus scanInto(Catalogue& catalogue, const std::string& path, const Argumen
                         .maxValues = arguments.whole("max-values").value_or(0),
                         .readsAll = arguments.isGiven("force"),
                         .leftOut = {}};
-    catalogue.beginScan(
-        {.version = CORVINEX_VERSION, .folder = options.folder, .maxValues = options.maxValues});
+    catalogue.beginScan({.version = CORVINEX_VERSION,
+                         .folder = options.folder,
+                         .maxValues = options.maxValues,
+                         .headerOffset = files.how.headerOffset});
     // Now that rows were written, all files of the database are there.
     for (const char* const ending : {"", "-wal", "-shm", "-lock"}) {
         if (const auto identity = identityOf(path + ending)) {
@@ -149,6 +151,10 @@ ExitStatus scanInto(Catalogue& catalogue, const std::string& path, const Argumen
     counts.removed = pruning.removed;
     catalogue.finishScan(counts);
     if (!files.isQuiet) {
+        if (const std::uint64_t number = catalogue.readOtherwise(); number != 0) {
+            err << "corvinex: " << countText(number, "unchanged file was", "unchanged files were")
+                << " read with another --max-values or --header-offset; --force reads again\n";
+        }
         printCounts(err, catalogue, counts, std::chrono::steady_clock::now() - start);
     }
     for (const std::string& root : pruning.refused) {
