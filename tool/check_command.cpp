@@ -8,6 +8,7 @@
 #include "tool/check_report.h"
 #include "tool/check_totals.h"
 #include "tool/finding_filter.h"
+#include "tool/interrupt_watch.h"
 #include "tool/many_files.h"
 #include "tool/usage_error.h"
 
@@ -77,8 +78,13 @@ ExitStatus runCheck(const Arguments& arguments, std::ostream& out, std::ostream&
     if (form == Form::Table) {
         out << checkHeading;
     }
+    // The totals are told before an interrupt ends the process.
+    const InterruptWatch watch;
     const ExitStatus status = inspectFiles(files, task, out, err);
     if (!files.isQuiet) {
+        if (InterruptWatch::isInterrupted()) {
+            err << "interrupted; ";
+        }
         totals.print(err, std::chrono::steady_clock::now() - start);
     }
     if (status == OutputFailed) {

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "inspect/reading/number_text.h"
@@ -30,6 +32,11 @@ using corvinex::inspect::reading::groupedText;
 
 constexpr std::size_t statusWidth = 14;
 constexpr std::size_t severityWidth = 9;
+
+bool isFolder(const std::string& name) {
+    std::error_code ignored;
+    return std::filesystem::is_directory(name, ignored);
+}
 
 std::string padded(std::string_view text, std::size_t width) {
     std::string result(text);
@@ -125,7 +132,8 @@ std::string findingsPhrase(const Verdict& verdict, bool hasNotes) {
 std::string phraseFor(const InspectedFile& file, const Verdict& verdict, bool hasNotes) {
     switch (verdict.status) {
         case Status::Unreadable:
-            return file.errorText();
+            return file.errorText() +
+                   (isFolder(file.facts().name) ? "; files in this folder are not checked" : "");
         case Status::NotAnImage:
             return file.file()->size() == 0 ? "the file is empty"
                                             : countText(file.file()->size(), "byte", "bytes") +
@@ -165,15 +173,24 @@ void writeCheckRecord(TextSink& sink, const InspectedFile& file, const Verdict& 
     for (const Finding* const finding : verdict.findings) {
         writeFinding(json, *finding);
     }
-    json.endArray().endObject().flush();
+    json.endArray();
+    if (file.error()) {
+        json.key<"reason">().string(file.error().message());
+    }
+    json.endObject().flush();
 }
 
 void writeCheckRows(TextSink& sink, const InspectedFile& file, const Verdict& verdict) {
+    std::string end(",");
+    if (file.error()) {
+        addCell(end, file.error().message());
+    }
+    end += "\r\n";
     std::string start;
     addCell(start, corvinex::inspect::validUtf8(file.facts().name));
     start.append(",").append(statusName(verdict.status)).append(",");
     if (verdict.findings.empty()) {
-        sink.write(start + ",,,,,\r\n");
+        sink.write(start + ",,,,," + end);
         return;
     }
     for (const Finding* const finding : verdict.findings) {
@@ -189,7 +206,7 @@ void writeCheckRows(TextSink& sink, const InspectedFile& file, const Verdict& ve
         row.append(finding->tag ? std::to_string(*finding->tag) : "").append(",");
         addCell(row, arguments);
         addCell(row.append(","), finding->text);
-        sink.write(row.append("\r\n"));
+        sink.write(row.append(end));
     }
 }
 

@@ -25,7 +25,7 @@ void writeCheckRecord(corvinex::inspect::TextSink& sink, const InspectedFile& fi
 
 /// The names of the table's columns, and the end of the line.
 inline constexpr std::string_view checkHeading =
-    "file,status,severity,id,directory,tag,arguments,text\r\n";
+    "file,status,severity,id,directory,tag,arguments,text,reason\r\n";
 
 /// A row for each finding, or one for a file without any.
 void writeCheckRows(corvinex::inspect::TextSink& sink, const InspectedFile& file,

@@ -17,12 +17,14 @@ void note(int signal) {
 }  // namespace
 
 InterruptWatch::InterruptWatch() {
-    received = 0;
     struct sigaction action {};
     action.sa_handler = note;
     action.sa_flags = SA_RESTART;
     sigaction(SIGINT, &action, &oldInterrupt_);
     sigaction(SIGTERM, &action, &oldTermination_);
+    if (oldInterrupt_.sa_handler != note && oldTermination_.sa_handler != note) {
+        received = 0;
+    }
     // Who started the tool may have had it pass over interrupts.
     if (oldInterrupt_.sa_handler == SIG_IGN) {
         sigaction(SIGINT, &oldInterrupt_, nullptr);

@@ -165,6 +165,10 @@ def compare(what, found, wanted):
 def check_halves(catalogue):
     """No file may be there in part, whenever the scan has ended."""
     database = sqlite3.connect(catalogue)
+    if not database.execute("SELECT count(*) FROM sqlite_master").fetchone()[0]:
+        print("the scan has ended before its tables were there", flush=True)
+        database.close()
+        return
     halves = database.execute(
         "SELECT count(*) FROM directories WHERE entries <> "
         "(SELECT count(*) FROM tags WHERE directory_id = directories.id)").fetchone()[0]

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -7,6 +9,7 @@
 
 #include "tests/tool/command_files.h"
 #include "tests/tool/run_command.h"
+#include "tests/tool/terminal_session.h"
 
 namespace {
 
@@ -188,13 +191,13 @@ TEST_F(Check, PrintsATableWithARowForEachFinding) {
     const std::string bad = folder.file("a.tif", pastEnd());
     const std::string good = folder.file("b.tif", withoutText());
     EXPECT_EQ(check({"--csv", "--only", "valuePastEnd", bad, good}).out,
-              "file,status,severity,id,directory,tag,arguments,text\r\n" + bad +
+              "file,status,severity,id,directory,tag,arguments,text,reason\r\n" + bad +
                   ",damaged,error,valuePastEnd,0,271,\"[1000,10]\",\"The value of Make (271), 10 "
-                  "bytes at 1000, ends past the end of the file.\"\r\n" +
+                  "bytes at 1000, ends past the end of the file.\",\r\n" +
                   bad +
                   ",damaged,error,valuePastEnd,0,271,\"[1000,10]\",\"The value of Make (271), 10 "
-                  "bytes at 1000, ends past the end of the file.\"\r\n" +
-                  good + ",ok,,,,,,\r\n");
+                  "bytes at 1000, ends past the end of the file.\",\r\n" +
+                  good + ",ok,,,,,,,\r\n");
 }
 
 TEST_F(Check, EndsWithOneWhenAFileIsAsBadAsAsked) {
@@ -222,6 +225,34 @@ TEST_F(Check, TellsWhyAFileCannotBeReadInItsLine) {
     const CommandResult result = check({"-q", missing});
     EXPECT_EQ(result.out, "unreadable    " + missing + "  No such file or directory\n");
     EXPECT_EQ(result.err, "");
+}
+
+TEST_F(Check, TellsWhyAFileCannotBeReadInRecordsAndTables) {
+    const std::string missing = folder.path("missing.tif");
+    EXPECT_EQ(json::parse(check({"--jsonl", missing}).out)["reason"], "No such file or directory");
+    EXPECT_TRUE(check({"--csv", missing}).out.ends_with(",No such file or directory\r\n"));
+}
+
+TEST_F(Check, SaysOfAFolderThatItsFilesAreNotChecked) {
+    std::filesystem::create_directories(folder.path("x/y"));
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "a superuser reads each folder";
+    }
+    std::filesystem::permissions(folder.path("x"), std::filesystem::perms::none);
+    const CommandResult result = check({"-q", folder.path("x")});
+    std::filesystem::permissions(folder.path("x"), std::filesystem::perms::owner_all);
+    EXPECT_EQ(result.out, "unreadable    " + folder.path("x") +
+                              "  Permission denied; files in this folder are not checked\n");
+}
+
+TEST_F(Check, TellsItsTotalsAfterAnInterrupt) {
+    const std::string path = folder.file("a.tif", withoutText());
+    TerminalSession session({"check", "-j1", path, "-"});
+    EXPECT_TRUE(session.waitFor("1 of 2 files, ")) << session.shown();
+    session.interrupt(SIGINT);
+    session.closeInput(withoutText());
+    EXPECT_EQ(session.wait(), -SIGINT);
+    EXPECT_NE(session.shown().find("interrupted; 2 files, "), std::string::npos) << session.shown();
 }
 
 TEST_F(Check, ShowsNamesSafelyOnALineOfTheirOwn) {

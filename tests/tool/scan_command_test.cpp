@@ -293,6 +293,66 @@ TEST_F(Scan, TellsOfItselfInTheCatalogue) {
         (Texts{"1 1 64 1 1 0 0", "2 1 7 1 0 1 0"}));
 }
 
+TEST_F(Scan, LeavesOneFileThatNeedsNoJournal) {
+    add("a.tif", tiffWith(5));
+    static_cast<void>(scan());
+    static_cast<void>(scan());
+    EXPECT_EQ(rows("PRAGMA journal_mode", 1), Texts{"delete"});
+    EXPECT_FALSE(fs::exists(catalogue + "-wal"));
+}
+
+TEST_F(Scan, EndsWellWhileSomebodySearchesTheCatalogue) {
+    add("a.tif", tiffWith(5));
+    TerminalSession session({"scan", tree, "--files0-from", "-", "-o", catalogue});
+    ASSERT_TRUE(session.waitFor("1 files, ")) << session.shown();
+    tool::Database reader(catalogue);
+    tool::Statement query(reader, "SELECT name FROM sqlite_master");
+    ASSERT_TRUE(query.next());
+    session.closeInput("");
+    EXPECT_EQ(session.wait(), 0) << session.shown();
+    query.reset();
+    EXPECT_EQ(rows("SELECT finished IS NOT NULL FROM scans", 1), Texts{"1"});
+}
+
+TEST_F(Scan, SaysThatUnchangedFilesWereReadWithOtherOptions) {
+    add("a.tif", tiffWith(5));
+    static_cast<void>(scan());
+    const std::string message =
+        "corvinex: 1 unchanged file was read with another --max-values or --header-offset; "
+        "--force reads again";
+    EXPECT_EQ(linesOf(scan({"--max-values", "7"}).err).front(), message);
+    EXPECT_EQ(linesOf(scan({"--header-offset", "0"}).err).front(), message);
+    EXPECT_EQ(countsOf(scan()), "1 file found: 0 written, 1 unchanged");
+    EXPECT_EQ(rows("SELECT max_values, header_offset FROM scans", 2),
+              (Texts{"64 null", "7 null", "64 0", "64 null"}));
+}
+
+TEST_F(Scan, GoesOnWithACatalogueThatHasFewerColumns) {
+    add("a.tif", tiffWith(5));
+    static_cast<void>(scan());
+    tool::Database(catalogue).execute("ALTER TABLE scans DROP COLUMN header_offset");
+    EXPECT_EQ(countsOf(scan()), "1 file found: 0 written, 1 unchanged");
+}
+
+TEST_F(Scan, LeavesTheCatalogueItselfOut) {
+    add("a.tif", tiffWith(5));
+    fs::create_directory_symlink(tree, folder.path("link"));
+    const std::string own = tree + "own.sqlite";
+    const CommandResult result =
+        runTool({"scan", tree, own, folder.path("link/own.sqlite"), "-o", own, "--force"});
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_EQ(countsOf(result), "1 file found: 1 written, 0 unchanged");
+}
+
+TEST_F(Scan, TakesEachNameOfACatalogueForAFile) {
+    const std::string path = folder.file("a.tif", tiffWith(5));
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path(""));
+    EXPECT_EQ(runTool({"scan", path, "-o", ":memory:"}).exitStatus, 0);
+    fs::current_path(before);
+    EXPECT_TRUE(fs::exists(folder.path(":memory:")));
+}
+
 TEST_F(Scan, WaitsForAnotherScanOfTheSameCatalogue) {
     add("a.tif", tiffWith(5));
     std::optional<tool::ScanLock> other(catalogue);
@@ -345,4 +405,8 @@ TEST_F(Scan, NamesWhatIsWrongOnTheCommandLine) {
     EXPECT_EQ(runTool({"scan", "-o", catalogue}).exitStatus, 2);
     EXPECT_EQ(runTool({"scan", "-o", catalogue, "-"}).exitStatus, 2);
     EXPECT_EQ(scan({"--max-values", "few"}).exitStatus, 2);
+    EXPECT_EQ(runTool({"scan", tree, "-o", "-"}).exitStatus, 2);
+    EXPECT_EQ(runTool({"scan", "-o", folder.path("a.TIF"), tree}).exitStatus, 2);
+    EXPECT_FALSE(fs::exists(folder.path("a.TIF")));
+    EXPECT_EQ(scan({"--files0-from", folder.file("names", "-")}).exitStatus, 2);
 }

@@ -22,24 +22,44 @@ bool needsWork(std::string_view name) {
     return name == "." || name == "..";
 }
 
+/// The length of a name up to its last part that leads back; 0 without one.
+std::size_t endOfWayBack(std::string_view name) {
+    for (std::size_t place = name.rfind(".."); place != std::string_view::npos;
+         place = place == 0 ? std::string_view::npos : name.rfind("..", place - 1)) {
+        const std::size_t end = place + 2;
+        const bool isPart =
+            (place == 0 || name[place - 1] == '/') && (end == name.size() || name[end] == '/');
+        if (isPart) {
+            return end;
+        }
+    }
+    return 0;
+}
+
 }  // namespace
 
-std::string absolutePath(const std::string& folder, const std::string& name) {
+std::string AbsolutePaths::resolved(std::string_view folder) {
+    const std::lock_guard lock(mutex_);
+    if (folder != lastFolder_) {
+        std::error_code error;
+        const std::filesystem::path path(folder);
+        const auto canonical = std::filesystem::weakly_canonical(path, error);
+        lastFolder_ = folder;
+        lastResolved_ = error ? path.string() : canonical.string();
+    }
+    return lastResolved_;
+}
+
+std::string AbsolutePaths::of(const std::string& name) {
     std::string whole =
-        name.starts_with('/') ? name : folder + (folder.ends_with('/') ? "" : "/") + name;
+        name.starts_with('/') ? name : folder_ + (folder_.ends_with('/') ? "" : "/") + name;
     if (!needsWork(name)) {
         return whole;
     }
-    std::filesystem::path path(whole);
-    for (const auto& part : path) {
-        if (part == "..") {
-            std::error_code error;
-            const auto resolved = std::filesystem::weakly_canonical(path, error);
-            path = error ? path : resolved;
-            break;
-        }
+    if (const std::size_t end = endOfWayBack(whole); end != 0) {
+        whole = resolved(std::string_view(whole).substr(0, end)) + whole.substr(end);
     }
-    std::string text = path.lexically_normal().string();
+    std::string text = std::filesystem::path(whole).lexically_normal().string();
     while (text.size() > 1 && text.ends_with('/')) {
         text.pop_back();
     }

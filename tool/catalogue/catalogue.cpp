@@ -148,6 +148,10 @@ void Catalogue::open() {
     if (database_.number("PRAGMA user_version") > schemaVersion) {
         throw DatabaseError(SQLITE_ERROR, "a later version of the tool has made it");
     }
+    if (database_.number("SELECT count(*) FROM pragma_table_info('scans') WHERE name = "
+                         "'header_offset'") == 0) {
+        database_.execute("ALTER TABLE scans ADD COLUMN header_offset");
+    }
     database_.execute(
         "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA cache_size = -16384;");
 }
@@ -164,7 +168,8 @@ Catalogue::State Catalogue::find(const std::string& path, const std::optional<Fi
         return State::Unknown;
     }
     const std::int64_t id = find.integer(4);
-    const bool isOfThisScan = find.integer(5) == scan_;
+    const std::int64_t scan = find.integer(5);
+    const bool isOfThisScan = scan == scan_;
     std::optional<FileStamp> known;
     // The permission to read a file may change without a trace in its stamp.
     if (find.text(0) != unreadable && !find.isNull(2)) {
@@ -181,6 +186,7 @@ Catalogue::State Catalogue::find(const std::string& path, const std::optional<Fi
         return State::Repeated;
     }
     ++unchanged_;
+    readOtherwise_ += scansWithOtherOptions_.contains(scan) ? 1 : 0;
     return State::Unchanged;
 }
 
@@ -193,12 +199,22 @@ void Catalogue::beginScan(const ScanFacts& facts) {
     const std::lock_guard lock(mutex_);
     const std::string started = now();
     Statement insert(database_,
-                     "INSERT INTO scans (started, version, folder, max_values) "
-                     "VALUES (?1, ?2, ?3, ?4)");
+                     "INSERT INTO scans (started, version, folder, max_values, header_offset) "
+                     "VALUES (?1, ?2, ?3, ?4, ?5)");
     insert.bind(1, std::string_view(started)).bind(2, std::string_view(facts.version));
     bindName(insert, 3, facts.folder);
-    insert.bindUnsigned(4, facts.maxValues).run();
+    insert.bindUnsigned(4, facts.maxValues);
+    bindNumber(insert, 5, facts.headerOffset);
+    insert.run();
     scan_ = database_.lastId();
+    Statement others(database_,
+                     "SELECT other.id FROM scans AS other JOIN scans AS mine ON mine.id = ?1 WHERE "
+                     "other.max_values IS NOT mine.max_values OR "
+                     "other.header_offset IS NOT mine.header_offset");
+    others.bind(1, scan_);
+    while (others.next()) {
+        scansWithOtherOptions_.insert(others.integer(0));
+    }
 }
 
 void Catalogue::begin() {
@@ -427,8 +443,8 @@ Pruning Catalogue::removeGone(std::span<const std::string> roots, bool isForced)
     }
     // One root may lie below another.
     std::ranges::sort(gone);
-    const auto repeated = std::ranges::unique(gone);
-    gone.erase(repeated.begin(), repeated.end());
+    // Not std::ranges::unique, which clang 14 cannot take from this library.
+    gone.erase(std::unique(gone.begin(), gone.end()), gone.end());
     removeAll(gone);
     pruning.removed = gone.size();
     return pruning;
@@ -478,6 +494,15 @@ void Catalogue::finishScan(const ScanCounts& counts) {
         .bindUnsigned(5, counts.removed)
         .bind(6, scan_)
         .run();
+    leaveOneFile();
+}
+
+void Catalogue::leaveOneFile() {
+    try {
+        database_.execute("PRAGMA busy_timeout = 0; PRAGMA journal_mode = DELETE;");
+    } catch (const DatabaseError&) {
+        // Somebody searches it right now: the next scan tries again.
+    }
 }
 
 }  // namespace tool

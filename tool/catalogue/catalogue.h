@@ -23,6 +23,7 @@ struct ScanFacts {
     std::string version;  ///< of the tool
     std::string folder;   ///< in which it was started
     std::uint64_t maxValues = 0;
+    std::optional<std::uint64_t> headerOffset;  ///< that was asked for
 };
 
 /// What became of the files of a scan.
@@ -81,6 +82,8 @@ class Catalogue {
     [[nodiscard]] bool hasCommitted() const noexcept { return hasCommitted_; }
     [[nodiscard]] std::uint64_t written() const noexcept { return written_; }
     [[nodiscard]] std::uint64_t unchanged() const noexcept { return unchanged_; }
+    /// How many of the unchanged files were read by a scan with other options.
+    [[nodiscard]] std::uint64_t readOtherwise() const noexcept { return readOtherwise_; }
     /// How often a file was found again.
     [[nodiscard]] std::uint64_t repeated() const noexcept { return repeated_; }
     /// How many of the files that were written have this status.
@@ -88,6 +91,9 @@ class Catalogue {
 
   private:
     void open();
+    /// Takes the journal into the database, which then can be searched where nothing may be
+    /// written.
+    void leaveOneFile();
     void begin();
     void writeFile(const FileRow& row);
     /// Inserts the row. False when there is one with this path.
@@ -127,7 +133,9 @@ class Catalogue {
     std::uint64_t pendingRows_ = 0;
     std::uint64_t written_ = 0;
     std::uint64_t unchanged_ = 0;
+    std::uint64_t readOtherwise_ = 0;
     std::uint64_t repeated_ = 0;
+    IdSet scansWithOtherOptions_;
     IdSet unchangedFiles_;
     std::map<std::string, std::uint64_t, std::less<>> byStatus_;  ///< files that were written
 };

@@ -1,10 +1,12 @@
 #include "tool/catalogue/scan_command.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -43,9 +45,10 @@ bool isGoneFromItsFolder(const std::string& path) {
 /// operand any more: it would get a row that tells of its absence.
 std::vector<std::string> takeRoots(std::vector<std::string>& operands, const std::string& folder,
                                    Catalogue& catalogue) {
+    AbsolutePaths paths(folder);
     std::vector<std::string> roots;
     std::erase_if(operands, [&](const std::string& operand) {
-        std::string root = absolutePath(folder, operand);
+        std::string root = paths.of(operand);
         std::error_code ignored;
         const bool isGone = isGoneFromItsFolder(root) && catalogue.hasBelow(root);
         if (isGone || std::filesystem::exists(operand, ignored)) {
@@ -76,6 +79,17 @@ void printCounts(std::ostream& err, const Catalogue& catalogue, const ScanCounts
     }
 }
 
+/// Such a name stands in the place of the catalogue's when that was forgotten.
+bool hasImageEnding(std::string_view name) {
+    static constexpr std::array<std::string_view, 6> endings{".tif", ".tiff", ".btf",
+                                                             ".dng", ".jpg",  ".jpeg"};
+    std::string ending = std::filesystem::path(name).extension().string();
+    std::ranges::transform(ending, ending.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return std::ranges::find(endings, ending) != endings.end();
+}
+
 /// One name for the file whatever links lead to it. The library takes some short names for a
 /// database in memory.
 std::string catalogueFile(const std::string& name) {
@@ -100,14 +114,23 @@ bool waitForLock(ScanLock& lock, const std::string& name, bool isQuiet, std::ost
     return true;
 }
 
-ExitStatus scanInto(Catalogue& catalogue, const Arguments& arguments, ManyFiles files,
-                    std::ostream& err) {
+ExitStatus scanInto(Catalogue& catalogue, const std::string& path, const Arguments& arguments,
+                    ManyFiles files, std::ostream& err) {
     const auto start = std::chrono::steady_clock::now();
-    const ScanOptions options{.folder = std::filesystem::current_path().string(),
-                              .maxValues = arguments.whole("max-values").value_or(0),
-                              .readsAll = arguments.isGiven("force")};
-    catalogue.beginScan(
-        {.version = CORVINEX_VERSION, .folder = options.folder, .maxValues = options.maxValues});
+    ScanOptions options{.folder = std::filesystem::current_path().string(),
+                        .maxValues = arguments.whole("max-values").value_or(0),
+                        .readsAll = arguments.isGiven("force"),
+                        .leftOut = {}};
+    catalogue.beginScan({.version = CORVINEX_VERSION,
+                         .folder = options.folder,
+                         .maxValues = options.maxValues,
+                         .headerOffset = files.how.headerOffset});
+    // Now that rows were written, all files of the database are there.
+    for (const char* const ending : {"", "-wal", "-shm", "-lock"}) {
+        if (const auto identity = identityOf(path + ending)) {
+            options.leftOut.push_back(*identity);
+        }
+    }
     const bool prunes = arguments.isGiven("prune");
     const auto roots = prunes ? takeRoots(files.paths.operands, options.folder, catalogue)
                               : std::vector<std::string>();
@@ -128,6 +151,10 @@ ExitStatus scanInto(Catalogue& catalogue, const Arguments& arguments, ManyFiles 
     counts.removed = pruning.removed;
     catalogue.finishScan(counts);
     if (!files.isQuiet) {
+        if (const std::uint64_t number = catalogue.readOtherwise(); number != 0) {
+            err << "corvinex: " << countText(number, "unchanged file was", "unchanged files were")
+                << " read with another --max-values or --header-offset; --force reads again\n";
+        }
         printCounts(err, catalogue, counts, std::chrono::steady_clock::now() - start);
     }
     for (const std::string& root : pruning.refused) {
@@ -158,7 +185,7 @@ ExitStatus scan(const Arguments& arguments, const ManyFiles& files, const std::s
     }
     Catalogue catalogue(path);
     try {
-        return scanInto(catalogue, arguments, files, err);
+        return scanInto(catalogue, path, arguments, files, err);
     } catch (const DatabaseError& error) {
         throw DatabaseError(
             error.code(), std::string(error.what()) +
@@ -172,6 +199,12 @@ ExitStatus runScan(const Arguments& arguments, std::ostream& /*out*/, std::ostre
     const auto name = arguments.text("output");
     if (!name || name->empty()) {
         throw UsageError("-o CATALOGUE is missing");
+    }
+    if (*name == InspectedFile::standardInput) {
+        throw UsageError("a catalogue cannot be written to the standard output");
+    }
+    if (hasImageEnding(*name)) {
+        throw UsageError("-o: " + visibleText(*name) + " has the ending of an image");
     }
     const ManyFiles files = manyFiles(arguments);
     if (std::ranges::find(files.paths.operands, InspectedFile::standardInput) !=

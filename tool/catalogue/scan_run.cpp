@@ -1,5 +1,8 @@
 #include "tool/catalogue/scan_run.h"
 
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <new>
@@ -9,10 +12,10 @@
 #include <vector>
 
 #include "inspect/record/record_head.h"
-#include "tool/catalogue/absolute_path.h"
 #include "tool/catalogue/row_collector.h"
 #include "tool/inspected_file.h"
 #include "tool/text_display.h"
+#include "tool/usage_error.h"
 
 namespace tool {
 namespace {
@@ -64,12 +67,21 @@ class QueuedBlocks final : public BlockSink {
 
 }  // namespace
 
+std::optional<FileIdentity> identityOf(const std::string& path) {
+    struct stat facts {};
+    if (stat(path.c_str(), &facts) != 0) {
+        return std::nullopt;
+    }
+    return FileIdentity{.device = facts.st_dev, .inode = facts.st_ino};
+}
+
 ScanRun::ScanRun(const ManyFiles& files, const ScanOptions& options, Catalogue& catalogue,
                  std::ostream& err)
     : files_(files),
       options_(options),
       catalogue_(catalogue),
       err_(err),
+      absolutePaths_(options.folder),
       paths_(withStamps(files.paths)),
       progress_(std::in_place, err, !files.isQuiet, files.paths) {}
 
@@ -113,10 +125,28 @@ void ScanRun::readFiles() {
     queue_.leave();
 }
 
+bool ScanRun::isLeftOut(const ListedPath& path) const {
+    const auto hasInode = [&](const FileIdentity& own) {
+        return path.stamp && own.inode == path.stamp->inode;
+    };
+    // Most files are told apart without another call of the system.
+    if (std::ranges::none_of(options_.leftOut, hasInode)) {
+        return false;
+    }
+    const auto identity = identityOf(path.name);
+    return identity && std::ranges::find(options_.leftOut, *identity) != options_.leftOut.end();
+}
+
 void ScanRun::read(const SharedPaths::Taken& taken) {
     QueuedBlocks blocks(queue_, taken.number);
     const ListedPath& path = taken.path;
-    const std::string absolute = absolutePath(options_.folder, path.name);
+    if (path.name == InspectedFile::standardInput) {
+        throw UsageError("the standard input has no place in a catalogue");
+    }
+    if (isLeftOut(path)) {
+        return;
+    }
+    const std::string absolute = absolutePaths_.of(path.name);
     const auto state = catalogue_.find(absolute, path.stamp, options_.readsAll);
     if (state == Catalogue::State::Unchanged || state == Catalogue::State::Repeated) {
         progress_->add(0);

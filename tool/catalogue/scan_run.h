@@ -5,7 +5,9 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <vector>
 
+#include "tool/catalogue/absolute_path.h"
 #include "tool/catalogue/catalogue.h"
 #include "tool/catalogue/row_queue.h"
 #include "tool/many_files.h"
@@ -14,10 +16,22 @@
 
 namespace tool {
 
+/// What tells a file from all others, whatever its name.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    bool operator==(const FileIdentity&) const = default;
+};
+/// Nothing for what is not there.
+[[nodiscard]] std::optional<FileIdentity> identityOf(const std::string& path);
+
 struct ScanOptions {
     std::string folder;  ///< absolute, that names count from
     std::uint64_t maxValues = 64;
     bool readsAll = false;  ///< files as well that have not changed
+    /// The catalogue's own files. To open and close one of them would take off the locks that the
+    /// process has on the database.
+    std::vector<FileIdentity> leftOut;
 };
 
 /// Reads the files of a command into a catalogue: several threads read, the calling one writes.
@@ -35,6 +49,7 @@ class ScanRun {
 
   private:
     void readFiles();
+    [[nodiscard]] bool isLeftOut(const ListedPath& path) const;
     void read(const SharedPaths::Taken& taken);
     void writeAll();
 
@@ -42,6 +57,7 @@ class ScanRun {
     const ScanOptions& options_;
     Catalogue& catalogue_;
     std::ostream& err_;
+    AbsolutePaths absolutePaths_;
     SharedPaths paths_;
     std::optional<ProgressLine> progress_;  ///< until the work is done
     RowQueue queue_;

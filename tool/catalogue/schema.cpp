@@ -15,7 +15,8 @@ CREATE TABLE scans (
     found INTEGER,
     written INTEGER,
     unchanged INTEGER,
-    removed INTEGER
+    removed INTEGER,
+    header_offset
 );
 CREATE TABLE files (
     id INTEGER PRIMARY KEY,
