@@ -57,6 +57,10 @@ std::optional<FileStamp> stampFrom(const struct stat& facts) {
 
 }  // namespace
 
+bool hasImageEnding(std::string_view name) {
+    return endsInOneOf(name, imageEndings);
+}
+
 std::optional<FileStamp> stampOf(const std::string& path) {
     struct stat facts {};
     return stat(path.c_str(), &facts) == 0 ? stampFrom(facts) : std::nullopt;
@@ -132,7 +136,7 @@ bool PathList::enter(const std::string& path) {
 }
 
 bool PathList::promisesImage(std::string_view name) const {
-    return endsInOneOf(name, imageEndings) || endsInOneOf(name, options_.extensions);
+    return hasImageEnding(name) || endsInOneOf(name, options_.extensions);
 }
 
 bool PathList::isWanted(std::string_view name) const {

@@ -29,6 +29,9 @@ struct FileStamp {
     bool operator==(const FileStamp&) const = default;
 };
 
+/// Whether a name ends as those of TIFF and JPEG files do, in any case.
+[[nodiscard]] bool hasImageEnding(std::string_view name);
+
 /// Nothing for what is not there and for what is no regular file.
 [[nodiscard]] std::optional<FileStamp> stampOf(const std::string& path);
 

@@ -79,17 +79,6 @@ void printCounts(std::ostream& err, const Catalogue& catalogue, const ScanCounts
     }
 }
 
-/// Such a name stands in the place of the catalogue's when that was forgotten.
-bool hasImageEnding(std::string_view name) {
-    static constexpr std::array<std::string_view, 6> endings{".tif", ".tiff", ".btf",
-                                                             ".dng", ".jpg",  ".jpeg"};
-    std::string ending = std::filesystem::path(name).extension().string();
-    std::ranges::transform(ending, ending.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return std::ranges::find(endings, ending) != endings.end();
-}
-
 /// One name for the file whatever links lead to it. The library takes some short names for a
 /// database in memory.
 std::string catalogueFile(const std::string& name) {
