@@ -254,7 +254,7 @@ constexpr auto findings = std::to_array<FindingExplanation>({
      "Numerator and denominator are given as they stand.",
      "Nothing needs to be done."},
     {"dateForm",
-     "The date is not written as \"YYYY:MM:DD HH:MM:SS\", or in GPS fields as \"YYYY:MM:DD\".",
+     R"(The date is not written as "YYYY:MM:DD HH:MM:SS", or in GPS fields as "YYYY:MM:DD".)",
      "The text is given as it stands.",
      "Correct the date with a metadata editor if it is to be sorted or searched."},
     {"dateImpossible",

@@ -1,7 +1,6 @@
 #include "tool/catalogue/scan_command.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <filesystem>
 #include <optional>
