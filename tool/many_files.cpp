@@ -33,12 +33,13 @@ class FileRun {
 
     /// What each thread does until no file is left.
     void work() {
+        std::string text;
         while (!output_.hasFailed()) {
             const auto taken = paths_.take();
             if (!taken) {
                 return;
             }
-            OrderedOutput::Turn turn(output_, taken->number);
+            OrderedOutput::Turn turn(output_, taken->number, text);
             std::string message;
             try {
                 message = read(taken->path, turn);

@@ -46,10 +46,13 @@ void OrderedOutput::endTurn(std::string_view text, std::string_view message) {
 
 /// Writes what was left for the turns that have come.
 void OrderedOutput::endTurnsLeft() {
-    for (auto* left = &left_[turn_ % mostAhead]; *left; left = &left_[turn_ % mostAhead]) {
-        endTurn((*left)->text, (*left)->message);
-        leftBytes_ -= (*left)->text.size();
-        left->reset();
+    for (Left* left = &left_[turn_ % mostAhead]; left->isThere; left = &left_[turn_ % mostAhead]) {
+        endTurn(left->text, left->message);
+        leftBytes_ -= left->text.size();
+        left->isThere = false;
+        if (left->text.capacity() > mostMemoryKept) {
+            left->text = std::string();
+        }
     }
 }
 
@@ -59,7 +62,10 @@ void OrderedOutput::Turn::finish(std::string message) {
     output.turned_.wait(lock, [&] { return output.hasRoomFor(number_, text_.size()); });
     if (number_ != output.turn_) {
         output.leftBytes_ += text_.size();
-        output.left_[number_ % mostAhead] = Left{std::move(text_), std::move(message)};
+        Left& left = output.left_[number_ % mostAhead];
+        left.isThere = true;
+        left.text.swap(text_);
+        left.message = std::move(message);
         return;
     }
     output.endTurn(text_, message);

@@ -10,7 +10,6 @@
 #include <exception>
 #include <functional>
 #include <mutex>
-#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -33,7 +32,11 @@ class OrderedOutput {
     /// The place of one task. Used by the thread that does it.
     class Turn final : public corvinex::inspect::TextSink {
       public:
-        Turn(OrderedOutput& output, std::uint64_t number) : output_(output), number_(number) {}
+        /// Collects in the thread's own text, whose memory serves from one task to the next.
+        Turn(OrderedOutput& output, std::uint64_t number, std::string& text)
+            : output_(output), number_(number), text_(text) {
+            text_.clear();
+        }
 
         /// Text for the output.
         void write(std::string_view text) override;
@@ -48,7 +51,7 @@ class OrderedOutput {
 
         OrderedOutput& output_;
         std::uint64_t number_;
-        std::string text_;
+        std::string& text_;
     };
 
     /// Whether the output takes no more.
@@ -57,7 +60,8 @@ class OrderedOutput {
   private:
     /// What a task that is ahead of its turn has left.
     struct Left {
-        std::string text;
+        bool isThere = false;
+        std::string text;  ///< keeps its memory for the next one
         std::string message;
     };
 
@@ -70,6 +74,7 @@ class OrderedOutput {
     // Enough that nobody waits while one file takes longer than its neighbours.
     static constexpr std::size_t mostAhead = 64;
     static constexpr std::size_t mostLeft = std::size_t{4} << 20U;
+    static constexpr std::size_t mostMemoryKept = std::size_t{64} << 10U;  ///< by each that is left
 
     std::ostream& out_;
     std::ostream& err_;
@@ -77,7 +82,7 @@ class OrderedOutput {
     std::mutex mutex_;
     std::condition_variable turned_;
     std::uint64_t turn_ = 0;
-    std::array<std::optional<Left>, mostAhead> left_;  ///< by number, modulo its size
+    std::array<Left, mostAhead> left_;  ///< by number, modulo its size
     std::size_t leftBytes_ = 0;
     std::atomic<bool> hasFailed_{false};
     const bool isOnTerminal_ = isatty(STDOUT_FILENO) != 0;

@@ -99,6 +99,15 @@ std::string convertFromFallback(std::string_view bytes) {
         const auto code = static_cast<std::uint8_t>(byte);
         const bool isOther = code < 0x80 || code > 0x9F;
         const char16_t character = isOther ? code : characters.at(code - 0x80U);
+        if (character < 0x80) {
+            result += static_cast<char>(character);
+            continue;
+        }
+        if (character < 0x800) {
+            result += static_cast<char>(0xC0 | (character >> 6U));
+            result += static_cast<char>(0x80 | (character & 0x3FU));
+            continue;
+        }
         std::array<std::uint8_t, U8_MAX_LENGTH> units{};
         std::size_t length = 0;
         U8_APPEND_UNSAFE(units, length, character);
