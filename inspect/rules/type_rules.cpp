@@ -68,7 +68,7 @@ void checkCount(RuleContext& context, const ListedTag& tag, SoundEntry entry) {
 
 void checkDenominators(RuleContext& context, const ListedTag& tag, SoundEntry entry) {
     constexpr std::size_t mostValues = 16;
-    // Resolutions have a rule of their own; a lens specification says by 0/0 what is unknown.
+    // Resolutions have a rule of their own; LensSpecification tells by 0/0 what is unknown.
     constexpr std::array<std::uint16_t, 3> exempt{282, 283, 42034};
     const EntryRecord& record = *entry.record;
     if (!isRational(record) || record.count > mostValues ||

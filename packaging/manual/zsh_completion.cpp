@@ -8,7 +8,7 @@
 namespace manual {
 namespace {
 
-/// A text within single quotes, in which no character ends a part of a specification.
+/// A text within single quotes, in which no character ends a field of what _arguments is told.
 std::string escaped(std::string_view text) {
     std::string result;
     for (const char character : text) {
