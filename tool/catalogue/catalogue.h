@@ -90,6 +90,9 @@ class Catalogue {
     [[nodiscard]] std::uint64_t writtenWith(std::string_view status) const;
 
   private:
+    static constexpr std::uint64_t filesInTransaction = 2000;
+    static constexpr std::string_view unreadable = "unreadable";  ///< a status
+
     void open();
     /// Takes the journal into the database, which then can be searched where nothing may be
     /// written.
