@@ -71,7 +71,7 @@ TEST_F(ShowCommand, SkippingAllDirectoriesIsAnErrorThatTellsHowManyThereAre) {
         EXPECT_EQ(result.exitStatus, 1);
         EXPECT_EQ(result.out, "");
         EXPECT_EQ(result.err, "corvinex: " + path +
-                                  ": error: the file has 2 directories; --skip 2 leaves none\n");
+                                  ": error: the file has 2 directories; skipping 2 leaves none\n");
     }
 }
 
