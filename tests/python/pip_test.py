@@ -40,8 +40,8 @@ def wheel(python: pathlib.Path, tmp_path_factory: pytest.TempPathFactory) -> pat
     folder = tmp_path_factory.mktemp("wheel")
     build = os.environ["CORVINEX_WHEEL_FOLDER"]
     setting = f"--config-settings=build-folder={build}"
-    pip = [python, "-m", "pip", "wheel", "--no-index", "--no-deps"]
-    run(*pip, setting, "--wheel-dir", folder, ROOT / "python")
+    options = ("--no-index", "--no-deps", setting, "--wheel-dir")
+    run(python, "-m", "pip", "wheel", *options, folder, ROOT / "python")
     (made,) = folder.iterdir()
     return made
 
