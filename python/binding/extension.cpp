@@ -1,6 +1,8 @@
 #include <pybind11/numpy.h>
 #include <pybind11/pybind11.h>
 
+#include <exception>
+
 #include "python/binding/bindings.h"
 
 // What PYBIND11_MODULE would write, with a look at the interpreter before anything else: what
@@ -49,6 +51,11 @@ PYBIND11_PLUGIN_IMPL(_native) {
             pybind11::module_::create_extension_module("_native", nullptr, &definition);
         bind(extension);
         return extension.ptr();
+    } catch (pybind11::error_already_set& error) {
+        error.restore();  // as it is: a package that is missing is named
+        return nullptr;
+    } catch (const std::exception& error) {
+        PyErr_SetString(PyExc_ImportError, error.what());
+        return nullptr;
     }
-    PYBIND11_CATCH_INIT_EXCEPTIONS
 }

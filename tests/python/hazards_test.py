@@ -10,8 +10,6 @@ import signal
 import subprocess
 import sys
 import textwrap
-import time
-import warnings
 
 import pytest
 
@@ -150,6 +148,11 @@ def test_other_interpreters_of_a_process_get_an_import_error(first: str) -> None
         corvinex.__version__,
     ], result.stderr
     assert result.returncode == 0
+
+
+def test_an_import_without_numpy_names_it() -> None:
+    result = run("import sys; sys.modules['numpy'] = None; import corvinex")
+    assert "ModuleNotFoundError: No module named 'numpy" in result.stderr
 
 
 def test_memory_that_runs_out_is_a_memory_error(tmp_path: pathlib.Path) -> None:
