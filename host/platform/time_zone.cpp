@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "host/interface/platform.h"
+#include "host/platform/forking.h"
 
 namespace fl::i18n::time_zone {
 
@@ -19,6 +20,12 @@ constexpr const char* utcName = "UTC";
 constinit bool isZoneUnread = false;
 // The C library has a lock of its own, which checkers of threads do not see.
 constinit std::mutex zoneMutex;
+
+std::mutex& mutexOfZone() noexcept {
+    return zoneMutex;
+}
+
+[[maybe_unused]] const bool isForkable = host::holdWhileForking<mutexOfZone>();
 
 /// Has the C library look at TZ anew, which may have changed. False when there was not the memory.
 [[nodiscard]] bool readLocalZone() noexcept {
@@ -59,6 +66,8 @@ boost::posix_time::ptime from_utc(const boost::posix_time::ptime& utc, const tim
     if (!readLocalZone()) {
         throw std::bad_alloc();
     }
+    // The lock of the C library is none that a forked process finds free.
+    const std::lock_guard lock(zoneMutex);
     if (::localtime_r(&seconds, &local) == nullptr) {
         throw std::out_of_range("the local time of " + std::to_string(seconds) +
                                 " s after 1970 cannot be told");

@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "host/platform/forking.h"
+
 namespace host {
 
 namespace {
@@ -30,6 +32,10 @@ class LatestTables {
         oldest_ = (oldest_ + 1) % tables_.size();
     }
 
+    // For a process that is forked.
+    void lock() { mutex_.lock(); }
+    void unlock() { mutex_.unlock(); }
+
   private:
     // As many as one directory of a photo has below it, and some.
     std::array<std::shared_ptr<FieldTable>, 8> tables_;
@@ -48,15 +54,21 @@ union LastingTables {
 
 constinit LastingTables latest;
 
+LatestTables& latestTables() noexcept {
+    return latest.tables;
+}
+
+[[maybe_unused]] const bool isForkable = holdWhileForking<latestTables>();
+
 }  // namespace
 
 std::shared_ptr<FieldTable> FieldTable::of(std::span<const char* const> names) {
-    std::shared_ptr<FieldTable> table = latest.tables.find([names](const auto& candidate) {
+    std::shared_ptr<FieldTable> table = latestTables().find([names](const auto& candidate) {
         return candidate != nullptr && candidate->hasNames(names);
     });
     if (table == nullptr) {
         table = std::make_shared<FieldTable>(names);
-        latest.tables.add(table);
+        latestTables().add(table);
     }
     return table;
 }

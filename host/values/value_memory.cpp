@@ -1,6 +1,5 @@
 #include "host/values/value_memory.h"
 
-#include <pthread.h>
 #include <sanitizer/asan_interface.h>
 #include <sys/single_threaded.h>
 
@@ -12,6 +11,7 @@
 #include <new>
 #include <thread>
 
+#include "host/platform/forking.h"
 #include "host/values/fresh_memory.h"
 
 // A resource of our own, because making and destroying small values is most of what a host does
@@ -108,14 +108,13 @@ class ShortLock {
 /// thread alone, it needs neither its place nor a lock.
 class ValueMemory final : public std::pmr::memory_resource {
   public:
-    /// A process that is forked while a thread of its parent holds a lock would wait for that
-    /// thread, which it has not.
-    void holdAll() noexcept {
+    // For a process that is forked.
+    void lock() noexcept {
         for (Share& share : shares_) {
             share.lock.lock();
         }
     }
-    void letAllGo() noexcept {
+    void unlock() noexcept {
         for (Share& share : shares_) {
             share.lock.unlock();
         }
@@ -187,21 +186,16 @@ union Lasting {
 
 constinit Lasting lasting;
 
-void holdAll() {
-    lasting.memory.holdAll();
+ValueMemory& lastingMemory() noexcept {
+    return lasting.memory;
 }
 
-void letAllGo() {
-    lasting.memory.letAllGo();
-}
-
-// Without memory for it nothing is done, and there is no way to tell.
-[[maybe_unused]] const int isForkable = ::pthread_atfork(holdAll, letAllGo, letAllGo);
+[[maybe_unused]] const bool isForkable = holdWhileForking<lastingMemory>();
 
 }  // namespace
 
 std::pmr::memory_resource& valueMemory() noexcept {
-    return lasting.memory;
+    return lastingMemory();
 }
 
 }  // namespace host
