@@ -61,6 +61,12 @@ class Manual(unittest.TestCase):
             for option in options(command):
                 self.assertRegex(text, rf"(?m)^ {{7}}(-\w, )?{option}\b")
 
+    def test_pages_tell_what_each_exit_status_means(self):
+        for name in ["corvinex", *(f"corvinex-{command}" for command in commands())]:
+            text = page(name).split(".SH EXIT STATUS\n")[1].split(".SH")[0]
+            self.assertEqual(re.findall(r"(?m)^\.B (\d)$", text), ["0", "1", "2", "3"], name)
+        self.assertIn(".B 1\nThe files differ.\n", page("corvinex-diff"))
+
     def test_pages_are_without_fault_for_a_formatter(self):
         with tempfile.NamedTemporaryFile("w", suffix=".1") as file:
             for name in ["corvinex", *(f"corvinex-{command}" for command in commands())]:
