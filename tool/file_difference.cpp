@@ -1,17 +1,16 @@
 #include "tool/file_difference.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "inspect/reading/number_text.h"
 #include "inspect/value_budget.h"
+#include "tool/directory_pairs.h"
 #include "tool/display_width.h"
 #include "tool/entry_view.h"
 #include "tool/file_phrase.h"
@@ -74,23 +73,17 @@ class Differences {
         : sink_(out), left_(left), right_(right), view_(view) {}
 
     DifferenceCount write() {
-        std::unordered_map<std::string, const Directory*> others;
-        for (const Directory& directory : right_.file.directories()) {
-            others.emplace(directory.path(), &directory);
-        }
+        const DirectoryPairs pairs = pairDirectories(left_.file, right_.file);
+        const std::span<const Directory> lefts = left_.file.directories();
+        const std::span<const Directory> rights = right_.file.directories();
         for (const std::uint32_t index : readingOrder(left_.file)) {
-            const Directory& directory = left_.file.directories()[index];
-            const auto found = others.find(directory.path());
-            const Directory* const other = found == others.end() ? nullptr : found->second;
-            compareDirectories(directory.path(), &directory, other);
-            if (other != nullptr) {
-                others.erase(found);
-            }
+            const std::uint32_t other = pairs.ofLeft[index];
+            compareDirectories(lefts[index].path(), &lefts[index],
+                               other == DirectoryPairs::none ? nullptr : &rights[other]);
         }
         for (const std::uint32_t index : readingOrder(right_.file)) {
-            const Directory& directory = right_.file.directories()[index];
-            if (others.contains(directory.path())) {
-                compareDirectories(directory.path(), nullptr, &directory);
+            if (!pairs.isPaired[index]) {
+                compareDirectories(rights[index].path(), nullptr, &rights[index]);
             }
         }
         return count_;

@@ -37,8 +37,8 @@ struct NamedFile {
 /// together, and in them the entries with the same number, in their order where there are several.
 /// Of entries that tell positions in the file only the number of elements is compared. Writes what
 /// differs, under the names of both files; nothing when nothing does. Nothing from the files makes
-/// a terminal act. Takes time and memory in proportion to both files, and n log n of a directory's
-/// entries. Raises std::system_error when a file cannot be read.
+/// a terminal act. Takes memory in proportion to both files, and time n log n of their
+/// directories and of a directory's entries. Raises std::system_error when a file cannot be read.
 DifferenceCount writeDifferences(std::ostream& out, const NamedFile& left, const NamedFile& right,
                                  const DifferenceView& view);
 
