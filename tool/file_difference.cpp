@@ -119,7 +119,7 @@ class Differences {
             }
             return;
         }
-        path_ = &path;
+        heading_ = path;
         auto one = lefts.begin();
         auto other = rights.begin();
         while (one != lefts.end() || other != rights.end()) {
@@ -184,9 +184,9 @@ class Differences {
     void beginDifference() {
         writeNames();
         ++count_.differences;
-        if (path_ != nullptr) {
-            sink_.write('\n' + view_.terminal.painted(Ink::Heading, *path_) + ":\n");
-            path_ = nullptr;
+        if (!heading_.empty()) {
+            sink_.write('\n' + view_.terminal.painted(Ink::Heading, heading_) + ":\n");
+            heading_.clear();
             isInList_ = false;
         }
     }
@@ -281,8 +281,8 @@ class Differences {
     Side left_;
     Side right_;
     const DifferenceView& view_;
-    const std::string* path_ = nullptr;  ///< of the directory, while none of it has been written
-    bool isInList_ = false;              ///< a directory that one file alone has was the last
+    std::string heading_;    ///< the path of a directory of which nothing has been written
+    bool isInList_ = false;  ///< a directory that one file alone has was the last
     DifferenceCount count_;
 };
 
