@@ -178,6 +178,7 @@ class RowCollector {
     void collect(const std::string& path, const std::optional<FileStamp>& stamp) {
         block_.file = fileRow(path, stamp);
         if (file_ != nullptr) {
+            reserve();
             std::uint32_t position = 0;
             for (const Directory& directory : file_->directories()) {
                 collectDirectory(directory, position++);
@@ -192,6 +193,18 @@ class RowCollector {
     }
 
   private:
+    void reserve() {
+        constexpr std::size_t usualText = 32;
+        std::size_t count = 0;
+        for (const Directory& directory : file_->directories()) {
+            count += directory.entries().size();
+        }
+        count = std::min(count, blockSize / sizeof(TagRow));
+        block_.tags.reserve(count);
+        block_.texts.reserve(count * usualText);
+        block_.directories.reserve(std::min(file_->directories().size(), count));
+    }
+
     FileRow fileRow(const std::string& path, const std::optional<FileStamp>& stamp) {
         const corvinex::inspect::FileFacts& facts = inspected_.facts();
         FileRow row;

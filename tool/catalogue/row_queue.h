@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -40,7 +41,13 @@ class RowQueue {
         bool isWhole = false;
     };
 
+    /// With so many files and bytes ahead at most.
+    [[nodiscard]] bool mayPut(std::uint64_t number, std::uint64_t files, std::size_t bytes) const;
     void advance();
+    [[nodiscard]] bool hasNext() const;
+    [[nodiscard]] bool isWorthWaking() const noexcept;
+    void wakeWriter();
+    void takeSeveral();
 
     std::mutex mutex_;
     std::condition_variable filled_;
@@ -49,7 +56,9 @@ class RowQueue {
     std::uint64_t next_ = 0;  ///< the file whose blocks are handed over
     std::size_t bytes_ = 0;
     unsigned readers_ = 0;
-    bool isStopped_ = false;
+    unsigned waitingReaders_ = 0;
+    std::atomic<bool> isStopped_{false};
+    std::deque<RowBlock> handedOver_;  ///< to the writer, who alone touches them
 };
 
 }  // namespace tool

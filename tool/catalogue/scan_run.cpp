@@ -82,7 +82,7 @@ ScanRun::ScanRun(const ManyFiles& files, const ScanOptions& options, Catalogue& 
       catalogue_(catalogue),
       err_(err),
       absolutePaths_(options.folder),
-      paths_(withStamps(files.paths)),
+      paths_(withStamps(files.paths), files.threads, 1),
       progress_(std::in_place, err, !files.isQuiet, files.paths) {}
 
 void ScanRun::run() {
@@ -92,7 +92,7 @@ void ScanRun::run() {
         for (unsigned reader = 0; reader < files_.threads; ++reader) {
             queue_.enter();
             try {
-                readers.emplace_back([this] { readFiles(); });
+                readers.emplace_back([this, reader] { readFiles(reader); });
             } catch (const std::system_error&) {
                 queue_.leave();
                 if (readers.empty()) {
@@ -113,8 +113,8 @@ void ScanRun::run() {
     catalogue_.commit();
 }
 
-void ScanRun::readFiles() {
-    while (const auto taken = paths_.take()) {
+void ScanRun::readFiles(std::size_t thread) {
+    while (const auto taken = paths_.take(thread)) {
         try {
             read(*taken);
         } catch (...) {
@@ -149,13 +149,13 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
     const std::string absolute = absolutePaths_.of(path.name);
     const auto state = catalogue_.find(absolute, path.stamp, options_.readsAll);
     if (state == Catalogue::State::Unchanged || state == Catalogue::State::Repeated) {
-        progress_->add(0);
+        progress_->add(1, 0);
         ++taken_;
         return;
     }
     const auto now = std::chrono::system_clock::now();
     const InspectedFile file(path.name, files_.how);
-    progress_->add(file.file() == nullptr ? 1 : file.file()->findings().size());
+    progress_->add(1, file.file() == nullptr ? 1 : file.file()->findings().size());
     // What was an image when it was read before is not passed over now.
     if (!path.isAsked && !file.isImage() && state == Catalogue::State::Unknown) {
         return;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <ostream>
@@ -48,7 +49,7 @@ class ScanRun {
     [[nodiscard]] ScanCounts counts() const;
 
   private:
-    void readFiles();
+    void readFiles(std::size_t thread);
     [[nodiscard]] bool isLeftOut(const ListedPath& path) const;
     void read(const SharedPaths::Taken& taken);
     void writeAll();
