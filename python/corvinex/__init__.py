@@ -1,5 +1,13 @@
 """Reads the tags of TIFF, BigTIFF and EXIF files."""
 
+from __future__ import annotations
+
 from corvinex import _native
 
+_native.require_main_interpreter()
+
+from corvinex._reports import Error, TagWarning
+from corvinex._result import Directories, Directory, RawDirectory, read
+
+__all__ = ["Directories", "Directory", "Error", "RawDirectory", "TagWarning", "read"]
 __version__: str = _native.version
