@@ -2,8 +2,8 @@
 
 #include <pybind11/pybind11.h>
 
-// What the extension module holds, topic by topic. Each function adds its classes and functions to the
-// module when it is imported.
+// What the extension module holds, topic by topic. Each function adds its classes and functions to
+// the module when it is imported.
 
 namespace python {
 
