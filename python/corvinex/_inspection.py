@@ -3,21 +3,17 @@
 from __future__ import annotations
 
 import dataclasses
-import io
 import json
-import os
-import tempfile
 from collections.abc import Iterable, Iterator, Sequence
 from types import TracebackType
-from typing import Any, BinaryIO, NoReturn, TypeVar, Union, overload
+from typing import Any, NoReturn, TypeVar, Union, overload
 
 from corvinex import _native
 from corvinex._native import Entry
+from corvinex._source import Source, resolve
 
-Fact = Union[int, float, str, list[float]]
 # What is told of a file as a whole, or of a directory.
-
-Source = Union[str, "os.PathLike[str]", "os.PathLike[bytes]", bytes, bytearray, memoryview, BinaryIO]
+Fact = Union[int, float, str, list[float]]
 
 Default = TypeVar("Default")
 
@@ -290,38 +286,6 @@ def _words(tags: Iterable[str | int] | None) -> list[str]:
     return [] if tags is None else [_word(tag) for tag in tags]
 
 
-def _path(name: str | bytes) -> tuple[str, bytes]:
-    """A name as it was given, and as the system has it."""
-    if (b"\0" if isinstance(name, bytes) else "\0") in name:  # type: ignore[operator]
-        raise ValueError("a zero in the name of a file")
-    return os.fsdecode(name), os.fsencode(name)
-
-
-def _is_plain(source: object) -> bool:
-    """Whether what a file object reads is what its descriptor reads.
-
-    Those that decompress tell the descriptor of what they read from.
-    """
-    if isinstance(source, tempfile._TemporaryFileWrapper):
-        source = source.file
-    if type(source) in (io.BufferedReader, io.BufferedRandom):
-        source = source.raw  # type: ignore[attr-defined]
-    return type(source) is io.FileIO
-
-
-def _bytes_of(source: Any) -> Any:
-    """All that a file object gives, from its start where it can go there."""
-    place = source.tell() if getattr(source, "seekable", bool)() else None
-    if place is not None:
-        source.seek(0)
-    content = source.read()
-    if place is not None:
-        source.seek(place)
-    if isinstance(content, str):
-        raise TypeError("the file object gives text; open it in binary mode")
-    return content
-
-
 def inspect(
     source: Source,
     *,
@@ -354,25 +318,6 @@ def inspect(
     if header_offset is not None and not 0 <= header_offset < 2**64:
         raise ValueError("header_offset is a position: 0 to 2^64 - 1")
     words = _words(tags)
-    name: str | None = None
-    system_name: bytes | None = None
-    content: Any = None
-    if isinstance(source, (str, os.PathLike)):
-        name, system_name = _path(os.fspath(source))
-    elif hasattr(source, "read"):
-        if isinstance(source, io.TextIOBase):
-            raise TypeError("the file object gives text; open it in binary mode")
-        if getattr(source, "closed", False):
-            raise ValueError("the file object is closed")
-        if _is_plain(source):
-            if source.writable():
-                source.flush()
-            content = source.fileno()
-            given = getattr(source, "name", None)
-            if isinstance(given, (str, bytes)):
-                name, system_name = _path(given)
-        else:
-            content = _bytes_of(source)
-    else:
-        content = source
-    return File(_native.Inspection(content, system_name, header_offset, words), name)
+    opened = resolve(source)
+    native = _native.Inspection(opened.content, opened.system_name, header_offset, words)
+    return File(native, opened.name)
