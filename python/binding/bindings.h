@@ -9,6 +9,8 @@ namespace python {
 
 /// The result of the module: host values as NumPy arrays.
 void bindResult(pybind11::module_& extension);
+/// Reading a file through the module.
+void bindReading(pybind11::module_& extension);
 /// The inspection: files, directories, entries and values.
 void bindInspection(pybind11::module_& extension);
 

@@ -22,9 +22,19 @@ corvinex::inspect::TagSelection selectionOf(const std::vector<std::string>& tags
     }
 }
 
+File open(const Inspection::Input& input, const corvinex::inspect::Options& options) {
+    if (input.isBytes) {
+        return File::fromBytes(input.buffer.bytes(), options);
+    }
+    if (input.descriptor.isOpen()) {
+        return File::fromDescriptor(input.descriptor.number(), options);
+    }
+    return File::open(input.name.value_or(std::string()), options);
+}
+
 }  // namespace
 
-HeldBuffer::HeldBuffer(const py::object& object) {
+HeldBuffer::HeldBuffer(py::handle object) {
     Py_buffer view{};
     if (PyObject_GetBuffer(object.ptr(), &view, PyBUF_SIMPLE) != 0) {
         throw py::error_already_set();
@@ -33,7 +43,8 @@ HeldBuffer::HeldBuffer(const py::object& object) {
 }
 
 HeldBuffer::~HeldBuffer() {
-    if (view_) {
+    // A thread that the interpreter's end unwinds has no lock.
+    if (view_ && PyGILState_Check() != 0) {
         PyBuffer_Release(&*view_);
     }
 }
@@ -68,14 +79,7 @@ Inspection::Inspection(Input input, const corvinex::inspect::Options& options,
       options_{.maxValues = std::nullopt, .tags = selectionOf(tags), .codesAsNumbers = false},
       isSelective_(!tags.empty()) {
     try {
-        const py::gil_scoped_release released;
-        if (input_.isBytes) {
-            file_ = File::fromBytes(input_.buffer.bytes(), options);
-        } else if (input_.descriptor.isOpen()) {
-            file_ = File::fromDescriptor(input_.descriptor.number(), options);
-        } else {
-            file_ = File::open(input_.name.value_or(std::string()), options);
-        }
+        withoutGil([&] { file_ = open(input_, options); });
     } catch (const std::system_error& error) {
         raiseSystemError(error, input_.name.value_or(std::string()));
     }
@@ -97,8 +101,7 @@ corvinex::inspect::FileFacts Inspection::facts() const {
 
 void Inspection::close() {
     while (!mutex_.try_lock()) {
-        const py::gil_scoped_release released;
-        const std::lock_guard wait(mutex_);
+        withoutGil([this] { const std::lock_guard wait(mutex_); });
     }
     {
         const std::lock_guard lock(mutex_, std::adopt_lock);

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <mutex>
 #include <optional>
 #include <span>
@@ -15,6 +16,7 @@
 #include "corvinex/entry.h"
 #include "corvinex/file.h"
 #include "inspect/record/record.h"
+#include "python/binding/without_gil.h"
 #include "tool/file_descriptor.h"
 
 namespace python {
@@ -25,7 +27,7 @@ class HeldBuffer {
   public:
     HeldBuffer() = default;
     /// Raises BufferError for memory that is not contiguous, TypeError for an object without.
-    explicit HeldBuffer(const pybind11::object& object);
+    explicit HeldBuffer(pybind11::handle object);
     HeldBuffer(HeldBuffer&& other) noexcept : view_(std::exchange(other.view_, std::nullopt)) {}
     HeldBuffer& operator=(HeldBuffer&& other) noexcept {
         std::swap(view_, other.view_);
@@ -92,15 +94,18 @@ class Inspection {
     /// Has something read without the interpreter's lock. It must make no Python object.
     template <class Read>
     [[nodiscard]] auto read(Read task) const {
+        std::optional<decltype(task(*file_))> result;
         try {
-            const pybind11::gil_scoped_release released;
-            const std::lock_guard lock(mutex_);
-            return task(checked());
+            withoutGil([&] {
+                const std::lock_guard lock(mutex_);
+                result = task(checked());
+            });
         } catch (const Closed&) {
             refuseClosed();
         } catch (const std::system_error& error) {
             raiseSystemError(error, input_.name.value_or(std::string()));
         }
+        return *std::move(result);
     }
     /// The same for what is read in less time than handing the interpreter's lock over takes. It is
     /// kept when nobody else is reading.
@@ -121,7 +126,7 @@ class Inspection {
     void close();
 
   private:
-    struct Closed {};
+    struct Closed : std::exception {};
 
     [[nodiscard]] const corvinex::inspect::File& checked() const {
         if (!file_) {

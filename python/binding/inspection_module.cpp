@@ -48,7 +48,7 @@ tool::FileDescriptor duplicateOf(int number) {
 
 /// The source is None for a file that is opened by its name, an int for a descriptor, else an
 /// object with bytes.
-std::unique_ptr<Inspection> openInspection(const py::object& source, const py::object& name,
+std::unique_ptr<Inspection> openInspection(py::handle source, py::handle name,
                                            std::optional<std::uint64_t> headerOffset,
                                            const std::vector<std::string>& tags) {
     Inspection::Input input;

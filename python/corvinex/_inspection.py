@@ -39,7 +39,7 @@ class Finding:
         return self.text
 
 
-class Directory:
+class FileDirectory:
     """One directory of a file: a sequence of entries that are found by name and number too.
 
     It belongs to its file, and raises ValueError when that is closed.
@@ -102,7 +102,7 @@ class Directory:
         return len(self.entries)
 
     def __eq__(self, other: object) -> bool:
-        if not isinstance(other, Directory):
+        if not isinstance(other, FileDirectory):
             return NotImplemented
         return self._file is other._file and self._index == other._index
 
@@ -110,13 +110,13 @@ class Directory:
         return hash((id(self._file), self._index))
 
     def __repr__(self) -> str:
-        return f"<corvinex.Directory {self.path} of {self._file.name or 'bytes'}: {len(self)} entries>"
+        return f"<corvinex.FileDirectory {self.path} of {self._file.name or 'bytes'}: {len(self)} entries>"
 
     def __reduce__(self) -> NoReturn:
         raise TypeError("a directory belongs to its open file and cannot be pickled")
 
 
-class Directories(Sequence[Directory]):
+class FileDirectories(Sequence[FileDirectory]):
     """The directories of a file in the order of the walk, each made when it is asked for."""
 
     __slots__ = ("_file",)
@@ -128,22 +128,22 @@ class Directories(Sequence[Directory]):
         return self._file._native.directory_count()
 
     @overload
-    def __getitem__(self, index: int) -> Directory: ...
+    def __getitem__(self, index: int) -> FileDirectory: ...
 
     @overload
-    def __getitem__(self, index: slice) -> list[Directory]: ...
+    def __getitem__(self, index: slice) -> list[FileDirectory]: ...
 
-    def __getitem__(self, index: int | slice) -> Directory | list[Directory]:
+    def __getitem__(self, index: int | slice) -> FileDirectory | list[FileDirectory]:
         if isinstance(index, slice):
-            return [Directory(self._file, place) for place in range(*index.indices(len(self)))]
+            return [FileDirectory(self._file, place) for place in range(*index.indices(len(self)))]
         count = len(self)
         place = index + count if index < 0 else index
         if not 0 <= place < count:
             raise IndexError(f"there is no directory {index}: the file has {count}")
-        return Directory(self._file, place)
+        return FileDirectory(self._file, place)
 
     def __repr__(self) -> str:
-        return f"<corvinex.Directories of {self._file.name or 'bytes'}: {len(self)}>"
+        return f"<corvinex.FileDirectories of {self._file.name or 'bytes'}: {len(self)}>"
 
 
 class File:
@@ -191,9 +191,9 @@ class File:
         return self._native.header_offset
 
     @property
-    def directories(self) -> Directories:
+    def directories(self) -> FileDirectories:
         """The main chain, then what its pointers lead to."""
-        return Directories(self)
+        return FileDirectories(self)
 
     @property
     def findings(self) -> list[Finding]:
@@ -210,12 +210,12 @@ class File:
         """Whether the file was closed."""
         return self._native.closed
 
-    def directory(self, path: str) -> Directory:
+    def directory(self, path: str) -> FileDirectory:
         """The directory with this path, such as "0.exif". Raises KeyError when there is none."""
         index = self._native.find_directory(path)
         if index is None:
             raise KeyError(f'there is no directory "{path}"')
-        return Directory(self, index)
+        return FileDirectory(self, index)
 
     def get(self, key: str, default: Default | None = None) -> Entry | Default | None:
         """The entry that file[key] gives, or the default when there is none."""
@@ -297,7 +297,7 @@ def inspect(
     The source is a name (str or PathLike), bytes (bytes, bytearray, memoryview, or any object with
     contiguous memory, which is held until the file is closed), or a binary file object. Of a file object
     all bytes are read, wherever its position is, which stays; one that reads a regular file is read
-    through a descriptor of its own, any other is read into memory. Directories and entries are read at
+    through a descriptor of its own, any other is read into memory. FileDirectories and entries are read at
     once; values when they are asked for.
 
     tags selects entries as `corvinex json --tag` does: names, numbers, or either behind a path
