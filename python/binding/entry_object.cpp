@@ -121,11 +121,7 @@ py::object charsetOf(const Asked& asked) {
 py::object restOf(const Asked& asked) {
     const ReadValue read = asked.read([](const Entry& entry) { return readValue(entry); });
     const std::span<const std::uint8_t> rest = read.interpretation.rest;
-    if (rest.empty()) {
-        return py::none();
-    }
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): bytes may be looked at as such
-    return py::bytes(reinterpret_cast<const char*>(rest.data()), rest.size());
+    return rest.empty() ? py::object(py::none()) : py::object(toBytes(std::as_bytes(rest)));
 }
 
 py::object directoriesOf(const Asked& asked) {
@@ -153,7 +149,10 @@ PyObject* answered(Answer answer) {
     } catch (const std::bad_alloc&) {
         PyErr_NoMemory();
     } catch (const std::exception& error) {
-        PyErr_SetString(PyExc_RuntimeError, error.what());
+        // pybind11 raises this where the interpreter has said why already.
+        if (PyErr_Occurred() == nullptr) {
+            PyErr_SetString(PyExc_RuntimeError, error.what());
+        }
     }
     return nullptr;
 }

@@ -98,6 +98,16 @@ py::list toTexts(const std::vector<std::string>& texts) {
     return list;
 }
 
+py::bytes toBytes(std::span<const std::byte> bytes) {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): bytes may be looked at as such
+    const char* const first = reinterpret_cast<const char*>(bytes.data());
+    PyObject* const made = PyBytes_FromStringAndSize(first, static_cast<Py_ssize_t>(bytes.size()));
+    if (made == nullptr) {
+        throw py::error_already_set();
+    }
+    return py::reinterpret_steal<py::bytes>(made);
+}
+
 py::object toPython(ReadValue read) {
     if (!read.value) {
         return py::none();
@@ -108,12 +118,8 @@ py::object toPython(ReadValue read) {
             return toText(meaning.texts.front());
         case Form::Texts:
             return toTexts(meaning.texts);
-        case Form::Bytes: {
-            const std::span<const std::byte> bytes = read.value->bytes();
-            // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): bytes may be looked at
-            // as such
-            return py::bytes(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-        }
+        case Form::Bytes:
+            return toBytes(read.value->bytes());
         case Form::Number:
         case Form::Numbers:
             break;

@@ -2,7 +2,9 @@
 
 #include <pybind11/pybind11.h>
 
+#include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,5 +32,7 @@ struct ReadValue {
 /// A text in UTF-8.
 [[nodiscard]] pybind11::str toText(std::string_view text);
 [[nodiscard]] pybind11::list toTexts(const std::vector<std::string>& texts);
+/// A copy: what Python calls bytes has its memory in one with the object.
+[[nodiscard]] pybind11::bytes toBytes(std::span<const std::byte> bytes);
 
 }  // namespace python

@@ -46,20 +46,18 @@ tool::FileDescriptor duplicateOf(int number) {
     return own;
 }
 
-/// The source is None for a file that is opened by its name, an int for a descriptor, else an
-/// object with bytes.
-std::unique_ptr<Inspection> openInspection(py::handle source, py::handle name,
+/// Bytes, else a descriptor, else a name.
+std::unique_ptr<Inspection> openInspection(py::handle content, std::optional<int> descriptor,
+                                           std::optional<std::string> name,
                                            std::optional<std::uint64_t> headerOffset,
                                            const std::vector<std::string>& tags) {
     Inspection::Input input;
-    if (!name.is_none()) {
-        input.name = name.cast<std::string>();
-    }
-    if (py::isinstance<py::int_>(source)) {
-        input.descriptor = duplicateOf(source.cast<int>());
-    } else if (!source.is_none()) {
-        input.buffer = HeldBuffer(source);
+    input.name = std::move(name);
+    if (!content.is_none()) {
+        input.buffer = HeldBuffer(content);
         input.isBytes = true;
+    } else if (descriptor) {
+        input.descriptor = duplicateOf(*descriptor);
     }
     return std::make_unique<Inspection>(
         std::move(input), corvinex::inspect::Options{.headerOffset = headerOffset}, tags);
@@ -218,7 +216,7 @@ void bindInspection(py::module_& extension) {
     bindEntry(extension);
     py::class_<Inspection>(extension, "Inspection",
                            "A file that is open for inspection. Any number of threads may use it.")
-        .def(py::init(&openInspection), py::arg("source"), py::arg("name"),
+        .def(py::init(&openInspection), py::arg("content"), py::arg("descriptor"), py::arg("name"),
              py::arg("header_offset"), py::arg("tags"))
         .def_property_readonly("closed", &Inspection::isClosed)
         .def("close", &Inspection::close)

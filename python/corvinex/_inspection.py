@@ -297,8 +297,8 @@ def inspect(
     The source is a name (str or PathLike), bytes (bytes, bytearray, memoryview, or any object with
     contiguous memory, which is held until the file is closed), or a binary file object. Of a file object
     all bytes are read, wherever its position is, which stays; one that reads a regular file is read
-    through a descriptor of its own, any other is read into memory. FileDirectories and entries are read at
-    once; values when they are asked for.
+    through a descriptor of its own, any other is read into memory. Directories and entries are read at
+    once, values when they are asked for.
 
     tags selects entries as `corvinex json --tag` does: names, numbers, or either behind a path
     ("0.exif.LensModel"); none selects everything. header_offset tells where the TIFF header stands, in
@@ -319,5 +319,7 @@ def inspect(
         raise ValueError("header_offset is a position: 0 to 2^64 - 1")
     words = _words(tags)
     opened = resolve(source)
-    native = _native.Inspection(opened.content, opened.system_name, header_offset, words)
+    native = _native.Inspection(
+        opened.content, opened.descriptor, opened.system_name, header_offset, words
+    )
     return File(native, opened.name)

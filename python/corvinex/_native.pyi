@@ -66,7 +66,12 @@ class Entry:
 
 class Inspection:
     def __init__(
-        self, source: object, name: bytes | None, header_offset: int | None, tags: list[str]
+        self,
+        content: memoryview | None,
+        descriptor: int | None,
+        name: bytes | None,
+        header_offset: int | None,
+        tags: list[str],
     ) -> None: ...
     @property
     def closed(self) -> bool: ...

@@ -15,10 +15,10 @@ Source = Union[
 
 @dataclasses.dataclass(frozen=True)
 class Resolved:
-    """A source as the extension module takes it."""
+    """A source as the extension module takes it: bytes, else a descriptor, else a name."""
 
-    content: Any = None
-    """None for a file that is opened by its name, a descriptor, or an object with bytes."""
+    content: memoryview | None = None
+    descriptor: int | None = None
     name: str | None = None
     """As it was given."""
     system_name: bytes | None = None
@@ -37,10 +37,20 @@ def resolve(source: Source) -> Resolved:
     """What a source reads. Raises TypeError for what is none, ValueError for what is closed."""
     if isinstance(source, (str, os.PathLike)):
         name = os.fspath(source)
-        return Resolved(None, os.fsdecode(name), system_name(name))
+        return Resolved(name=os.fsdecode(name), system_name=system_name(name))
     if hasattr(source, "read"):
         return _of_file_object(source)
-    return Resolved(source)
+    return _of_bytes(source)
+
+
+def _of_bytes(source: Any) -> Resolved:
+    try:
+        return Resolved(content=memoryview(source))
+    except TypeError:
+        raise TypeError(
+            "a file is given by its name, its bytes or a binary file object, "
+            f"not by {type(source).__name__}"
+        ) from None
 
 
 def _of_file_object(source: Any) -> Resolved:
@@ -49,13 +59,15 @@ def _of_file_object(source: Any) -> Resolved:
     if getattr(source, "closed", False):
         raise ValueError("the file object is closed")
     if not _is_plain(source):
-        return Resolved(_content_of(source))
+        return _of_bytes(_content_of(source))
     if source.writable():
         source.flush()
     name = getattr(source, "name", None)
     if not isinstance(name, (str, bytes)):
-        return Resolved(source.fileno())
-    return Resolved(source.fileno(), os.fsdecode(name), system_name(name))
+        return Resolved(descriptor=source.fileno())
+    return Resolved(
+        descriptor=source.fileno(), name=os.fsdecode(name), system_name=system_name(name)
+    )
 
 
 def _is_plain(source: Any) -> bool:
