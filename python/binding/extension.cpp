@@ -28,6 +28,7 @@ void bind(pybind11::module_& extension) {
     python::bindResult(extension);
     python::bindReading(extension);
     python::bindInspection(extension);
+    python::bindTable(extension);
 }
 
 pybind11::module_::module_def definition;

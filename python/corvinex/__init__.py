@@ -10,6 +10,7 @@ from corvinex._inspection import File, FileDirectories, FileDirectory, Finding, 
 from corvinex._native import Entry, Rational
 from corvinex._reports import Error, TagWarning
 from corvinex._result import Directories, Directory, RawDirectory, read
+from corvinex._table import table
 
 __all__ = [
     "Directories",
@@ -25,5 +26,6 @@ __all__ = [
     "TagWarning",
     "inspect",
     "read",
+    "table",
 ]
 __version__: str = _native.version
