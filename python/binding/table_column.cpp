@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "tool/tag_catalog.h"
 #include "vocabulary/registry.h"
@@ -70,6 +72,28 @@ ColumnKind common(ColumnKind left, ColumnKind right) {
     return isNumeric(left) && isNumeric(right) ? ColumnKind::Number : ColumnKind::Text;
 }
 
+/// A tag in one kind of directory, by the names that people may give it.
+struct NamedKind {
+    std::uint16_t number;
+    std::string name;   ///< the standard's, in lower case
+    std::string field;  ///< the result's, in lower case
+    ColumnKind kind;
+};
+
+/// Made once: the names of a thousand tags take longer than a small table.
+const std::vector<NamedKind>& namedKinds() {
+    static const std::vector<NamedKind> kinds = [] {
+        std::vector<NamedKind> made;
+        for (const tool::CatalogTag& tag : tool::allTags()) {
+            const std::string_view name = tag.fact == nullptr ? std::string_view() : tag.fact->name;
+            made.push_back({tag.number, tool::lowered(name), tool::lowered(tag.field),
+                            kindOf(tag.kind, tag.fact)});
+        }
+        return made;
+    }();
+    return kinds;
+}
+
 /// Of a name the tag that has it in any kind of directory, of a number every tag that has that.
 ColumnKind kindOfTags(std::string_view heading) {
     const std::string full = tool::fullName(heading);
@@ -78,12 +102,9 @@ ColumnKind kindOfTags(std::string_view heading) {
         tool::lowered(point == std::string::npos ? full : full.substr(point + 1));
     const auto number = corvinex::inspect::tagNumber(word);
     std::optional<ColumnKind> kind;
-    for (const tool::CatalogTag& tag : tool::allTags()) {
-        const bool isNamed = (tag.fact != nullptr && tool::lowered(tag.fact->name) == word) ||
-                             tool::lowered(tag.field) == word;
-        if (number ? tag.number == *number : isNamed) {
-            const ColumnKind found = kindOf(tag.kind, tag.fact);
-            kind = kind ? common(*kind, found) : found;
+    for (const NamedKind& tag : namedKinds()) {
+        if (number ? tag.number == *number : tag.name == word || tag.field == word) {
+            kind = kind ? common(*kind, tag.kind) : tag.kind;
         }
     }
     return kind.value_or(ColumnKind::Text);

@@ -10,7 +10,7 @@ from corvinex import _native
 from corvinex._source import system_name
 
 if TYPE_CHECKING:
-    import pandas
+    import pandas  # type: ignore[import]
 
 Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
 
