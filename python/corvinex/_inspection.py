@@ -8,7 +8,7 @@ from collections.abc import Iterable, Iterator, Sequence
 from types import TracebackType
 from typing import Any, NoReturn, TypeVar, Union, overload
 
-from corvinex import _native
+from corvinex import _html, _native
 from corvinex._native import Entry
 from corvinex._source import Source, resolve
 
@@ -111,6 +111,9 @@ class FileDirectory:
 
     def __repr__(self) -> str:
         return f"<corvinex.FileDirectory {self.path} of {self._file.name or 'bytes'}: {len(self)} entries>"
+
+    def _repr_html_(self) -> str:
+        return _html.directory_page(self)
 
     def __reduce__(self) -> NoReturn:
         raise TypeError("a directory belongs to its open file and cannot be pickled")
@@ -263,6 +266,10 @@ class File:
     def __repr__(self) -> str:
         what = "closed" if self.closed else self.container or "no image"
         return f"<corvinex.File {self.name or 'bytes'}: {what}>"
+
+    def _repr_html_(self) -> str:
+        """What a notebook shows: a table that folds, of the first pages and entries."""
+        return _html.closed_page(self) if self.closed else _html.file_page(self)
 
     def __reduce__(self) -> NoReturn:
         raise TypeError("an open file cannot be pickled; its to_dict() can")

@@ -18,7 +18,7 @@ from typing import Any
 import pytest
 
 import corvinex
-from files import SAMPLES, big_tiff, samples, tiff
+from files import SAMPLES, big_tiff, many_pages, samples
 
 PHOTO = SAMPLES / "photo.jpg"
 
@@ -28,23 +28,6 @@ def everything(file: corvinex.File) -> list[str]:
     for directory in file.directories:
         told += [f"{entry!r} {entry.value} {entry.text} {entry.words}" for entry in directory]
     return told
-
-
-def many_pages(count: int) -> bytes:
-    """A stack of pages whose values lie behind their directories."""
-    page = tiff([(270, 2, 12, b"page of many"), (282, 5, 1, bytes([72, 0, 0, 0, 1, 0, 0, 0]))])
-    content = bytearray(page)
-    for _ in range(count - 1):
-        start = len(content)
-        content += page[8:]
-        for place in range(start + 2, start + 2 + 24, 12):
-            old = int.from_bytes(content[place + 8 : place + 12], "little")
-            content[place + 8 : place + 12] = (old - 8 + start).to_bytes(4, "little")
-    length = len(page) - 8
-    for number in range(count - 1):
-        place = 8 + number * length + 2 + 24
-        content[place : place + 4] = (8 + (number + 1) * length).to_bytes(4, "little")
-    return bytes(content)
 
 
 @pytest.mark.parametrize("source", [PHOTO, PHOTO.read_bytes()], ids=["file", "bytes"])
