@@ -13,5 +13,7 @@ void bindResult(pybind11::module_& extension);
 void bindReading(pybind11::module_& extension);
 /// The inspection: files, directories, entries and values.
 void bindInspection(pybind11::module_& extension);
+/// Tables about many files.
+void bindTable(pybind11::module_& extension);
 
 }  // namespace python

@@ -31,6 +31,8 @@ void bind(pybind11::module_& extension) {
     static_cast<void>(pybind11::detail::npy_api::get());
     python::bindResult(extension);
     python::bindReading(extension);
+    python::bindInspection(extension);
+    python::bindTable(extension);
 }
 
 pybind11::module_::module_def definition;
