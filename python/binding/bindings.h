@@ -2,8 +2,8 @@
 
 #include <pybind11/pybind11.h>
 
-// What the extension module holds, topic by topic. Each function adds its classes and functions to the
-// module when it is imported.
+// What the extension module holds, topic by topic. Each function adds its classes and functions to
+// the module when it is imported.
 
 namespace python {
 
@@ -11,5 +11,9 @@ namespace python {
 void bindResult(pybind11::module_& extension);
 /// The inspection: files, directories, entries and values.
 void bindInspection(pybind11::module_& extension);
+/// Walks through folders, for scans of large collections.
+void bindListing(pybind11::module_& extension);
+/// The parts of such a scan, and how they become one catalogue.
+void bindParts(pybind11::module_& extension);
 
 }  // namespace python
