@@ -1,6 +1,7 @@
 """Files that are there whole or not at all, on a file system that several machines share."""
 
 import contextlib
+import errno
 import fcntl
 import hashlib
 import os
@@ -33,6 +34,10 @@ def sync(path: Path) -> None:
     descriptor = os.open(path, os.O_RDONLY)
     try:
         os.fsync(descriptor)
+    except OSError as error:
+        # Some network file systems keep names safe without being asked, and refuse it for folders.
+        if error.errno != errno.EINVAL or not path.is_dir():
+            raise
     finally:
         os.close(descriptor)
 
@@ -86,11 +91,17 @@ def locked(path: Path, refusal: str) -> Iterator[None]:
                 fcntl.flock(file, fcntl.LOCK_EX | fcntl.LOCK_NB)
             except BlockingIOError:
                 raise ClusterError(refusal) from None
-            # Who had the lock before has removed its file.
-            with contextlib.suppress(FileNotFoundError):
-                if os.path.samestat(os.fstat(file.fileno()), path.stat()):
-                    try:
-                        yield
-                    finally:
-                        path.unlink(missing_ok=True)
-                    return
+            if not _is_at(file.fileno(), path):
+                continue  # who had the lock before has removed its file
+            try:
+                yield
+            finally:
+                path.unlink(missing_ok=True)
+            return
+
+
+def _is_at(descriptor: int, path: Path) -> bool:
+    try:
+        return os.path.samestat(os.fstat(descriptor), path.stat())
+    except FileNotFoundError:
+        return False

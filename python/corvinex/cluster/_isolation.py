@@ -1,11 +1,12 @@
 """Reads files in a process of its own, after workers have died while they read them."""
 
-import multiprocessing
 import os
+import pickle
 import signal
+import subprocess
+import sys
 import tempfile
 from collections.abc import Mapping
-from multiprocessing.connection import Connection
 from pathlib import Path
 from typing import Any
 
@@ -89,31 +90,39 @@ def _write(
     )
 
 
-def _tell(connection: Connection, *arguments: Any) -> None:
+def answer() -> None:
+    """What the process does: takes the arguments from its input, and prints what it returns."""
+    arguments = pickle.load(sys.stdin.buffer)
+    result: dict[str, Any] | OSError
     try:
-        connection.send(_write(*arguments))
+        result = _write(*arguments)
     except OSError as error:
-        connection.send(error)
+        result = error
+    pickle.dump(result, sys.stdout.buffer)
+
+
+_PROGRAM = """
+import pickle, sys
+sys.path[:] = pickle.load(sys.stdin.buffer)
+from corvinex.cluster import _isolation
+_isolation.answer()
+"""
 
 
 def _in_process(*arguments: Any) -> dict[str, Any] | str:
     """What a process of its own returns, or how it has ended."""
-    # Not forked: another thread of the worker may hold a lock.
-    context = multiprocessing.get_context("spawn")
-    receiver, sender = context.Pipe(duplex=False)
-    process = context.Process(target=_tell, args=(sender, *arguments), daemon=True)
-    process.start()
-    sender.close()
-    try:
-        result = receiver.recv()
-    except EOFError:
-        process.join()
-        code = process.exitcode or 0
+    # Not by multiprocessing: workers are daemons, which it allows no processes.
+    run = subprocess.run(
+        [sys.executable, "-c", _PROGRAM],
+        input=pickle.dumps(sys.path) + pickle.dumps(arguments),
+        stdout=subprocess.PIPE,
+        check=False,
+    )
+    if run.returncode != 0:
+        code = run.returncode
         how = signal.Signals(-code).name if code < 0 else f"status {code}"
         return f"a process that reads it ends with {how}"
-    finally:
-        receiver.close()
-    process.join()
+    result = pickle.loads(run.stdout)
     if isinstance(result, OSError):
         raise result
     assert isinstance(result, dict)

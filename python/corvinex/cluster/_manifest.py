@@ -123,6 +123,8 @@ class PartManifest:
     unreadable: list[UnreadableFile]
     jsonl: FileSum
     sqlite: FileSum
+    run: str
+    """The scan that has read the files."""
     read_at: str
     format: int = FORMAT
 

@@ -89,17 +89,21 @@ def make_part(order: Order) -> PartReport:
             f"{order.options.version}"
         )
     paths = PartPaths(parts_folder(Path(order.out_dir)), order.part)
+    _refuse_without_run(order)
+    manifest = _unchanged_part(order, paths)
+    if manifest is None:
+        manifest = _read_part(order, paths)
+    reasons = dict(Counter(file.reason for file in manifest.unreadable))
+    # A worker that was lost may have read it for the same scan.
+    return PartReport(order.part, manifest.counts, reasons, manifest.run == order.run)
+
+
+def _refuse_without_run(order: Order) -> None:
     if not (Path(order.out_dir) / order.run).exists():
         raise ClusterError(
             f"{socket.gethostname()} does not see the folder {order.out_dir} of the client, "
             "or the scan is over"
         )
-    manifest = _unchanged_part(order, paths)
-    was_read = manifest is None
-    if manifest is None:
-        manifest = _read_part(order, paths)
-    reasons = dict(Counter(file.reason for file in manifest.unreadable))
-    return PartReport(order.part, manifest.counts, reasons, was_read)
 
 
 def _unchanged_part(order: Order, paths: PartPaths) -> PartManifest | None:
@@ -148,6 +152,8 @@ def _read_part(order: Order, paths: PartPaths) -> PartManifest:
         result = _isolation.write_part(
             names, order.asked, records, catalogue, order.options, refused, order.isolated
         )
+        # Another scan may go on by now, after this one was broken off.
+        _refuse_without_run(order)
         jsonl, sqlite = _publish([(records, paths.jsonl), (catalogue, paths.sqlite)])
     refused_names = {names[place] for place in refused}
     manifest = PartManifest(
@@ -160,6 +166,7 @@ def _read_part(order: Order, paths: PartPaths) -> PartManifest:
         ],
         jsonl=jsonl,
         sqlite=sqlite,
+        run=order.run,
         read_at=utc_now(),
     )
     manifest.write(paths)

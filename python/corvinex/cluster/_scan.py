@@ -62,7 +62,7 @@ def scan(
 
     :param paths_or_folder: a file or a folder, or any number of them; an iterator is taken from as
         the scan goes on. Relative names count from the client's current folder.
-    :param client: a `distributed.Client`
+    :param client: a `distributed.Client`, not an asynchronous one
     :param out_dir: the folder of the results; made when it is not there. No folder that is read
         may hold it.
     :param part_size: the most files of a part, from 1,000 to 10,000
@@ -73,7 +73,8 @@ def scan(
     :param follow_links: whether links to folders are followed
     :param verify: whether the contents of parts that are there are compared with their sums, or only
         their lengths
-    :param progress: called with what is known so far whenever a part is there
+    :param progress: called with what is known so far whenever a part is there; its parts stand in
+        the order in which they were done
     :returns: what was found and read; the same stands in `manifest.json`
     :raises ValueError: for a size of parts, or a name, that cannot be
     :raises ClusterError: when a part could not be written, the cluster was lost, or another scan
@@ -83,8 +84,9 @@ def scan(
         raise ValueError(
             f"part_size is {part_size}; a part has from {LEAST_PATHS} to {MOST_PATHS} files"
         )
-    if max_values < 0 or (header_offset is not None and header_offset < 0):
-        raise ValueError("max_values and header_offset cannot be negative")
+    for number in (max_values, header_offset or 0):
+        if not 0 <= number < 1 << 63:
+            raise ValueError(f"{number} is no number of values or bytes")
     folder = Path(out_dir).absolute()
     options = ListingOptions(tuple(extensions), follow_links)
     is_one = isinstance(paths_or_folder, str | bytes | os.PathLike)
@@ -118,6 +120,8 @@ class _Run:
     waiting: dict[str, tuple[int, Order, Future]] = field(default_factory=dict)
     """Tasks by their keys, with the place of their part."""
     entries: dict[int, PartEntry] = field(default_factory=dict)
+    error: Exception | None = None
+    """The first one that a worker has raised. No further parts are begun after it."""
 
     def run(self, found: Iterator[Partition]) -> None:
         """Has all partitions read, and writes the manifest, also when that fails."""
@@ -129,19 +133,20 @@ class _Run:
         (folder / self.name).touch()
         try:
             self._read_all(found)
-            if not self.manifest.failures:
+            if self.error is None:
                 self._remove_others()
                 self.manifest.finished = utc_now()
         finally:
+            # A worker that is in the middle of a part gives it up when this file is gone.
+            (folder / self.name).unlink(missing_ok=True)
             with contextlib.suppress(CancelledError, OSError):
                 self.client.cancel([future for _, _, future in self.waiting.values()])
-            self._note_parts()
+            self.manifest.parts = [self.entries[place] for place in sorted(self.entries)]
             self.manifest.write()
-            (folder / self.name).unlink(missing_ok=True)
-        if self.manifest.failures:
+        if self.error is not None:
             raise ClusterError(
                 f"{len(self.manifest.failures)} parts failed: {self.manifest.failures[0]}"
-            )
+            ) from self.error
 
     def _read_all(self, found: Iterator[Partition]) -> None:
         orders = self._orders(found)
@@ -149,7 +154,7 @@ class _Run:
         is_listed = False
         while True:
             # A scheduler that knew all tasks of a large collection would drown.
-            while not is_listed and not self.manifest.failures and len(self.waiting) < self._most():
+            while not is_listed and self.error is None and len(self.waiting) < self._most():
                 order = next(orders, None)
                 if order is None:
                     is_listed = True
@@ -191,28 +196,29 @@ class _Run:
         place, order, _ = self.waiting.pop(future.key)
         try:
             report: PartReport = future.result()
+        except CancelledError as error:
+            raise ClusterError("the scheduler was lost; what was finished stays") from error
         except KilledWorker as error:
             if not order.isolated:
                 return self._submit(place, replace(order, isolated=True))
-            self.manifest.failures.append(f"part {order.part}: {error}")
-        except CancelledError as error:
-            raise ClusterError("the scheduler was lost; what was finished stays") from error
-        except (ClusterError, OSError, MemoryError) as error:
-            self.manifest.failures.append(f"part {order.part}: {error}")
+            self._fail(order, error)
+        except Exception as error:  # whatever a worker raises, such as that it has not the package
+            self._fail(order, error)
         else:
             self._note(place, report)
         return None
+
+    def _fail(self, order: Order, error: Exception) -> None:
+        self.manifest.failures.append(f"part {order.part}: {type(error).__name__}: {error}")
+        self.error = self.error or error
 
     def _note(self, place: int, report: PartReport) -> None:
         self.manifest.counts.add(report.counts)
         add_numbers(self.manifest.reasons, report.reasons)
         self.entries[place] = PartEntry(report.part, report.counts.records, report.read)
+        self.manifest.parts.append(self.entries[place])
         if self.progress is not None:
-            self._note_parts()
             self.progress(self.manifest)
-
-    def _note_parts(self) -> None:
-        self.manifest.parts = [self.entries[place] for place in sorted(self.entries)]
 
     def _remove_others(self) -> None:
         """Removes parts of lists of files that are no more, and what was left of broken ones."""
