@@ -18,7 +18,7 @@ from distributed import Client, LocalCluster
 
 import corvinex
 from corvinex import cluster
-from corvinex.cluster import _files, _listing, _part
+from corvinex.cluster import _files, _listing, _manifest, _part
 
 TOOL = os.environ["CORVINEX_TOOL"]
 SAMPLES = Path(os.environ["CORVINEX_SAMPLES"])
@@ -134,14 +134,14 @@ def collection(tmp_path_factory: pytest.TempPathFactory) -> Path:
 @contextlib.contextmanager
 def local_client(work: Path) -> Iterator[Client]:
     with (
-        LocalCluster(
+        LocalCluster(  # type: ignore[no-untyped-call]
             n_workers=2,
             threads_per_worker=1,
             processes=True,
             dashboard_address="127.0.0.1:0",
             local_directory=str(work / "workers"),
         ) as machines,
-        Client(machines) as client,
+        Client(machines) as client,  # type: ignore[no-untyped-call]
     ):
         yield client
 
@@ -203,7 +203,8 @@ def test_a_scan_of_the_tool_goes_on_with_a_merged_catalogue(
     finally:
         (collection / "later.tif").unlink()
     with contextlib.closing(sqlite3.connect(catalogue)) as database:
-        rows = database.execute("SELECT found, written, unchanged FROM scans ORDER BY id").fetchall()
+        scans = "SELECT found, written, unchanged FROM scans ORDER BY id"
+        rows = database.execute(scans).fetchall()
         [(unreadable,)] = database.execute(
             "SELECT count(*) FROM files WHERE status = 'unreadable'"
         ).fetchall()
@@ -309,13 +310,14 @@ def test_an_interrupted_scan_is_not_merged_and_goes_on(
 
 
 def test_a_worker_that_is_killed_midway_changes_nothing(collection: Path, tmp_path: Path) -> None:
-    killed = []
+    killed: list[int] = []
 
     with local_client(tmp_path) as client:
         pids = client.run(os.getpid)
 
         def kill_a_busy_worker(_: cluster.Manifest) -> None:
-            busy = [worker for worker, tasks in client.processing().items() if tasks]
+            tasks_of = client.processing()  # type: ignore[no-untyped-call]
+            busy = [worker for worker, tasks in tasks_of.items() if tasks]
             if busy and not killed:
                 killed.append(pids[busy[0]])
                 os.kill(pids[busy[0]], signal.SIGKILL)
@@ -342,6 +344,7 @@ def test_another_cluster_goes_on_where_one_was_lost(
     ):
 
         def lose(_: cluster.Manifest) -> None:
+            assert lost.cluster is not None
             lost.cluster.close()
 
         with pytest.raises(cluster.ClusterError, match="the scheduler was lost"):
@@ -475,12 +478,12 @@ def test_a_new_file_moves_few_boundaries(tmp_path: Path) -> None:
 
 
 def test_a_worker_of_another_version_or_without_the_folder_refuses(tmp_path: Path) -> None:
-    options = _part.ReadOptions("0.0.1", 64, None)
+    options = _manifest.ReadOptions("0.0.1", 64, None)
     partition = _listing.Partition([b"/a.tif"], b"\1", bytes(_listing.STAMP_SIZE))
     order = _part.Order.of(partition, tmp_path, "run-1", options, True)
     with pytest.raises(cluster.ClusterError, match="the client has 0.0.1"):
         _part.make_part(order)
-    options = _part.ReadOptions(corvinex.__version__, 64, None)
+    options = _manifest.ReadOptions(corvinex.__version__, 64, None)
     order = _part.Order.of(partition, tmp_path, "run-1", options, True)
     with pytest.raises(cluster.ClusterError, match="does not see the folder"):
         _part.make_part(order)

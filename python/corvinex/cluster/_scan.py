@@ -71,8 +71,8 @@ def scan(
         look for it
     :param extensions: endings of the files that are read in folders, as "tif"; all without any
     :param follow_links: whether links to folders are followed
-    :param verify: whether the contents of parts that are there are compared with their sums, or only
-        their lengths
+    :param verify: whether the contents of parts that are there are compared with their sums, or
+        only their lengths
     :param progress: called with what is known so far whenever a part is there; its parts stand in
         the order in which they were done
     :returns: what was found and read; the same stands in `manifest.json`
