@@ -8,6 +8,7 @@ import signal
 import sqlite3
 import struct
 import subprocess
+import sys
 from collections.abc import Iterator
 from pathlib import Path
 from typing import Any
@@ -487,3 +488,48 @@ def test_a_worker_of_another_version_or_without_the_folder_refuses(tmp_path: Pat
     order = _part.Order.of(partition, tmp_path, "run-1", options, True)
     with pytest.raises(cluster.ClusterError, match="does not see the folder"):
         _part.make_part(order)
+
+
+SHORT_OF_MEMORY = """
+import json
+import re
+import resource
+import sys
+
+from corvinex import _native
+
+names = [name.encode() for name in sys.argv[3:]]
+taken = int(re.search(r"VmSize:\\s+(\\d+) kB", open("/proc/self/status").read())[1]) << 10
+resource.setrlimit(resource.RLIMIT_AS, (taken + (24 << 20),) * 2)
+result = _native.write_part(
+    names,
+    bytes([1] * len(names)),
+    records=sys.argv[1].encode(),
+    catalogue=sys.argv[2].encode(),
+    max_values=64,
+    header_offset=None,
+    refused={},
+)
+print(json.dumps([result["by_status"], [reason for _, reason in result["unreadable"]]]))
+"""
+
+
+@pytest.mark.skipif("LD_PRELOAD" in os.environ, reason="a sanitizer takes all address space")
+def test_a_file_that_needs_more_memory_than_there_is_becomes_unreadable(tmp_path: Path) -> None:
+    count = 500_000
+    large = b"II\x2b\0\x08\0\0\0" + struct.pack("<QQ", 16, count)
+    large += struct.pack("<HHQQ", 1, 3, 1, 1) * count + bytes(8)
+    names = [tmp_path / name for name in ("a.tif", "b.tif", "c.tif")]
+    for name, content in zip(names, (small_tiff(1), large, small_tiff(2))):
+        name.write_bytes(content)
+    program = [sys.executable, "-c", SHORT_OF_MEMORY, tmp_path / "jsonl", tmp_path / "sqlite"]
+    run = subprocess.run([*program, *names], capture_output=True, check=True)
+    assert json.loads(run.stdout) == [
+        {"unreadable": 1, "warnings": 2},
+        ["there is not enough memory to read it"],
+    ]
+    records = [json.loads(line) for line in (tmp_path / "jsonl").read_text().splitlines()]
+    assert [record["file"] for record in records] == [str(name) for name in names]
+    with contextlib.closing(sqlite3.connect(tmp_path / "sqlite")) as database:
+        rows = database.execute("SELECT path, status FROM files ORDER BY id").fetchall()
+    assert rows == [(record["file"], record["status"]) for record in records]
