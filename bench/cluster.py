@@ -9,14 +9,17 @@ engine but for what workers spend on it.
 import argparse
 import os
 import pathlib
+import resource
 import statistics
 import sys
 import tempfile
 import time
 from dataclasses import dataclass
 
-from compare import Bench, Programs, print_table
+from compare import MIB, Bench, Programs, print_table
 from trees import make_tree
+
+MERGE = "import sys; from corvinex import cluster; cluster.merge(sys.argv[1], sys.argv[2])"
 
 
 @dataclass
@@ -26,6 +29,7 @@ class Figures:
     wall: float
     work: float  # CPU of the tool or the workers
     engine: float = 0.0  # CPU of client and scheduler
+    peak: float = 0.0  # MiB of the tool, or of the largest worker
 
 
 class ClusterBench:
@@ -39,22 +43,23 @@ class ClusterBench:
         self.rows.setdefault(name, []).append(figures)
 
     def run_tool(self, name, *command):
-        run = self.bench.run([self.tool, *map(str, command)], counts=False)
-        self.note(name, Figures(run.wall, run.cpu))
+        self.run_program(name, self.tool, *command)
 
-    def run_client(self, name, call, client=None):
-        def cpu_of_workers():
-            times = [] if client is None else client.run(os.times).values()
-            return sum(worker.user + worker.system for worker in times)
+    def run_program(self, name, *command):
+        run = self.bench.run([str(word) for word in command], counts=False)
+        self.note(name, Figures(run.wall, run.cpu, peak=run.peak / MIB))
 
-        work = cpu_of_workers()
+    def run_client(self, name, call, client):
+        def usage_of_workers():
+            usages = client.run(resource.getrusage, resource.RUSAGE_SELF).values()
+            return sum(usage.ru_utime + usage.ru_stime for usage in usages), max(usage.ru_maxrss for usage in usages)
+
+        before, _ = usage_of_workers()
         engine, wall = time.process_time(), time.perf_counter()
         result = call()
-        figures = Figures(time.perf_counter() - wall, 0.0, time.process_time() - engine)
-        figures.work = cpu_of_workers() - work
-        if client is None:
-            figures.work, figures.engine = figures.engine, 0.0
-        self.note(name, figures)
+        wall, engine = time.perf_counter() - wall, time.process_time() - engine
+        after, peak = usage_of_workers()
+        self.note(name, Figures(wall, after - before, engine, peak / 1024))
         return result
 
     def scan_on_cluster(self, tree, folder, workers):
@@ -73,7 +78,7 @@ class ClusterBench:
             self.run_client(f"{name}, again, lengths only",
                             lambda: cluster.scan(tree, client, out, verify=False), client)
         if workers == 1:
-            self.run_client("merge", lambda: cluster.merge(out, folder / "merged.sqlite"))
+            self.run_program("merge", sys.executable, "-c", MERGE, out, folder / "merged.sqlite")
         return manifest
 
     def measure(self, tree, rounds):
@@ -91,9 +96,9 @@ class ClusterBench:
 
     def table(self, records):
         for name, runs in self.rows.items():
-            wall, work, engine = (statistics.median(getattr(run, figure) for run in runs)
-                                  for figure in ("wall", "work", "engine"))
-            yield [name, f"{wall:.2f}", f"{records / wall:,.0f}", f"{work:.2f}", f"{engine:.2f}"]
+            wall, work, engine, peak = (statistics.median(getattr(run, figure) for run in runs)
+                                        for figure in ("wall", "work", "engine", "peak"))
+            yield [name, f"{wall:.2f}", f"{records / wall:,.0f}", f"{work:.2f}", f"{engine:.2f}", f"{peak:.0f}"]
 
 
 def main():
@@ -114,7 +119,7 @@ def main():
     manifest, size = measured.measure(tree, arguments.rounds)
     counts = manifest.counts
     print(f"{counts.records:,} files, {counts.tags:,} tags, {len(manifest.parts)} parts of {size:,} bytes in all\n")
-    print_table(["run", "wall s", "records/s", "CPU s of the work", "CPU s of the engine"],
+    print_table(["run", "wall s", "records/s", "CPU s of the work", "CPU s of the engine", "peak MiB"],
                 list(measured.table(counts.records)))
 
 

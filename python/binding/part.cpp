@@ -35,7 +35,7 @@ auto withoutInterpreter(const std::string& path, Function function) -> decltype(
         reason = error.what();
     }
     // A name may be no UTF-8.
-    const py::object text = py::reinterpret_steal<py::object>(
+    const auto text = py::reinterpret_steal<py::object>(
         PyUnicode_DecodeFSDefaultAndSize(reason.data(), static_cast<Py_ssize_t>(reason.size())));
     PyErr_SetObject(PyExc_OSError, text.ptr());
     throw py::error_already_set();

@@ -284,6 +284,26 @@ def test_damaged_and_missing_parts_are_read_again(
     assert_is_what_one_machine_makes(collection, manifest, tmp_path)
 
 
+def test_a_part_that_cannot_be_written_is_told_and_the_others_stay(
+    collection: Path, client: Client, copied: Path, tmp_path: Path
+) -> None:
+    manifest = cluster.Manifest.read(copied)
+    taken = manifest.part(manifest.parts[1]).jsonl
+    taken.unlink()
+    taken.mkdir()
+    with pytest.raises(cluster.ClusterError, match="1 parts failed.*Is a directory"):
+        scan_again(collection, client, copied)
+    [failure] = cluster.Manifest.read(copied).failures
+    assert manifest.parts[1].name in failure
+    with pytest.raises(cluster.ClusterError, match="has not come to its end"):
+        cluster.merge(copied, tmp_path / "c.sqlite")
+    assert not list((copied / "parts").glob("*.tmp"))
+    taken.rmdir()
+    manifest = scan_again(collection, client, copied)
+    assert [part.read for part in manifest.parts] == [False, True, False]
+    assert_is_what_one_machine_makes(collection, manifest, tmp_path)
+
+
 def test_with_other_options_all_is_read_again(
     collection: Path, client: Client, copied: Path, tmp_path: Path
 ) -> None:

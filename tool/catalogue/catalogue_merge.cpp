@@ -33,7 +33,8 @@ constexpr std::array shiftedColumns{
 };
 
 /// Finds a file of the part, `other`, among those of earlier parts.
-const std::string sameFile = "SELECT 1 FROM main.files AS mine WHERE mine.path = other.path";
+constexpr const char* sameFile =
+    "EXISTS (SELECT 1 FROM main.files AS mine WHERE mine.path = other.path)";
 
 /// The columns by which the rows of a table are ordered, so that they are appended.
 constexpr std::string_view orderOf(std::string_view table) {
@@ -133,7 +134,7 @@ RowCounts CatalogueMerge::copyAll(const RowCounts& counts, std::uint64_t repeate
     if (repeated == 0) {
         copied.files = copy("files", "");
     } else {
-        copied.files = copy("files", " AS other WHERE NOT EXISTS (" + sameFile + ")");
+        copied.files = copy("files", std::string(" AS other WHERE NOT ") + sameFile);
         const std::string files = "SELECT id - " + std::to_string(shift_.file) +
                                   " FROM main.files WHERE id > " + std::to_string(shift_.file);
         ofFile = " WHERE file_id IN (" + files + ")";
@@ -156,7 +157,7 @@ CatalogueMerge::Added CatalogueMerge::add(const std::string& part) {
     }
     const RowCounts counts = countRows("part");
     const auto repeated = static_cast<std::uint64_t>(database_.number(
-        "SELECT count(*) FROM part.files AS other WHERE EXISTS (" + sameFile + ")"));
+        std::string("SELECT count(*) FROM part.files AS other WHERE ") + sameFile));
     database_.execute("BEGIN");
     const RowCounts copied = copyAll(counts, repeated);
     database_.execute("COMMIT");

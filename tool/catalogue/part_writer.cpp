@@ -31,11 +31,7 @@ using corvinex::inspect::statusName;
 /// The file of the records.
 class RecordFile final : public corvinex::inspect::TextSink {
   public:
-    explicit RecordFile(const std::string& path) : path_(path) {
-        constexpr mode_t readAndWriteForAll = 0666;
-        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system has no other way
-        file_ = FileDescriptor(
-            ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, readAndWriteForAll));
+    explicit RecordFile(const std::string& path) : path_(path), file_(opened(path)) {
         if (!file_.isOpen()) {
             fail();
         }
@@ -52,6 +48,12 @@ class RecordFile final : public corvinex::inspect::TextSink {
     }
 
   private:
+    static FileDescriptor opened(const std::string& path) {
+        constexpr mode_t readAndWriteForAll = 0666;
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system has no other way
+        return FileDescriptor(
+            ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, readAndWriteForAll));
+    }
     [[noreturn]] void fail() const {
         throw std::system_error(errno, std::generic_category(), path_);
     }
