@@ -17,11 +17,11 @@ def main(arguments: Sequence[str] | None = None) -> int:
     for command in COMMANDS:
         command.add_parser(subparsers)
     chosen = parser.parse_args(arguments)
-    # A query of a large catalogue would put an interrupt off until it has ended.
-    signal.signal(signal.SIGINT, signal.SIG_DFL)
     status: int = chosen.run(chosen)
     return status
 
 
 if __name__ == "__main__":
+    # A query of a large catalogue would put an interrupt off until it has ended.
+    signal.signal(signal.SIGINT, signal.SIG_DFL)
     sys.exit(main())

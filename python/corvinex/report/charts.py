@@ -107,13 +107,13 @@ def _upright_bars(bars: Bars) -> Figure:
     axes.yaxis.set_major_formatter(lambda value, place: number(int(value)))
     axes.grid(axis="y", linewidth=0.8)
     axes.set_axisbelow(True)
-    axes.tick_params(length=0)
+    axes.tick_params(length=0, pad=6)
     axes.spines[["top", "right", "left"]].set_visible(False)
     return figure
 
 
 def _dots_by_area(positions: Positions) -> Iterator[tuple[int, list[Any]]]:
-    for least, most, area in ((1, 10, 16), (10, 1000, 36), (1000, math.inf, 64)):
+    for least, most, area in ((1, 10, 24), (10, 1000, 48), (1000, math.inf, 90)):
         dots = [dot for dot in positions.dots if least <= dot.count < most]
         if dots:
             yield area, dots

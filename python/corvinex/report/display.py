@@ -3,8 +3,10 @@
 import unicodedata
 
 # Characters that would change the order in which others are shown, or are not seen at all.
-_HIDDEN = frozenset("\u200b\u200e\u200f\u2060\u2066\u2067\u2068\u2069\ufeff\u061c") | frozenset(
-    chr(code) for code in range(0x202A, 0x202F)
+_HIDDEN = frozenset("\u00ad\u061c\u200b\u200e\u200f\u2060\ufeff") | frozenset(
+    chr(code)
+    for codes in (range(0x202A, 0x202F), range(0x2066, 0x206A), range(0xE0000, 0xE0080))
+    for code in codes
 )
 # Control characters, lone surrogates, line and paragraph separators, and what is no character.
 _ESCAPED_CATEGORIES = frozenset({"Cc", "Cs", "Zl", "Zp", "Cn"})
@@ -36,11 +38,13 @@ def _visible_character(character: str) -> str:
 
 def shortened(text: str, columns: int) -> str:
     """The text, cut with an ellipsis where it would take more columns; wide characters take two."""
-    width = 0
+    width = fitting = 0
     for place, character in enumerate(text):
         width += 2 if unicodedata.east_asian_width(character) in "WF" else 1
         if width > columns:
-            return text[: max(place - 1, 0)].rstrip() + "\u2026"
+            return text[:fitting].rstrip() + "\u2026"
+        if width < columns:
+            fitting = place + 1
     return text
 
 
@@ -74,5 +78,5 @@ def share(part: int, whole: int) -> str:
 
 
 def plural(count: int, word: str) -> str:
-    """A number with its word: "1 file", "2,000 files"."""
+    """A number and a word in singular or plural: "1 file", "2,000 files"."""
     return f"{number(count)} {word}{'' if count == 1 else 's'}"
