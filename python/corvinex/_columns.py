@@ -54,7 +54,7 @@ COLUMNS: dict[str, dict[str, Kind]] = {
         TEXT="file directory name field type text meaning json charset directories"),
 }
 
-_Nothing = type(None)
+_Nothing: type = type(None)
 _OFFSET = re.compile(r"(?<=\d)(?:Z|[+-]\d\d:\d\d)$")
 
 

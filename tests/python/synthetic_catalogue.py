@@ -11,34 +11,43 @@ import subprocess
 import sys
 import tempfile
 
-# A number for each file that looks like chance and is the same each time.
+# Of each file a number h below 2**32 and three below 1 that look like chance and are the same each time.
 NUMBERS = """
 CREATE TEMP TABLE number AS
 WITH RECURSIVE series (n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM series WHERE n < :files)
-SELECT n, (n * 2654435761) % 4294967296 AS h FROM series;
+SELECT n, (n * 2654435761) % 4294967296 AS h, (n * n % 1000003 * 7919 + n * 31) % 1000003 / 1000003.0 AS a,
+       (n * n % 999983 * n + 17 * n) % 999983 / 999983.0 AS b, (n * n % 998717 * 5 * n + n) % 998717 / 998717.0 AS c
+FROM series;
+CREATE TEMP TABLE place (id INTEGER PRIMARY KEY, latitude REAL, longitude REAL);
+INSERT INTO place VALUES (0, 59.9, 10.7), (1, 64.1, -21.9), (2, 41.9, 12.5), (3, 35.7, 139.7), (4, -33.9, 151.2),
+                         (5, -1.3, 36.8), (6, -22.9, -43.2), (7, 45.5, -73.6), (8, 52.5, 13.4), (9, 19.4, -99.1);
 """
+# One file in three is a photo with a camera, a time and a place.
 FILES = """
 INSERT INTO files (id, path, file, scan_id, mtime_ns, inode, size, modified, status, reason, container, byte_order,
                    header_offset, width, height, pages, taken, latitude, longitude, make, model, derived)
 SELECT n, '/store/box-' || (n / 1000) || '/' || n || '.tif', 'box-' || (n / 1000) || '/' || n || '.tif', 1,
-       n, n, 1000 + h % 40000000, '2024-01-01T00:00:00Z',
+       n, n, CAST(2000 * pow(10, 2.5 * (a + b)) AS INTEGER), '2024-01-01T00:00:00Z',
        CASE WHEN h % 100 < 5 THEN 'damaged' WHEN h % 100 < 15 THEN 'warnings' WHEN h % 1000 = 999 THEN 'unreadable'
             ELSE 'ok' END,
        CASE WHEN h % 1000 = 999 THEN 'Permission denied' END,
-       CASE WHEN n % 3 = 0 THEN 'JPEG' ELSE 'TIFF' END, 'little-endian', 0, 100 + h % 8000, 100 + h % 6000, 1,
-       CASE WHEN n % 3 = 0 THEN (1995 + h % 30) || '-0' || (1 + h % 9) || '-15T12:00:00' END,
-       CASE WHEN n % 3 = 0 THEN (h % 1700000) / 10000.0 - 85 END,
-       CASE WHEN n % 3 = 0 THEN (h / 7 % 3590000) / 10000.0 - 179 END,
-       CASE WHEN n % 3 = 0 THEN 'Example ' || (h % 9) END, CASE WHEN n % 3 = 0 THEN 'EO-' || (h % 200) END,
-       '{"width":' || (100 + h % 8000) || ',"height":' || (100 + h % 6000) || ',"pages":1,"taken":"2024"}'
-FROM number;
+       CASE WHEN n % 3 = 0 THEN 'JPEG' WHEN n % 37 = 0 THEN 'BigTIFF' ELSE 'TIFF' END, 'little-endian', 0,
+       CAST(200 + 6000 * a AS INTEGER), CAST(200 + 5000 * b AS INTEGER), 1,
+       CASE WHEN n % 3 = 0 THEN CAST(2024 - 25 * a * b AS INTEGER) || '-0' || (1 + h % 9) || '-15T12:00:00' END,
+       CASE WHEN n % 3 = 0 THEN place.latitude + 15 * (a + c - 1) * b END,
+       CASE WHEN n % 3 = 0 THEN place.longitude + 25 * (b + c - 1) * a END,
+       CASE WHEN n % 3 = 0 THEN 'Example Optics' END,
+       CASE WHEN n % 3 = 0 THEN 'EO-' || CAST(1 + 40 * a * b * c AS INTEGER) END,
+       '{"width":' || CAST(200 + 6000 * a AS INTEGER) || ',"height":' || CAST(200 + 5000 * b AS INTEGER) || ',"pages":1}'
+FROM number JOIN place ON place.id = CAST(10 * b * c AS INTEGER);
 """
 DIRECTORIES = """
 INSERT INTO directories (id, file_id, position, path, kind, offset, entries, compression, photometric, strips, bytes,
                          derived)
 SELECT n, n, 0, '0', 'main', 8, 13,
-       CASE h % 5 WHEN 0 THEN 'LZW' WHEN 1 THEN 'PackBits' WHEN 2 THEN 'Deflate' ELSE 'Uncompressed' END,
-       'RGB', 1, h % 40000000, '{"compression":"LZW","photometric":"RGB","strips":1,"bytes":1000}'
+       CASE CAST(9 * a * b AS INTEGER) WHEN 0 THEN 'Uncompressed' WHEN 1 THEN 'LZW' WHEN 2 THEN 'Deflate'
+            WHEN 3 THEN 'JPEG' ELSE 'PackBits' END,
+       'RGB', 1, 1000, '{"compression":"LZW","photometric":"RGB","strips":1,"bytes":1000}'
 FROM number;
 """
 TAGS = """
@@ -54,9 +63,11 @@ SELECT n, tag.number, tag.number - 256, tag.name, tag.type, 1, 100,
                        ELSE '[300,1]' END,
        CASE tag.number WHEN 277 THEN CASE h % 3 WHEN 0 THEN 3 ELSE 1 END WHEN 296 THEN 2
                        WHEN 256 THEN h % 8000 WHEN 257 THEN h % 6000 END,
-       CASE WHEN tag.number IN (282, 283) THEN 100.0 * (1 + h % 6) + (h % 97 = 0) * (h % 4999) END,
+       CASE WHEN tag.number IN (282, 283) THEN
+            CASE CAST(5 * a * c AS INTEGER) WHEN 0 THEN 300 WHEN 1 THEN 600 WHEN 2 THEN 72 WHEN 3 THEN 400 ELSE 96 END
+            + (h % 9973 = 0) * (h % 4999) END,
        CASE WHEN tag.type = 'ASCII' THEN 'text ' || n END,
-       CASE tag.number WHEN 306 THEN (1995 + h % 30) || '-06-15 12:00:00' END, 0
+       CASE tag.number WHEN 306 THEN CAST(2020 - 30 * a * c AS INTEGER) || '-06-15 12:00:00' END, 0
 FROM number, tag;
 """
 FINDINGS = """

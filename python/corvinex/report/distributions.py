@@ -49,8 +49,8 @@ CREATE TEMP TABLE report_position AS
 SELECT latitude, longitude FROM files
 WHERE latitude BETWEEN -90 AND 90 AND longitude BETWEEN -180 AND 180
 """
-# Degrees: how far apart positions may lie that become one dot, the finest first.
-_DOT_STEPS = (0.001, 0.1, 1.0, 5.0)
+# The sides of squares in degrees in which positions become one dot, the finest first.
+_DOT_STEPS = (0.001, 0.1, 0.5, 1.0, 5.0)
 
 
 @dataclass(frozen=True)
@@ -78,7 +78,7 @@ class Dot:
 
 @dataclass(frozen=True)
 class Positions:
-    """Positions of files. `step` is the distance in degrees below which they became one dot."""
+    """Positions of files. Those in a square whose sides are `step` degrees are one dot."""
 
     dots: tuple[Dot, ...]
     count: int
