@@ -1,17 +1,17 @@
-"""Tags of TIFF, BigTIFF and EXIF files, and what is wrong with them.
-
-`catalogue(path)` opens what `corvinex scan` has written; see `corvinex._catalogue`.
-`python3 -m corvinex report` makes a page of it.
-"""
+"""Reads the tags of TIFF, BigTIFF and EXIF files."""
 
 from typing import Any
 
-__all__ = ["Catalogue", "CatalogueError", "catalogue"]
+from corvinex import _native
+
+__version__: str = _native.version
+
+_OF_CATALOGUES = ("Catalogue", "CatalogueError", "catalogue")
 
 
 def __getattr__(name: str) -> Any:
     # pandas takes a while to load, and not every use needs it.
-    if name in __all__:
+    if name in _OF_CATALOGUES:
         from corvinex import _catalogue
 
         return getattr(_catalogue, name)
