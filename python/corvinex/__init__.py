@@ -1,8 +1,13 @@
 """Reads the tags of TIFF, BigTIFF and EXIF files."""
 
-from typing import Any
+from typing import TYPE_CHECKING, Any
 
 from corvinex import _native
+
+if TYPE_CHECKING:
+    from corvinex._catalogue import Catalogue as Catalogue
+    from corvinex._catalogue import CatalogueError as CatalogueError
+    from corvinex._catalogue import catalogue as catalogue
 
 __version__: str = _native.version
 

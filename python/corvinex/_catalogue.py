@@ -35,8 +35,8 @@ FROM tags AS t JOIN directories AS d ON d.id = t.directory_id JOIN files AS f ON
 def catalogue(path: str | os.PathLike[str]) -> "Catalogue":
     """Opens a catalogue that `corvinex scan` has written, for reading.
 
-    Raises FileNotFoundError or another OSError when the file cannot be opened, and CatalogueError (a
-    ValueError) when it is no catalogue, one of a later version, or damaged.
+    Raises FileNotFoundError or another OSError when the file cannot be opened, and CatalogueError
+    (a ValueError) when it is no catalogue, one of a later version, or damaged.
     """
     return Catalogue(path)
 
@@ -44,15 +44,20 @@ def catalogue(path: str | os.PathLike[str]) -> "Catalogue":
 class Catalogue:
     """The tables and views of a catalogue as pandas data frames, with a row for each of theirs.
 
-    docs/catalogue.md says what the columns hold. Their types do not depend on the rows: whole numbers
-    are Int64 (UInt64 where the file may tell 2**63 or more: sizes of images, counts, offsets), others
-    float64, texts string, truth boolean, bytes and JSON as they stand. Times are datetime64[ns, UTC]; those that
-    a camera tells are datetime64[ns] without a zone, in which `taken_offset` of `files` and `photos` is
-    the zone's distance from UTC where the file tells it ("+01:00"). What is no time, or none between
-    1678 and 2261, is NaT. `path` is a name that can be opened, with surrogates for bytes that are no
-    UTF-8.
+    The columns are those of the tables. Their types do not depend on the rows: whole numbers are
+    Int64 (UInt64 where a file may tell 2**63 or more: sizes of images, counts, offsets), others
+    float64, texts and JSON string, truth boolean, bytes object. What is no number in a column of
+    numbers is missing there, as what half a bit makes of `bits`.
 
-    A frame is read when it is first asked for and kept. Use it as a context manager, or call `close`.
+    Times are datetime64[ns, UTC]. Those that a camera tells are datetime64[ns] without a zone; in
+    `files` and `photos` the column `taken_offset` has the distance from UTC ("+01:00") where the
+    file tells it. What is no time, or none between 1678 and 2261, is NaT.
+
+    `path` is a name that can be opened, with surrogates for bytes that are no UTF-8; `file` is the
+    name as the scan was led to it, with U+FFFD for them.
+
+    A frame is read when it is first asked for, and kept. Use the catalogue as a context manager, or
+    call `close`.
     """
 
     def __init__(self, path: str | os.PathLike[str]) -> None:
@@ -72,10 +77,12 @@ class Catalogue:
     @functools.cached_property
     def findings(self) -> pd.DataFrame:
         """A row for each finding, with the name of its file."""
-        sql = ("SELECT g.file_id AS file_id, f.file AS file, g.position AS position, g.id AS id, "
-               "g.severity AS severity, g.directory AS directory, g.tag AS tag, "
-               "g.arguments AS arguments, g.text AS text FROM findings AS g "
-               "JOIN files AS f ON f.id = g.file_id ORDER BY g.file_id, g.position")
+        sql = (
+            "SELECT g.file_id AS file_id, f.file AS file, g.position AS position, g.id AS id, "
+            "g.severity AS severity, g.directory AS directory, g.tag AS tag, "
+            "g.arguments AS arguments, g.text AS text FROM findings AS g "
+            "JOIN files AS f ON f.id = g.file_id ORDER BY g.file_id, g.position"
+        )
         return self._read(sql, "findings")
 
     @functools.cached_property
@@ -87,8 +94,8 @@ class Catalogue:
     def photos(self) -> pd.DataFrame:
         """A row for each file with an EXIF directory, a camera, a time or a place.
 
-        `exposure` is in seconds, `focal_length` in mm, `latitude` and `longitude` in degrees (WGS 84, north and
-        east positive), `altitude` in m.
+        `exposure` is in seconds, `focal_length` in mm, `latitude` and `longitude` in degrees
+        (north and east positive), `altitude` in m.
         """
         return self._read(f"SELECT *, {_OFFSET} FROM photos ORDER BY file_id", "photos")
 
@@ -127,15 +134,20 @@ class Catalogue:
     def __enter__(self) -> "Catalogue":
         return self
 
-    def __exit__(self, kind: type[BaseException] | None, error: BaseException | None,
-                 trace: TracebackType | None) -> None:
+    def __exit__(
+        self,
+        kind: type[BaseException] | None,
+        error: BaseException | None,
+        trace: TracebackType | None,
+    ) -> None:
         self.close()
 
     def __repr__(self) -> str:
         return f"Catalogue({self._name!r}{', closed' if self._database is None else ''})"
 
-    def _read(self, sql: str, source: str | None,
-              parameters: Sequence[Any] | Mapping[str, Any] = ()) -> pd.DataFrame:
+    def _read(
+        self, sql: str, source: str | None, parameters: Sequence[Any] | Mapping[str, Any] = ()
+    ) -> pd.DataFrame:
         if self._database is None:
             raise ValueError(f"{self._name}: the catalogue is closed")
         with errors_told(self._name):
@@ -152,7 +164,9 @@ class Catalogue:
         return pd.concat(chunks, ignore_index=True) if chunks else _frame(names, [], kinds)
 
 
-def _frame(names: list[str], rows: list[tuple[Any, ...]], kinds: Mapping[str, Kind]) -> pd.DataFrame:
+def _frame(
+    names: list[str], rows: list[tuple[Any, ...]], kinds: Mapping[str, Kind]
+) -> pd.DataFrame:
     columns = []
     for name, values in zip(names, zip(*rows) if rows else [()] * len(names), strict=True):
         # A later version's tables may have columns that are not known here.

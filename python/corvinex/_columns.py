@@ -31,27 +31,50 @@ def _columns(**names: str) -> dict[str, Kind]:
 # The columns of each table and view by their kind.
 COLUMNS: dict[str, dict[str, Kind]] = {
     "files": _columns(
-        WHOLE="id scan_id mtime_ns inode size header_offset", LARGE="width height pages",
-        REAL="latitude longitude altitude", TIME="modified", LOCAL_TIME="taken", NAME="path", ANY="file_bytes",
-        TEXT="file status reason container byte_order taken_offset make model lens crs derived"),
+        WHOLE="id scan_id mtime_ns inode size header_offset",
+        LARGE="width height pages",
+        REAL="latitude longitude altitude",
+        TIME="modified",
+        LOCAL_TIME="taken",
+        NAME="path",
+        ANY="file_bytes",
+        TEXT="file status reason container byte_order taken_offset make model lens crs derived",
+    ),
     "directories": _columns(
-        WHOLE="id file_id position parent_id entries", LARGE="offset strips tiles bytes",
-        TEXT="path kind compression photometric derived"),
+        WHOLE="id file_id position parent_id entries",
+        LARGE="offset strips tiles bytes",
+        TEXT="path kind compression photometric derived",
+    ),
     "findings": _columns(
-        WHOLE="file_id position tag", TEXT="file id severity directory arguments text"),
+        WHOLE="file_id position tag", TEXT="file id severity directory arguments text"
+    ),
     "images": _columns(
-        WHOLE="file_id directory_id width height bits samples", LARGE="pages", LOCAL_TIME="date",
-        TEXT="file directory status compression photometric software"),
+        WHOLE="file_id directory_id width height bits samples",
+        LARGE="pages",
+        LOCAL_TIME="date",
+        TEXT="file directory status compression photometric software",
+    ),
     "photos": _columns(
-        WHOLE="file_id iso", REAL="exposure f_number focal_length latitude longitude altitude",
-        LOCAL_TIME="taken", TEXT="file status make model lens taken_offset"),
+        WHOLE="file_id iso",
+        REAL="exposure f_number focal_length latitude longitude altitude",
+        LOCAL_TIME="taken",
+        TEXT="file status make model lens taken_offset",
+    ),
     "scans": _columns(
-        WHOLE="id max_values found written unchanged removed", LARGE="header_offset",
-        TIME="started finished", TEXT="version", NAME="folder"),
+        WHOLE="id max_values found written unchanged removed",
+        LARGE="header_offset",
+        TIME="started finished",
+        TEXT="version",
+        NAME="folder",
+    ),
     "tags": _columns(
-        WHOLE="file_id directory_id number entry integer", LARGE="count offset", REAL="real",
-        TRUTH="truncated", ANY="rest",
-        TEXT="file directory name field type text meaning json charset directories"),
+        WHOLE="file_id directory_id number entry integer",
+        LARGE="count offset",
+        REAL="real",
+        TRUTH="truncated",
+        ANY="rest",
+        TEXT="file directory name field type text meaning json charset directories",
+    ),
 }
 
 _Nothing: type = type(None)
@@ -59,7 +82,7 @@ _OFFSET = re.compile(r"(?<=\d)(?:Z|[+-]\d\d:\d\d)$")
 
 
 def typed(values: Sequence[Any], kind: Kind) -> Any:
-    """The values of a column as an array of pandas or NumPy. What is not of its kind is missing there."""
+    """The values of a column as an array of pandas or NumPy; what is not of its kind is missing."""
     return _MAKERS[kind](values)
 
 
@@ -79,6 +102,7 @@ def _numbers(dtype: str, sound: Callable[[Any], Any]) -> Callable[[Sequence[Any]
         if not set(map(type, values)) <= {int, _Nothing}:
             values = [sound(value) for value in values]
         return pd.array(values, dtype=dtype)
+
     return make
 
 
@@ -90,7 +114,11 @@ def _whole(value: Any) -> int | None:
 
 def _large(value: Any) -> int | None:
     if isinstance(value, str):
-        return int(value) if re.fullmatch(r"\d{1,20}", value, re.ASCII) and int(value) < 2**64 else None
+        return (
+            int(value)
+            if re.fullmatch(r"\d{1,20}", value, re.ASCII) and int(value) < 2**64
+            else None
+        )
     return _whole(value)
 
 
@@ -107,7 +135,9 @@ def _texts(values: Sequence[Any]) -> Any:
 
 
 def _names(values: Sequence[Any]) -> Any:
-    return pd.array([os.fsdecode(value) if value is not None else None for value in values], dtype="string")
+    return pd.array(
+        [os.fsdecode(value) if value is not None else None for value in values], dtype="string"
+    )
 
 
 def _times(values: Sequence[Any]) -> Any:
@@ -130,7 +160,9 @@ _MAKERS: dict[Kind, Callable[[Sequence[Any]], Any]] = {
     Kind.LARGE: _numbers("UInt64", _large),
     Kind.REAL: _reals,
     Kind.TEXT: _texts,
-    Kind.TRUTH: lambda values: pd.array([None if value is None else bool(value) for value in values], dtype="boolean"),
+    Kind.TRUTH: lambda values: pd.array(
+        [None if value is None else bool(value) for value in values], dtype="boolean"
+    ),
     Kind.TIME: _times,
     Kind.LOCAL_TIME: _local_times,
     Kind.NAME: _names,

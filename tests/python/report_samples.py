@@ -1,4 +1,4 @@
-"""Catalogues for tests: of the samples, and of files with names and texts that are made to do harm."""
+"""Catalogues for tests: of the samples, and of files with names and texts made to do harm."""
 
 import os
 import pathlib
@@ -56,11 +56,21 @@ def make_hostile_tree(folder: pathlib.Path) -> None:
             file.write(damaged)
     (folder / "empty.tif").write_bytes(b"")
     (folder / "loop.tif").symlink_to("loop.tif")
-    (folder / "camera.tif").write_bytes(tiff([
-        (256, 3, b"\1\0"), (257, 3, b"\1\0"), (258, 11, struct.pack("<f", 8.5)),
-        (271, 2, b"Example Optics\0"), (272, 2, HOSTILE_MODEL + b"\0"),
-        (282, 5, struct.pack("<II", 118, 1)), (283, 5, struct.pack("<II", 118, 1)), (296, 3, b"\3\0"),
-        (306, 2, b"1999:12:31 23:59:59\0")]))
+    (folder / "camera.tif").write_bytes(
+        tiff(
+            [
+                (256, 3, b"\1\0"),
+                (257, 3, b"\1\0"),
+                (258, 11, struct.pack("<f", 8.5)),
+                (271, 2, b"Example Optics\0"),
+                (272, 2, HOSTILE_MODEL + b"\0"),
+                (282, 5, struct.pack("<II", 118, 1)),
+                (283, 5, struct.pack("<II", 118, 1)),
+                (296, 3, b"\3\0"),
+                (306, 2, b"1999:12:31 23:59:59\0"),
+            ]
+        )
+    )
 
 
 def scan(tree: pathlib.Path, catalogue: pathlib.Path) -> pathlib.Path:

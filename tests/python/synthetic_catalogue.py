@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Makes a catalogue of files that do not exist, as large as one likes: what a page does with a million files can
-be tried without them.
+"""Makes a catalogue of files that do not exist, as large as one likes: what a page does with a
+million files can be tried without them.
 
   synthetic_catalogue.py TOOL FILES CATALOGUE
 """
@@ -11,7 +11,8 @@ import subprocess
 import sys
 import tempfile
 
-# Of each file a number h below 2**32 and three below 1 that look like chance and are the same each time.
+# Of each file a number h below 2**32 and three below 1 that look like chance and are the same each
+# time.
 NUMBERS = """
 CREATE TEMP TABLE number AS
 WITH RECURSIVE series (n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM series WHERE n < :files)

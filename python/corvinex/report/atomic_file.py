@@ -8,8 +8,8 @@ import stat
 def write_whole(path: str | os.PathLike[str], content: bytes) -> None:
     """Puts content in the place of a file, of which nobody sees a part.
 
-    A link is followed. What is no regular file, such as a pipe, is written to as it is. Raises OSError
-    when it cannot be written; what stood there before is still there then.
+    A link is followed. What is no regular file, such as a pipe, is written to as it is. Raises
+    OSError when it cannot be written; what stood there before is still there then.
     """
     place = pathlib.Path(os.path.realpath(path))
     if place.exists() and not stat.S_ISREG(place.stat().st_mode):

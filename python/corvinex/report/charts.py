@@ -13,8 +13,8 @@ from matplotlib.backends.backend_svg import FigureCanvasSVG  # type: ignore[impo
 from matplotlib.figure import Figure  # type: ignore[import]
 from matplotlib.ticker import MaxNLocator  # type: ignore[import]
 
+from corvinex.report.chart_data import Bars, Positions
 from corvinex.report.display import number, plural, shortened, visible
-from corvinex.report.distributions import Bars, Positions
 
 _WIDTH = 5.4  # inches of 72 units each
 _LABEL_COLUMNS = 26
@@ -47,7 +47,7 @@ _SVG = "{http://www.w3.org/2000/svg}"
 
 
 def bar_chart(bars: Bars) -> Markup:
-    """Draws bars: upright ones along a scale of time, else lying ones with their numbers behind them."""
+    """Draws bars: upright ones along a scale of time, else lying ones with numbers behind them."""
     told = "; ".join(f"{visible(label)}: {number(count)}" for label, count in bars.rows)
     draw = _upright_bars if bars.name == "dates" else _lying_bars
     with matplotlib.rc_context(_STYLE), warnings.catch_warnings():
@@ -62,8 +62,14 @@ def position_chart(positions: Positions) -> Markup:
         figure = Figure(figsize=(_WIDTH, 0.65 * _WIDTH))
         axes = figure.add_subplot()
         for area, dots in _dots_by_area(positions):
-            axes.scatter([dot.longitude for dot in dots], [dot.latitude for dot in dots],
-                         s=area, color=_BAR, alpha=0.75, linewidths=0)
+            axes.scatter(
+                [dot.longitude for dot in dots],
+                [dot.latitude for dot in dots],
+                s=area,
+                color=_BAR,
+                alpha=0.75,
+                linewidths=0,
+            )
         _set_extent(axes, positions)
         axes.set_xlabel("longitude (degrees east)")
         axes.set_ylabel("latitude (degrees north)")
@@ -71,8 +77,10 @@ def position_chart(positions: Positions) -> Markup:
         axes.set_axisbelow(True)
         south, north = (f(dot.latitude for dot in positions.dots) for f in (min, max))
         west, east = (f(dot.longitude for dot in positions.dots) for f in (min, max))
-        told = (f"{plural(positions.count, 'position')} between {south:.4g} and {north:.4g} degrees "
-                f"of latitude and {west:.4g} and {east:.4g} degrees of longitude.")
+        told = (
+            f"{plural(positions.count, 'position')} between {south:.4g} and {north:.4g} degrees "
+            f"of latitude and {west:.4g} and {east:.4g} degrees of longitude."
+        )
         return _inline_svg(figure, "positions", "Positions", told)
 
 
@@ -143,7 +151,9 @@ def _inline_svg(figure: Figure, name: str, title: str, description: str) -> Mark
         element.tag = element.tag.rpartition("}")[2]
         attributes = {key.rpartition("}")[2]: value for key, value in element.attrib.items()}
         element.attrib.clear()
-        element.attrib.update({key: _of_page(key, value, name) for key, value in attributes.items()})
+        element.attrib.update(
+            {key: _of_page(key, value, name) for key, value in attributes.items()}
+        )
     for attribute in ("width", "height", "version"):
         root.attrib.pop(attribute, None)
     root.attrib.update({"role": "img", "aria-labelledby": f"{name}-title {name}-desc"})

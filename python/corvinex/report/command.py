@@ -13,10 +13,17 @@ SUCCESS, FAILED, BAD_USAGE, OUTPUT_FAILED = range(4)
 
 def add_parser(subparsers: "argparse._SubParsersAction[argparse.ArgumentParser]") -> None:
     """Adds the command to those of the package."""
-    about = "Makes an HTML page of a catalogue that `corvinex scan` has written. The page needs no network."
+    about = (
+        "Makes an HTML page of a catalogue that `corvinex scan` has written. "
+        "The page needs no network."
+    )
     parser = subparsers.add_parser("report", help="make a page of a catalogue", description=about)
-    parser.add_argument("catalogue", metavar="CATALOGUE", help="what `corvinex scan -o` has written")
-    parser.add_argument("-o", "--output", metavar="PAGE", required=True, help="the HTML file to write")
+    parser.add_argument(
+        "catalogue", metavar="CATALOGUE", help="what `corvinex scan -o` has written"
+    )
+    parser.add_argument(
+        "-o", "--output", metavar="PAGE", required=True, help="the HTML file to write"
+    )
     parser.set_defaults(run=run)
 
 
@@ -24,7 +31,9 @@ def run(arguments: argparse.Namespace) -> int:
     """Writes the page. Returns the exit status; messages go to standard error."""
     try:
         if os.path.samefile(arguments.catalogue, arguments.output):
-            return _failed(BAD_USAGE, f"{arguments.output}: the page would take the catalogue's place")
+            return _failed(
+                BAD_USAGE, f"{arguments.output}: the page would take the catalogue's place"
+            )
     except OSError:
         pass  # One of them is not there, which is told of the catalogue below.
     try:

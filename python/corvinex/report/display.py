@@ -33,7 +33,13 @@ def _visible_character(character: str) -> str:
         return f"\\x{code - 0xDC00:02x}"
     if character in _SHORT:
         return _SHORT[character]
-    return f"\\x{code:02x}" if code < 0x100 else f"\\u{code:04x}" if code < 0x10000 else f"\\U{code:08x}"
+    return (
+        f"\\x{code:02x}"
+        if code < 0x100
+        else f"\\u{code:04x}"
+        if code < 0x10000
+        else f"\\U{code:08x}"
+    )
 
 
 def shortened(text: str, columns: int) -> str:

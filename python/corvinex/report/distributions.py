@@ -3,25 +3,25 @@
 SQLite counts; what comes to Python is a number of rows that no catalogue can make large.
 """
 
-import datetime
 import sqlite3
 from dataclasses import dataclass
 
+from corvinex.report.chart_data import Bars, Dot, Positions
+from corvinex.report.dates import dates
 from corvinex.report.display import number
 
 MOST_BARS = 12
-MOST_YEARS = 60
-MOST_MONTHS = 36
 MOST_DOTS = 3000
 
-# One row an image of a main chain. The views of a catalogue would look each tag up once a chart.
+# A row for each image of a main chain. The views of a catalogue would look each tag up once a chart.
 _IMAGES = """
 CREATE TEMP TABLE report_image AS
 SELECT
     d.file_id AS file_id,
     d.position AS position,
     d.compression AS compression,
-    (SELECT json_extract(json, '$[0]') FROM tags WHERE directory_id = d.id AND number = 258) AS bits,
+    (SELECT json_extract(json, '$[0]') FROM tags
+     WHERE directory_id = d.id AND number = 258) AS bits,
     (SELECT integer FROM tags WHERE directory_id = d.id AND number = 277) AS samples,
     (SELECT real FROM tags WHERE directory_id = d.id AND number = 282) AS resolution,
     (SELECT integer FROM tags WHERE directory_id = d.id AND number = 296) AS unit,
@@ -37,13 +37,6 @@ CASE WHEN resolution > 0 AND resolution < 1e9 THEN
 END
 """
 
-_MONTHS = """
-SELECT month, count(*) FROM (
-    SELECT coalesce(substr(f.taken, 1, 7), i.month) AS month FROM files AS f
-    LEFT JOIN report_image AS i ON i.file_id = f.id AND i.position = 0)
-WHERE month GLOB '[0-9][0-9][0-9][0-9]-[01][0-9]' GROUP BY month ORDER BY month
-"""
-
 _POSITIONS = """
 CREATE TEMP TABLE report_position AS
 SELECT latitude, longitude FROM files
@@ -51,38 +44,6 @@ WHERE latitude BETWEEN -90 AND 90 AND longitude BETWEEN -180 AND 180
 """
 # The sides of squares in degrees in which positions become one dot, the finest first.
 _DOT_STEPS = (0.001, 0.1, 0.5, 1.0, 5.0)
-
-
-@dataclass(frozen=True)
-class Bars:
-    """A bar chart: labels with counts of what there is, and what is not among them."""
-
-    name: str
-    title: str
-    counted: str  # what is counted: "files", "images"
-    rows: tuple[tuple[str, int], ...]
-    others: int = 0  # with labels beyond the most frequent ones
-    kinds_of_others: int = 0
-    unknown: int = 0  # that do not tell
-    is_ordered: bool = False  # by a scale such as time, not by frequency
-
-
-@dataclass(frozen=True)
-class Dot:
-    """Positions that lie close to one another: their mean in degrees, and their number."""
-
-    latitude: float
-    longitude: float
-    count: int
-
-
-@dataclass(frozen=True)
-class Positions:
-    """Positions of files. Those in a square whose sides are `step` degrees are one dot."""
-
-    dots: tuple[Dot, ...]
-    count: int
-    step: float
 
 
 @dataclass(frozen=True)
@@ -105,11 +66,19 @@ def distributions(database: sqlite3.Connection) -> Distributions:
         _file_sizes(database),
         _image_sizes(database),
         _most_frequent(database, "bits", "Bits of a pixel", "images", _BITS, "report_image"),
-        _most_frequent(database, "compression", "Compression", "images", "compression", "report_image"),
-        _most_frequent(database, "resolution", "Resolution, dots per inch", "images",
-                       f"CAST({_DPI} AS INTEGER)", "report_image"),
+        _most_frequent(
+            database, "compression", "Compression", "images", "compression", "report_image"
+        ),
+        _most_frequent(
+            database,
+            "resolution",
+            "Resolution, dots per inch",
+            "images",
+            f"CAST({_DPI} AS INTEGER)",
+            "report_image",
+        ),
         _most_frequent(database, "cameras", "Cameras", "files", _CAMERA, "files"),
-        _dates(database),
+        dates(database),
     )
     return Distributions(images, bars, _positions(database))
 
@@ -126,8 +95,9 @@ WHEN model IS NULL THEN make ELSE make || ' ' || model END
 """
 
 
-def _most_frequent(database: sqlite3.Connection, name: str, title: str, counted: str,
-                   label: str, table: str) -> Bars:
+def _most_frequent(
+    database: sqlite3.Connection, name: str, title: str, counted: str, label: str, table: str
+) -> Bars:
     """The most frequent labels. An expression of SQL gives the label of a row, or null."""
     found = f"SELECT {label} AS label, count(*) AS rows FROM {table} GROUP BY label"
     totals = database.execute(
@@ -136,25 +106,49 @@ def _most_frequent(database: sqlite3.Connection, name: str, title: str, counted:
     ).fetchone()
     rows = database.execute(
         f"SELECT label, rows FROM ({found}) WHERE label IS NOT NULL "
-        "ORDER BY rows DESC, label LIMIT ?", (MOST_BARS,)
+        "ORDER BY rows DESC, label LIMIT ?",
+        (MOST_BARS,),
     ).fetchall()
     shown = sum(count for _, count in rows)
-    return Bars(name, title, counted, tuple((_label(value), count) for value, count in rows),
-                others=totals[1] - shown, kinds_of_others=totals[0] - len(rows), unknown=totals[2])
+    return Bars(
+        name,
+        title,
+        counted,
+        tuple((_label(value), count) for value, count in rows),
+        others=totals[1] - shown,
+        kinds_of_others=totals[0] - len(rows),
+        unknown=totals[2],
+    )
 
 
 def _label(value: object) -> str:
     return number(value) if isinstance(value, int) else str(value)
 
 
-_SIZE_STEPS = ((1e3, "under 1 kB"), (1e4, "1 to 10 kB"), (1e5, "10 to 100 kB"),
-               (1e6, "100 kB to 1 MB"), (1e7, "1 to 10 MB"), (1e8, "10 to 100 MB"),
-               (1e9, "100 MB to 1 GB"), (1e10, "1 to 10 GB"), (float("inf"), "10 GB and more"))
+_SIZE_STEPS = (
+    (1e3, "under 1 kB"),
+    (1e4, "1 to 10 kB"),
+    (1e5, "10 to 100 kB"),
+    (1e6, "100 kB to 1 MB"),
+    (1e7, "1 to 10 MB"),
+    (1e8, "10 to 100 MB"),
+    (1e9, "100 MB to 1 GB"),
+    (1e10, "1 to 10 GB"),
+    (float("inf"), "10 GB and more"),
+)
 
-_PIXEL_STEPS = ((1e5, "under 0.1 Mpx"), (1e6, "0.1 to 1 Mpx"), (2e6, "1 to 2 Mpx"),
-                (5e6, "2 to 5 Mpx"), (1e7, "5 to 10 Mpx"), (2e7, "10 to 20 Mpx"),
-                (5e7, "20 to 50 Mpx"), (1e8, "50 to 100 Mpx"), (1e9, "0.1 to 1 Gpx"),
-                (float("inf"), "1 Gpx and more"))
+_PIXEL_STEPS = (
+    (1e5, "under 0.1 Mpx"),
+    (1e6, "0.1 to 1 Mpx"),
+    (2e6, "1 to 2 Mpx"),
+    (5e6, "2 to 5 Mpx"),
+    (1e7, "5 to 10 Mpx"),
+    (2e7, "10 to 20 Mpx"),
+    (5e7, "20 to 50 Mpx"),
+    (1e8, "50 to 100 Mpx"),
+    (1e9, "0.1 to 1 Gpx"),
+    (float("inf"), "1 Gpx and more"),
+)
 
 
 def _file_sizes(database: sqlite3.Connection) -> Bars:
@@ -163,67 +157,43 @@ def _file_sizes(database: sqlite3.Connection) -> Bars:
 
 def _image_sizes(database: sqlite3.Connection) -> Bars:
     # A width of 2^63 or more is text.
-    return _steps(database, "pixels", "Size of first images",
-                  "CAST(width AS REAL) * CAST(height AS REAL)", _PIXEL_STEPS)
+    return _steps(
+        database,
+        "pixels",
+        "Size of first images",
+        "CAST(width AS REAL) * CAST(height AS REAL)",
+        _PIXEL_STEPS,
+    )
 
 
-def _steps(database: sqlite3.Connection, name: str, title: str, value: str,
-           steps: tuple[tuple[float, str], ...]) -> Bars:
-    """Files by the step of a scale that a value lies in, from the first to the last that has any."""
-    cases = " ".join(f"WHEN value < {limit!r} THEN {place}"
-                     for place, (limit, _) in enumerate(steps[:-1]))
-    counts: dict[int | None, int] = dict(database.execute(
-        f"SELECT CASE WHEN value IS NULL THEN NULL {cases} ELSE {len(steps) - 1} END AS step, "
-        f"count(*) FROM (SELECT {value} AS value FROM files) GROUP BY step"
-    ).fetchall())
+def _steps(
+    database: sqlite3.Connection,
+    name: str,
+    title: str,
+    value: str,
+    steps: tuple[tuple[float, str], ...],
+) -> Bars:
+    """Files by the step of a scale in which a value lies, from the first to the last with any."""
+    cases = " ".join(
+        f"WHEN value < {limit!r} THEN {place}" for place, (limit, _) in enumerate(steps[:-1])
+    )
+    counts: dict[int | None, int] = dict(
+        database.execute(
+            f"SELECT CASE WHEN value IS NULL THEN NULL {cases} ELSE {len(steps) - 1} END AS step, "
+            f"count(*) FROM (SELECT {value} AS value FROM files) GROUP BY step"
+        ).fetchall()
+    )
     unknown = counts.pop(None, 0)
     known = [place for place in counts if place is not None]
     places = range(min(known), max(known) + 1) if known else range(0)
-    return Bars(name, title, "files", tuple((steps[place][1], counts.get(place, 0)) for place in places),
-                unknown=unknown, is_ordered=True)
-
-
-def _dates(database: sqlite3.Connection) -> Bars:
-    """Files by the month in which they were made when they all fit, else by the year."""
-    total: int = database.execute("SELECT count(*) FROM files").fetchone()[0]
-    months = [(datetime.date(int(month[:4]), int(month[5:]), 1), count)
-              for month, count in database.execute(_MONTHS)
-              if int(month[:4]) >= 1 and 1 <= int(month[5:]) <= 12]
-    known = sum(count for _, count in months)
-    if months and _months_between(months[0][0], months[-1][0]) < MOST_MONTHS:
-        counts = {day.strftime("%Y-%m"): count for day, count in months}
-        labels = _months_from(months[0][0], months[-1][0])
-        title = "Months in which files were made"
-    else:
-        counts = {}
-        for day, count in months:
-            counts[f"{day.year:04}"] = counts.get(f"{day.year:04}", 0) + count
-        labels = _years(counts)
-        title = "Years in which files were made"
-    rows = tuple((label, counts.get(label, 0)) for label in labels)
-    return Bars("dates", title, "files", rows, others=known - sum(count for _, count in rows),
-                kinds_of_others=len(counts.keys() - set(labels)), unknown=total - known,
-                is_ordered=True)
-
-
-def _months_between(first: datetime.date, last: datetime.date) -> int:
-    return 12 * (last.year - first.year) + last.month - first.month
-
-
-def _months_from(first: datetime.date, last: datetime.date) -> list[str]:
-    return [f"{first.year + place // 12:04}-{place % 12 + 1:02}"
-            for place in range(first.month - 1, first.month + _months_between(first, last))]
-
-
-def _years(counts: dict[str, int]) -> list[str]:
-    """The run of years that has most files. A clock that was never set tells a year far away."""
-    if not counts:
-        return []
-    starts = sorted(int(year) for year in counts)
-    best = max(starts, key=lambda start: (
-        sum(counts.get(f"{year:04}", 0) for year in range(start, start + MOST_YEARS)), start))
-    last = max(year for year in starts if year < best + MOST_YEARS)
-    return [f"{year:04}" for year in range(best, last + 1)]
+    return Bars(
+        name,
+        title,
+        "files",
+        tuple((steps[place][1], counts.get(place, 0)) for place in places),
+        unknown=unknown,
+        is_ordered=True,
+    )
 
 
 def _positions(database: sqlite3.Connection) -> Positions:
@@ -231,10 +201,15 @@ def _positions(database: sqlite3.Connection) -> Positions:
     dots: list[Dot] = []
     step = _DOT_STEPS[0]
     for step in _DOT_STEPS:
-        dots = [Dot(*row) for row in database.execute(
-            "SELECT avg(latitude), avg(longitude), count(*) FROM report_position "
-            "GROUP BY round(latitude / ?1), round(longitude / ?1) "
-            "ORDER BY 1, 2 LIMIT ?2", (step, MOST_DOTS + 1))]
+        dots = [
+            Dot(*row)
+            for row in database.execute(
+                "SELECT avg(latitude), avg(longitude), count(*) FROM report_position "
+                "GROUP BY round(latitude / ?1), round(longitude / ?1) "
+                "ORDER BY 1, 2 LIMIT ?2",
+                (step, MOST_DOTS + 1),
+            )
+        ]
         if len(dots) <= MOST_DOTS:
             break
     return Positions(tuple(dots), count, step)

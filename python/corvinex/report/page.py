@@ -45,10 +45,19 @@ def _rendered(name: str, summary: Summary) -> str:
 
 def _environment() -> jinja2.Environment:
     environment = jinja2.Environment(
-        loader=jinja2.FunctionLoader(_resource), autoescape=True, undefined=jinja2.StrictUndefined,
-        trim_blocks=True, lstrip_blocks=True, finalize=_shown)
-    environment.filters |= {"number": display.number, "size": display.size, "share": display.share,
-                            "plural": display.plural}
+        loader=jinja2.FunctionLoader(_resource),
+        autoescape=True,
+        undefined=jinja2.StrictUndefined,
+        trim_blocks=True,
+        lstrip_blocks=True,
+        finalize=_shown,
+    )
+    environment.filters |= {
+        "number": display.number,
+        "size": display.size,
+        "share": display.share,
+        "plural": display.plural,
+    }
     environment.globals["style"] = Markup(_resource("page.css"))
     return environment
 
@@ -59,4 +68,8 @@ def _resource(name: str) -> str:
 
 def _shown(value: Any) -> Any:
     """What the template prints: a text from the catalogue never without escapes for what hides."""
-    return display.visible(value) if isinstance(value, str) and not isinstance(value, Markup) else value
+    return (
+        display.visible(value)
+        if isinstance(value, str) and not isinstance(value, Markup)
+        else value
+    )

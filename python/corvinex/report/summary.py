@@ -49,7 +49,7 @@ FROM findings WHERE file_id = ? AND severity = 'error' GROUP BY rule ORDER BY mi
 
 @dataclass(frozen=True)
 class Scan:
-    """The last run of `corvinex scan`. Times are texts in UTC; `finished` is None when it was broken off."""
+    """The last run of `corvinex scan`; times are texts in UTC. One broken off has not finished."""
 
     started: str
     finished: str | None
@@ -89,7 +89,7 @@ class FindingTotal:
 
 @dataclass(frozen=True)
 class ListedFile:
-    """A file of a list: its errors by rule with their numbers, and the reason why it was not read."""
+    """A file of a list: its errors by rule with their numbers, or why it could not be read."""
 
     file: str
     size: int | None
@@ -138,8 +138,11 @@ def summarise(database: sqlite3.Connection) -> Summary:
             statuses=statuses,
             findings=_findings(database),
             distributions=distributions(database),
-            lists=tuple(_file_list(database, status, title, counts[status])
-                        for status, title in LISTED_STATUSES if counts.get(status)),
+            lists=tuple(
+                _file_list(database, status, title, counts[status])
+                for status, title in LISTED_STATUSES
+                if counts.get(status)
+            ),
         )
     finally:
         database.execute("ROLLBACK")
@@ -157,12 +160,19 @@ def _last_scan(database: sqlite3.Connection) -> Scan | None:
 
 
 def _statuses(database: sqlite3.Connection) -> tuple[StatusTotal, ...]:
-    found = {status: (files, size) for status, files, size in database.execute(
-        "SELECT status, count(*), coalesce(sum(size), 0) FROM files GROUP BY status")}
+    found = {
+        status: (files, size)
+        for status, files, size in database.execute(
+            "SELECT status, count(*), coalesce(sum(size), 0) FROM files GROUP BY status"
+        )
+    }
     known = dict(STATUSES)
     order = [*known, *sorted(found.keys() - known.keys())]
-    return tuple(StatusTotal(status, known.get(status, ""), *found[status])
-                 for status in order if status in found)
+    return tuple(
+        StatusTotal(status, known.get(status, ""), *found[status])
+        for status in order
+        if status in found
+    )
 
 
 def _findings(database: sqlite3.Connection) -> tuple[FindingTotal, ...]:
@@ -170,7 +180,9 @@ def _findings(database: sqlite3.Connection) -> tuple[FindingTotal, ...]:
     rules = database.execute(
         "SELECT id, count(*), count(DISTINCT file_id) FROM findings WHERE id <> 'more' GROUP BY id"
     ).fetchall()
-    rows = [_finding(database, rule, count + more.get(rule, 0), files) for rule, count, files in rules]
+    rows = [
+        _finding(database, rule, count + more.get(rule, 0), files) for rule, count, files in rules
+    ]
     rank = {severity: place for place, severity in enumerate(_SEVERITIES)}
     rows.sort(key=lambda row: (rank.get(row.severity, len(rank)), -row.files, row.id))
     return tuple(rows)
@@ -180,10 +192,13 @@ def _finding(database: sqlite3.Connection, rule: str, count: int, files: int) ->
     severity: str = database.execute(
         "SELECT severity FROM findings WHERE id = ? LIMIT 1", (rule,)
     ).fetchone()[0]
-    examples = tuple(Example(_name(file, file_bytes), directory, text)
-                     for file, file_bytes, directory, text
-                     in database.execute(_EXAMPLES, (rule, MOST_EXAMPLES)))
-    return FindingTotal(rule, severity, explanations().get(rule, Explanation()), count, files, examples)
+    examples = tuple(
+        Example(_name(file, file_bytes), directory, text)
+        for file, file_bytes, directory, text in database.execute(_EXAMPLES, (rule, MOST_EXAMPLES))
+    )
+    return FindingTotal(
+        rule, severity, explanations().get(rule, Explanation()), count, files, examples
+    )
 
 
 def _file_list(database: sqlite3.Connection, status: str, title: str, count: int) -> FileList:
@@ -194,9 +209,14 @@ def _file_list(database: sqlite3.Connection, status: str, title: str, count: int
         (status, MOST_FILES_LISTED),
     ).fetchall()
     files = tuple(
-        ListedFile(_name(file, file_bytes), size, reason,
-                   tuple(database.execute(_RULES_OF_FILE, (number,)).fetchall()))
-        for number, file, file_bytes, size, reason in rows)
+        ListedFile(
+            _name(file, file_bytes),
+            size,
+            reason,
+            tuple(database.execute(_RULES_OF_FILE, (number,)).fetchall()),
+        )
+        for number, file, file_bytes, size, reason in rows
+    )
     return FileList(status, title, files, count)
 
 
