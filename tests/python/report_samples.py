@@ -24,7 +24,7 @@ HOSTILE_NAMES = (
     b"long-" + 200 * b"x" + b".tif",
 )
 # A label of a chart that is a formula, an element and a control character.
-HOSTILE_MODEL = b"$\\frac{</title><b>\x01 EO-1"
+HOSTILE_MODEL = b"$\\frac$</title><b>\x01 EO-1"
 
 
 def tiff(entries: list[tuple[int, int, bytes]]) -> bytes:
