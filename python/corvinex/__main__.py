@@ -5,6 +5,7 @@ import signal
 import sys
 from collections.abc import Sequence
 
+from corvinex import __version__
 from corvinex.report import command as report_command
 
 COMMANDS = (report_command,)
@@ -13,6 +14,7 @@ COMMANDS = (report_command,)
 def main(arguments: Sequence[str] | None = None) -> int:
     """Runs one command and returns the exit status that docs/tool.md gives."""
     parser = argparse.ArgumentParser(prog="python3 -m corvinex", description=__doc__)
+    parser.add_argument("--version", action="version", version=f"corvinex {__version__}")
     subparsers = parser.add_subparsers(metavar="COMMAND", required=True)
     for command in COMMANDS:
         command.add_parser(subparsers)

@@ -7,9 +7,12 @@ from collections.abc import Callable, Iterator
 from pathlib import Path
 from typing import Any
 
+import pytest
+
+pytest.importorskip("pandas")
+
 import numpy as np
 import pandas as pd  # type: ignore[import]
-import pytest
 from report_samples import TOOL, make_hostile_tree, scan
 from synthetic_catalogue import empty_catalogue
 

@@ -1,9 +1,16 @@
 """The report page as a browser shows it: on narrow and wide screens, light and dark."""
 
+import shutil
 from collections.abc import Callable, Iterator
 from typing import Any
 
 import pytest
+
+for package in ("matplotlib", "jinja2", "selenium"):
+    pytest.importorskip(package)
+if not shutil.which("chromium") or not shutil.which("chromedriver"):
+    pytest.skip("there is no chromium", allow_module_level=True)
+
 from report_samples import ROOT, make_hostile_tree, scan
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
@@ -62,7 +69,7 @@ def browser() -> Iterator[Browser]:
     for argument in ("--headless=new", "--no-sandbox", "--disable-dev-shm-usage", "--disable-gpu"):
         options.add_argument(argument)
     options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-    driver = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
+    driver = webdriver.Chrome(service=Service(shutil.which("chromedriver") or ""), options=options)
     yield driver
     driver.quit()
 

@@ -12,6 +12,10 @@ from pathlib import Path
 from typing import Any
 
 import pytest
+
+for package in ("matplotlib", "jinja2"):
+    pytest.importorskip(package)
+
 from report_samples import ROOT, TOOL, make_hostile_tree, scan
 from synthetic_catalogue import empty_catalogue, make
 
@@ -171,6 +175,32 @@ def test_a_resolution_is_told_in_dots_per_inch_whatever_its_unit(page: str) -> N
 def test_many_kinds_of_a_thing_become_the_most_frequent_ones_and_a_number(changed: Change) -> None:
     text = changed("UPDATE files SET make = 'M', model = 'M ' || id")
     assert "13 more with 13 other values." in text
+
+
+def test_sizes_whose_sum_is_beyond_64_bits_are_added(changed: Change) -> None:
+    text = changed("UPDATE files SET size = 9223372036854775807 WHERE status = 'ok'")
+    assert '<td class="count">92.2 EB</td>' in text
+
+
+def test_a_catalogue_is_read_while_a_scan_writes_it(catalogue: Path, tmp_path: Path) -> None:
+    copy = shutil.copy(catalogue, tmp_path / "c.sqlite")
+    with sqlite3.connect(copy, isolation_level=None) as writer:
+        writer.execute("PRAGMA journal_mode = WAL")
+        writer.execute("UPDATE files SET model = 'Written'")
+        writer.execute("BEGIN IMMEDIATE")
+        writer.execute("UPDATE files SET model = 'Not yet written'")
+        text = report_page(copy)
+    writer.close()
+    assert "Written" in text and "Not yet written" not in text
+
+
+def test_a_catalogue_may_have_any_name(catalogue: Path, tmp_path: Path, capsys: Capture) -> None:
+    name = os.fsdecode(b"<b>?#\xff\n.sqlite")
+    shutil.copy(catalogue, tmp_path / name)
+    text = report_page(tmp_path / name)
+    assert "<title>Catalogue &lt;b&gt;?#\\xff\\n.sqlite</title>" in text
+    assert main(["report", f"{tmp_path}/{name}", "-o", f"{tmp_path}/none/{name}"]) == 3
+    assert capsys.readouterr().err.endswith("\\xff\\n.sqlite: No such file or directory\n")
 
 
 @pytest.mark.parametrize(

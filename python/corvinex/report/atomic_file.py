@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import secrets
 import stat
 
 
@@ -15,16 +16,15 @@ def write_whole(path: str | os.PathLike[str], content: bytes) -> None:
     if place.exists() and not stat.S_ISREG(place.stat().st_mode):
         place.write_bytes(content)
         return
-    new = place.with_name(f".{place.name[:200]}.{os.getpid()}.new")
+    new = place.with_name(f".corvinex-{secrets.token_hex(8)}.new")
     try:
         with open(new, "xb") as file:
             file.write(content)
             file.flush()
             os.fsync(file.fileno())
         os.replace(new, place)
-    except BaseException as error:
-        if not isinstance(error, FileExistsError):
-            new.unlink(missing_ok=True)
+    except BaseException:
+        new.unlink(missing_ok=True)
         raise
     folder = os.open(place.parent, os.O_RDONLY | os.O_DIRECTORY)
     try:

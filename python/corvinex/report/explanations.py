@@ -8,10 +8,9 @@ from dataclasses import dataclass
 
 @dataclass(frozen=True)
 class Explanation:
-    """What stands behind the ID of a finding. The texts may have places for arguments ({1})."""
+    """What the ID of a finding means, what becomes of the data, and what one can do."""
 
     severity: str | None = None
-    text: str = ""
     meaning: str = ""
     outcome: str = ""
     advice: str = ""

@@ -160,10 +160,11 @@ def _last_scan(database: sqlite3.Connection) -> Scan | None:
 
 
 def _statuses(database: sqlite3.Connection) -> tuple[StatusTotal, ...]:
+    # The sizes of sparse files may have a sum beyond 64 bits, which total() rounds.
     found = {
-        status: (files, size)
+        status: (files, int(size))
         for status, files, size in database.execute(
-            "SELECT status, count(*), coalesce(sum(size), 0) FROM files GROUP BY status"
+            "SELECT status, count(*), total(size) FROM files GROUP BY status"
         )
     }
     known = dict(STATUSES)
