@@ -78,7 +78,9 @@ COLUMNS: dict[str, dict[str, Kind]] = {
 }
 
 _Nothing: type = type(None)
-_OFFSET = re.compile(r"(?<=\d)(?:Z|[+-]\d\d:\d\d)$")
+_TIME = re.compile(
+    r"(\d{4}-\d\d-\d\d)[T ](\d\d:\d\d:\d\d)(?:\.(\d+))?(?:Z|[+-]\d\d:\d\d)?\Z", re.ASCII
+)
 
 
 def typed(values: Sequence[Any], kind: Kind) -> Any:
@@ -140,13 +142,24 @@ def _names(values: Sequence[Any]) -> Any:
     )
 
 
-def _times(values: Sequence[Any]) -> Any:
-    return pd.to_datetime(pd.Series(values, dtype=object), errors="coerce", utc=True).array
-
-
 def _local_times(values: Sequence[Any]) -> Any:
-    texts = [_OFFSET.sub("", value) if isinstance(value, str) else None for value in values]
-    return pd.to_datetime(pd.Series(texts, dtype=object), errors="coerce").array
+    # Left to itself pandas guesses: it takes "May" for a day of this year and 13 for a day.
+    texts = [_time(value) if isinstance(value, str) else None for value in values]
+    times = pd.Series(texts, dtype=object)
+    return pd.to_datetime(times, format="%Y-%m-%dT%H:%M:%S.%f", errors="coerce").array
+
+
+def _time(text: str) -> str | None:
+    """A time of ISO 8601 in the one form that has all of its parts, without its zone."""
+    found = _TIME.match(text)
+    if not found:
+        return None
+    date, time, fraction = found.groups()
+    return f"{date}T{time}.{(fraction or '')[:9]:0<9}"
+
+
+def _times(values: Sequence[Any]) -> Any:
+    return _local_times(values).tz_localize("UTC")
 
 
 def _objects(values: Sequence[Any]) -> Any:

@@ -142,9 +142,35 @@ def test_the_zone_of_a_camera_stands_beside_its_time(changed: Change) -> None:
         assert row_of(frames.photos, "raw-photo.dng").taken_offset is pd.NA
 
 
-def test_what_is_no_time_is_missing(changed: Change) -> None:
-    with changed("UPDATE files SET taken = '0000-13-77T00:00:00' WHERE model = 'EO-1'") as frames:
+@pytest.mark.parametrize(
+    "text",
+    [
+        "X",
+        "10",
+        "May",
+        "2024",
+        "",
+        "0000-01-01T00:00:00",
+        "1500-01-01T00:00:00",
+        "2024-13-10T00:00:00",
+        "2024-02-30T00:00:00",
+        "2024-03-05T25:00:00",
+        "2024-03-05T14:07:09 or so",
+    ],
+)
+def test_what_is_no_time_is_missing(changed: Change, text: str) -> None:
+    with changed(f"UPDATE files SET taken = '{text}' WHERE model = 'EO-1'") as frames:
         assert row_of(frames.photos, "photo.jpg").taken is pd.NaT
+        assert row_of(frames.photos, "raw-photo.dng").taken == pd.Timestamp("2024-03-05T14:07:09")
+
+
+@pytest.mark.parametrize(
+    ("text", "nanosecond"), [("09", 0), ("09.5", 5 * 10**8), ("09.1234567890123", 123456789)]
+)
+def test_a_time_has_nanoseconds(changed: Change, text: str, nanosecond: int) -> None:
+    with changed(f"UPDATE files SET taken = '2024-03-05T14:07:{text}'") as frames:
+        expected = pd.Timestamp("2024-03-05T14:07:09").value + nanosecond
+        assert {time.value for time in frames.photos.taken.dropna()} == {expected}
 
 
 def test_a_query_gives_a_frame_whose_types_follow_from_its_values(frames: Catalogue) -> None:
