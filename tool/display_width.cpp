@@ -13,7 +13,6 @@ struct Character {
 };
 
 constexpr unsigned firstOfLatin1 = 0xA0;
-constexpr unsigned softHyphen = 0xAD;
 constexpr unsigned firstCombining = 0x300;
 
 Character firstCharacter(std::string_view text) {
@@ -27,7 +26,7 @@ Character firstCharacter(std::string_view text) {
     for (std::size_t i = 1; i < bytes; ++i) {
         code = code << 6U | (static_cast<unsigned char>(text[i]) & 0x3FU);
     }
-    if (code >= firstOfLatin1 && code < firstCombining && code != softHyphen) {
+    if (code >= firstOfLatin1 && code < firstCombining) {
         return {bytes, 1};  // whatever the locale
     }
     // Where the locale does not know a character, a terminal shows something in its place.
