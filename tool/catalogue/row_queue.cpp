@@ -16,6 +16,10 @@ constexpr std::size_t bytesAhead = std::size_t{8} << 20U;
 constexpr std::size_t filesToWakeFor = 64;
 constexpr std::size_t bytesToWakeFor = std::size_t{1} << 20U;
 
+// What is kept of blocks for their memory, which is little for most files.
+constexpr std::size_t mostSpares = 64;
+constexpr std::size_t bytesInSpare = std::size_t{32} << 10U;
+
 }  // namespace
 
 bool RowQueue::mayPut(std::uint64_t number, std::uint64_t files, std::size_t bytes) const {
@@ -94,8 +98,32 @@ void RowQueue::leave() {
     filled_.notify_one();
 }
 
+void RowQueue::reuse(RowBlock&& block) {
+    if (block.bytes() <= bytesInSpare && used_.size() < mostSpares) {
+        used_.push_back(std::move(block));
+    }
+}
+
+RowBlock RowQueue::spare() {
+    RowBlock block;
+    {
+        const std::lock_guard lock(mutex_);
+        if (spares_.empty()) {
+            return block;
+        }
+        block = std::move(spares_.back());
+        spares_.pop_back();
+    }
+    block.clear();
+    return block;
+}
+
 void RowQueue::takeSeveral() {
     std::unique_lock lock(mutex_);
+    while (!used_.empty() && spares_.size() < mostSpares) {
+        spares_.push_back(std::move(used_.back()));
+        used_.pop_back();
+    }
     if (!hasNext()) {
         filled_.wait(lock,
                      [&] { return isStopped_ || readers_ == 0 || (hasNext() && isWorthWaking()); });

@@ -8,6 +8,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 #include "tool/catalogue/rows.h"
 
@@ -30,6 +31,12 @@ class RowQueue {
 
     /// The next block. Nothing when all readers have left and all is handed over, or after stop().
     [[nodiscard]] std::optional<RowBlock> take();
+
+    /// Takes back a block that is written, for a reader: to release its memory in this thread would
+    /// hold the readers up at the locks of the heap.
+    void reuse(RowBlock&& block);
+    /// A block without rows, with memory if there is one.
+    [[nodiscard]] RowBlock spare();
 
     /// Throws away what is there, and lets everybody go.
     void stop();
@@ -58,6 +65,8 @@ class RowQueue {
     unsigned readers_ = 0;
     unsigned waitingReaders_ = 0;
     std::atomic<bool> isStopped_{false};
+    std::vector<RowBlock> spares_;
+    std::vector<RowBlock> used_;       ///< by the writer, who alone touches them
     std::deque<RowBlock> handedOver_;  ///< to the writer, who alone touches them
 };
 

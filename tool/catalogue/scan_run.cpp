@@ -54,9 +54,9 @@ class QueuedBlocks final : public BlockSink {
     QueuedBlocks(const QueuedBlocks&) = delete;
     QueuedBlocks& operator=(const QueuedBlocks&) = delete;
 
-    void put(RowBlock&& block) override {
+    void put(RowBlock& block) override {
         isWhole_ = block.isLast;
-        queue_.put(number_, std::move(block));
+        queue_.put(number_, std::exchange(block, queue_.spare()));
     }
 
   private:
@@ -114,9 +114,11 @@ void ScanRun::run() {
 }
 
 void ScanRun::readFiles(std::size_t thread) {
+    RowBlock block;
     while (const auto taken = paths_.take(thread)) {
         try {
-            read(*taken);
+            block.clear();  // of what a file has left whose reading failed
+            read(*taken, block);
         } catch (...) {
             paths_.stop(std::current_exception());
             queue_.stop();
@@ -137,7 +139,7 @@ bool ScanRun::isLeftOut(const ListedPath& path) const {
     return identity && std::ranges::find(options_.leftOut, *identity) != options_.leftOut.end();
 }
 
-void ScanRun::read(const SharedPaths::Taken& taken) {
+void ScanRun::read(const SharedPaths::Taken& taken, RowBlock& block) {
     QueuedBlocks blocks(queue_, taken.number);
     const ListedPath& path = taken.path;
     if (path.name == InspectedFile::standardInput) {
@@ -161,7 +163,7 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
         return;
     }
     const auto stamp = isSteady(path, now) ? path.stamp : std::nullopt;
-    collectRows(file, absolute, stamp, options_.maxValues, blocks);
+    collectRows(file, absolute, stamp, options_.maxValues, block, blocks);
     ++taken_;
     if (file.error()) {
         const auto pause = progress_->pause();
@@ -170,8 +172,9 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
 }
 
 void ScanRun::writeAll() {
-    while (const auto block = queue_.take()) {
+    while (auto block = queue_.take()) {
         catalogue_.write(*block);
+        queue_.reuse(*std::move(block));
     }
 }
 

@@ -51,7 +51,7 @@ class ScanRun {
   private:
     void readFiles(std::size_t thread);
     [[nodiscard]] bool isLeftOut(const ListedPath& path) const;
-    void read(const SharedPaths::Taken& taken);
+    void read(const SharedPaths::Taken& taken, RowBlock& block);
     void writeAll();
 
     const ManyFiles& files_;
