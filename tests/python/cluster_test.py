@@ -55,6 +55,7 @@ def make_collection(folder: Path) -> None:
     (folder / "text.txt").write_text("no image, and nobody asked for it")
     (folder / "without-ending").write_bytes(small_tiff(3))
     (folder / "leads-nowhere.tif").symlink_to("gone.tif")
+    Path(os.fsdecode(bytes(folder) + b"/nowhere-\xff.tif")).symlink_to("gone.tif")
     (folder / "link.tif").symlink_to("empty.tif")
     os.mkfifo(folder / "pipe.tif")
     (folder / "closed.tif").write_bytes(small_tiff(4))
@@ -188,6 +189,7 @@ def test_the_manifest_tells_which_files_could_not_be_read_and_why(
     manifest = cluster.Manifest.read(scanned)
     told = {Path(file.file).name: file.reason for file in manifest.unreadable()}
     assert told["leads-nowhere.tif"] == "No such file or directory"
+    assert told[os.fsdecode(b"nowhere-\xff.tif")] == "No such file or directory"
     assert told["pipe.tif"].startswith("this is a pipe")
     assert sum(manifest.reasons.values()) == len(told) == manifest.counts.by_status["unreadable"]
 
