@@ -1,3 +1,4 @@
+#include <pybind11/numpy.h>
 #include <pybind11/pybind11.h>
 
 #include "python/binding/bindings.h"
@@ -25,6 +26,9 @@ void bind(pybind11::module_& extension) {
     extension.doc() = "The part of the package corvinex that is written in C++.";
     extension.attr("version") = CORVINEX_VERSION;
     extension.def("require_main_interpreter", requireMainInterpreter);
+    // Two threads that want the first array at the same time would wait for each other for ever:
+    // one for numpy, one for the interpreter's lock.
+    static_cast<void>(pybind11::detail::npy_api::get());
     python::bindResult(extension);
     python::bindReading(extension);
     python::bindInspection(extension);

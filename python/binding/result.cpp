@@ -1,11 +1,13 @@
 #include "python/binding/result.h"
 
 #include <pybind11/numpy.h>
+#include <pybind11/stl.h>
 
 #include <cstdint>
 #include <span>
 #include <stdexcept>
 #include <string_view>
+#include <vector>
 
 #include "python/binding/bindings.h"
 #include "python/binding/texts.h"
@@ -235,7 +237,11 @@ void bindResult(py::module_& extension) {
                 return reinterpret_cast<std::uintptr_t>(elements);
             },
             py::arg("element"), py::arg("field"));
+    // For tests.
     extension.def("living_values", &host::livingValues);
+    extension.def("text_from_units", [](const std::vector<std::uint16_t>& units) {
+        return textFrom(std::u16string(units.begin(), units.end()));
+    });
 }
 
 }  // namespace python

@@ -6,13 +6,9 @@ import difflib
 import operator
 import os
 from collections.abc import ItemsView, Iterable, Iterator, Mapping, Sequence, ValuesView
-from typing import TYPE_CHECKING, Any, SupportsIndex, Union, overload
+from typing import Any, SupportsIndex, Union, overload
 
 from corvinex import _native, _reports
-
-if TYPE_CHECKING:
-    import numpy
-    import numpy.typing
 
 Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
 
@@ -159,9 +155,8 @@ class RawDirectory(Directory):
 
     __slots__ = ()
 
-    def __getitem__(self, name: str) -> numpy.typing.NDArray[Any] | None:
-        value: numpy.typing.NDArray[Any] | None = _raw(_array_of(self._set).raw(self._element, self._set._places[name]))
-        return value
+    def __getitem__(self, name: str) -> Any:
+        return _raw(_array_of(self._set).raw(self._element, self._set._places[name]))
 
     def _all_values(self) -> list[Any]:
         return [self[name] for name in self]
@@ -184,7 +179,11 @@ class _Items(ItemsView[str, Any]):
 
 
 def read(
-    path: Path, *, header_offset: int | None = None, skip: int = 0, limit: int = 0
+    path: Path,
+    *,
+    header_offset: SupportsIndex | None = None,
+    skip: SupportsIndex = 0,
+    limit: SupportsIndex = 0,
 ) -> Directories:
     """Reads the tags of a TIFF, a BigTIFF, or the EXIF block of a JPEG.
 
@@ -224,7 +223,7 @@ def read(
     return Directories(array)
 
 
-def _whole(name: str, number: int) -> int:
+def _whole(name: str, number: SupportsIndex) -> int:
     try:
         whole = operator.index(number)
     except TypeError:
