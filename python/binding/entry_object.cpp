@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "corvinex/directory.h"
+#include "inspect/file_content.h"
 #include "python/binding/entry_value.h"
 
 namespace py = pybind11;
@@ -47,14 +48,19 @@ class Asked {
     /// Has the value read, and what else is wanted of it.
     template <class Read>
     [[nodiscard]] auto read(Read task) const {
-        constexpr std::uint64_t littleMemory = 4096;
-        const auto ofFile = [&](const File& file) { return task(in(file)); };
-        const bool isInside = !entry().offset();
-        const bool isNear = inspection().isInMemory() && entry().byteCount() <= littleMemory;
-        return isInside || isNear ? inspection().readBriefly(ofFile) : inspection().read(ofFile);
+        return inspection().readBriefly([&](const File& file) { return isAtHand(in(file)); },
+                                        [&](const File& file) { return task(in(file)); });
     }
 
   private:
+    /// Whether the value is read in less time than it takes to let other threads go on.
+    static bool isAtHand(const Entry& entry) {
+        constexpr std::uint64_t fewBytes = 4096;
+        const auto offset = entry.offset();
+        return !offset || (entry.byteCount() <= fewBytes &&
+                           entry.file().source.holds(*offset, entry.byteCount()));
+    }
+
     EntryObject& object_;
 };
 

@@ -46,18 +46,27 @@ py::capsule keeperOf(Value value) {
     return keeper;
 }
 
+/// An array over a value's memory, or over a copy of it where that costs less than to keep it.
+template <class Number>
+py::object array(const Number* first, py::array::ShapeContainer shape, Value value) {
+    constexpr std::size_t fewBytes = 1024;
+    if (value.bytes().size() <= fewBytes) {
+        return py::array_t<Number>(std::move(shape), first);
+    }
+    return py::array_t<Number>(std::move(shape), first, keeperOf(std::move(value)));
+}
+
 template <class Number>
 py::object array(std::span<const Number> elements, Value value) {
     const auto count = static_cast<py::ssize_t>(elements.size());
-    return py::array_t<Number>(count, elements.data(), keeperOf(std::move(value)));
+    return array(elements.data(), {count}, std::move(value));
 }
 
 template <class Number>
 py::object array(std::span<const BasicRational<Number>> elements, Value value) {
     static_assert(sizeof(BasicRational<Number>) == 2 * sizeof(Number));
     const auto count = static_cast<py::ssize_t>(elements.size());
-    return py::array_t<Number>({count, py::ssize_t{2}}, &elements.data()->numerator,
-                               keeperOf(std::move(value)));
+    return array(&elements.data()->numerator, {count, py::ssize_t{2}}, std::move(value));
 }
 
 struct NumbersVisitor {

@@ -81,7 +81,6 @@ class Inspection {
         return *file_;
     }
     [[nodiscard]] bool isClosed() const noexcept { return !file_; }
-    [[nodiscard]] bool isInMemory() const noexcept { return input_.isBytes; }
     [[nodiscard]] const std::optional<std::string>& name() const noexcept { return input_.name; }
     [[nodiscard]] const corvinex::inspect::RecordOptions& options() const noexcept {
         return options_;
@@ -107,14 +106,15 @@ class Inspection {
         }
         return *std::move(result);
     }
-    /// The same for what is read in less time than handing the interpreter's lock over takes. It is
-    /// kept when nobody else is reading.
-    template <class Read>
-    [[nodiscard]] auto readBriefly(Read task) const {
-        if (!mutex_.try_lock()) {
+    /// The same, but with the interpreter's lock where nobody else is reading and a look at the
+    /// file tells that the task is brief.
+    template <class Look, class Read>
+    [[nodiscard]] auto readBriefly(Look isBrief, Read task) const {
+        std::unique_lock lock(mutex_, std::try_to_lock);
+        if (!lock || !isBrief(file())) {
+            lock = {};
             return read(task);
         }
-        const std::lock_guard lock(mutex_, std::adopt_lock);
         try {
             return task(file());
         } catch (const std::system_error& error) {

@@ -147,15 +147,25 @@ std::uint32_t indexOf(const File& file, const Entry& entry) {
 py::list entriesOf(const py::object& self, std::size_t index) {
     const auto& inspection = self.cast<const Inspection&>();
     const Directory& directory = directoryOf(inspection, index);
-    const auto& selection = inspection.options().tags;
-    const std::string path = inspection.isSelective() ? directory.path() : std::string();
-    py::list list;
-    for (const Entry& entry : directory.entries()) {
-        if (selection.contains(entry, path)) {
-            list.append(makeEntry(self, inspection, indexOf(inspection.file(), entry)));
+    const std::span<const Entry> entries = directory.entries();
+    std::uint32_t place = directory.record().firstEntry;
+    if (!inspection.isSelective()) {
+        py::list all(entries.size());
+        for (std::size_t number = 0; number < entries.size(); ++number) {
+            PyList_SET_ITEM(all.ptr(), static_cast<Py_ssize_t>(number),
+                            makeEntry(self, inspection, place++).release().ptr());
         }
+        return all;
     }
-    return list;
+    const std::string path = directory.path();
+    py::list selected;
+    for (const Entry& entry : entries) {
+        if (inspection.options().tags.contains(entry, path)) {
+            selected.append(makeEntry(self, inspection, place));
+        }
+        ++place;
+    }
+    return selected;
 }
 
 std::optional<std::size_t> findDirectory(const Inspection& inspection, std::string_view path) {

@@ -40,7 +40,7 @@ class Finding:
 
 
 class FileDirectory:
-    """One directory of a file: a sequence of entries that are found by name and number too.
+    """One directory of a file, a collection of entries that are found by name and number.
 
     It belongs to its file, and raises ValueError when that is closed.
 
@@ -129,6 +129,11 @@ class FileDirectories(Sequence[FileDirectory]):
 
     def __len__(self) -> int:
         return self._file._native.directory_count()
+
+    def __iter__(self) -> Iterator[FileDirectory]:
+        file = self._file
+        for place in range(len(self)):
+            yield FileDirectory(file, place)
 
     @overload
     def __getitem__(self, index: int) -> FileDirectory: ...
