@@ -9,8 +9,12 @@ namespace python {
 
 /// The result of the module: host values as NumPy arrays.
 void bindResult(pybind11::module_& extension);
+/// Reading a file through the module.
+void bindReading(pybind11::module_& extension);
 /// The inspection: files, directories, entries and values.
 void bindInspection(pybind11::module_& extension);
+/// Tables about many files.
+void bindTable(pybind11::module_& extension);
 /// Walks through folders, for scans of large collections.
 void bindListing(pybind11::module_& extension);
 /// The parts of such a scan, what tells that they are up to date, and how they become one

@@ -68,11 +68,12 @@ class CountedBlocks final : public BlockSink {
   public:
     CountedBlocks(Catalogue& catalogue, PartResult& result)
         : catalogue_(catalogue), result_(result) {}
-    void put(RowBlock&& block) override {
+    void put(RowBlock& block) override {
         result_.directories += block.directories.size();
         result_.tags += block.tags.size();
         result_.findings += block.findings.size();
         catalogue_.write(block);
+        block.clear();
     }
 
   private:
@@ -184,7 +185,8 @@ class PartRun {
         if (isPassedOver) {
             return false;
         }
-        collectRows(file, path, isSteady ? stamp : std::nullopt, options_.maxValues, blocks_);
+        collectRows(file, path, isSteady ? stamp : std::nullopt, options_.maxValues, block_,
+                    blocks_);
         ++result_.byStatus[statusName(corvinex::inspect::statusOf(file.file()))];
         if (file.error()) {
             result_.unreadable.push_back({listed.name, file.errorText()});
@@ -201,7 +203,8 @@ class PartRun {
                 std::chrono::system_clock::time_point(std::chrono::nanoseconds(stamp->modified)));
         }
         writeRecord(json_, facts, nullptr, recordOptions_);
-        blocks_.put(rowsOfRefused(facts, path, reason));
+        RowBlock rows = rowsOfRefused(facts, path, reason);
+        blocks_.put(rows);
         ++result_.byStatus[statusName(Status::Unreadable)];
         result_.unreadable.push_back({name, reason});
     }
@@ -212,6 +215,7 @@ class PartRun {
     PartResult result_;
     Catalogue catalogue_;
     RecordFile records_;
+    RowBlock block_;  ///< whose memory serves from file to file
     CountedBlocks blocks_;
     JsonWriter json_{records_, JsonWriter::Style::OneLine};
     AbsolutePaths absolutePaths_{root};
