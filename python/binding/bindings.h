@@ -17,7 +17,8 @@ void bindInspection(pybind11::module_& extension);
 void bindTable(pybind11::module_& extension);
 /// Walks through folders, for scans of large collections.
 void bindListing(pybind11::module_& extension);
-/// The parts of such a scan, and how they become one catalogue.
+/// The parts of such a scan, what tells that they are up to date, and how they become one
+/// catalogue.
 void bindParts(pybind11::module_& extension);
 
 }  // namespace python

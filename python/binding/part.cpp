@@ -1,18 +1,20 @@
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <system_error>
 #include <utility>
 #include <vector>
 
 #include "python/binding/bindings.h"
-#include "python/binding/listed_paths.h"
 #include "tool/catalogue/catalogue_merge.h"
 #include "tool/catalogue/part_writer.h"
 
@@ -41,6 +43,36 @@ auto withoutInterpreter(const std::string& path, Function function) -> decltype(
     throw py::error_already_set();
 }
 
+void append(std::string& bytes, std::uint64_t number) {
+    for (unsigned shift = 0; shift < 64; shift += 8) {
+        bytes.push_back(static_cast<char>(number >> shift & 0xFFU));
+    }
+}
+
+/// For each stamp 1 where there is one, then size, time and inode, lowest byte first: the same on
+/// every machine, and no object for each of the stamps.
+std::string packed(std::span<const std::optional<tool::FileStamp>> stamps) {
+    std::string bytes;
+    for (const auto& stamp : stamps) {
+        const tool::FileStamp known = stamp.value_or(tool::FileStamp());
+        bytes.push_back(stamp ? '\1' : '\0');
+        append(bytes, known.size);
+        append(bytes, static_cast<std::uint64_t>(known.modified));
+        append(bytes, known.inode);
+    }
+    return bytes;
+}
+
+py::bytes stampsOf(const std::vector<std::string>& names) {
+    std::vector<std::optional<tool::FileStamp>> stamps;
+    stamps.reserve(names.size());
+    {
+        const py::gil_scoped_release released;
+        std::ranges::transform(names, std::back_inserter(stamps), tool::stampOf);
+    }
+    return packed(stamps);
+}
+
 py::dict resultOf(const tool::PartResult& part) {
     py::dict statuses;
     for (const auto& [status, number] : part.byStatus) {
@@ -54,7 +86,7 @@ py::dict resultOf(const tool::PartResult& part) {
     return py::dict("records"_a = part.records, "passed_over"_a = part.passedOver,
                     "repeated"_a = part.repeated, "directories"_a = part.directories,
                     "tags"_a = part.tags, "findings"_a = part.findings, "by_status"_a = statuses,
-                    "unreadable"_a = unreadable, "stamps"_a = packedStamps(part.stamps),
+                    "unreadable"_a = unreadable, "stamps"_a = py::bytes(packed(part.stamps)),
                     "is_steady"_a = part.isSteady);
 }
 
@@ -124,6 +156,9 @@ void bindParts(py::module_& extension) {
                   py::arg("records"), py::arg("catalogue"), py::arg("max_values"),
                   py::arg("header_offset"), py::arg("refused"),
                   "Reads files into a file of records and a catalogue, each opened once.");
+    extension.def(
+        "stamps", &stampsOf, py::arg("names"),
+        "What tells files from others and from what they were, as write_part returns it.");
     extension.def(
         "why_unreadable",
         [](const std::string& name, std::optional<std::uint64_t> headerOffset) {

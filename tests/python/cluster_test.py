@@ -515,7 +515,7 @@ def test_a_new_file_moves_few_boundaries(tmp_path: Path) -> None:
 
 def test_a_worker_of_another_version_or_without_the_folder_refuses(tmp_path: Path) -> None:
     options = _manifest.ReadOptions("0.0.1", 64, None)
-    partition = _listing.Partition([b"/a.tif"], b"\1", bytes(_listing.STAMP_SIZE))
+    partition = _listing.Partition([b"/a.tif"], b"\1")
     order = _part.Order.of(partition, tmp_path, "run-1", options, True)
     with pytest.raises(cluster.ClusterError, match="the client has 0.0.1"):
         _part.make_part(order)

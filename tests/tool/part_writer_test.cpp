@@ -77,6 +77,14 @@ TEST_F(PartWriter, PassesOverWhatNobodyAskedFor) {
     EXPECT_EQ(result.stamps.front(), tool::stampOf(folder.path("text")));
 }
 
+TEST_F(PartWriter, TellsOfANameThatCannotBeLookedAtThoughNobodyAskedForIt) {
+    const std::vector<ListedPath> files{{image("a") + "/b", false}, {folder.path("gone"), false}};
+    const auto result = tool::writePart(files, options());
+    EXPECT_EQ(result.passedOver, 1U);
+    ASSERT_EQ(result.unreadable.size(), 1U);
+    EXPECT_EQ(result.unreadable.front().name, files.front().name);
+}
+
 TEST_F(PartWriter, RaisesWhatKeepsRecordsFromBeingWritten) {
     PartOptions full = options();
     full.records = "/dev/full";

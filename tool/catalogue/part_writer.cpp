@@ -1,6 +1,7 @@
 #include "tool/catalogue/part_writer.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -88,6 +89,13 @@ bool isFresh(const FileStamp& stamp, std::chrono::system_clock::time_point opene
     return std::chrono::abs(opened.time_since_epoch() - modified) < differenceOfClocks;
 }
 
+/// Whether the system tells nothing of a name that it lists, as in a folder that may not be
+/// entered: there may be an image.
+bool isHidden(const std::string& name) {
+    struct stat facts {};
+    return lstat(name.c_str(), &facts) != 0 && errno != ENOENT;
+}
+
 /// The rows of a file that is not to be opened.
 RowBlock rowsOfRefused(const corvinex::inspect::FileFacts& facts, const std::string& path,
                        const std::string& reason) {
@@ -166,7 +174,8 @@ class PartRun {
                    const std::optional<FileStamp>& stamp) {
         const auto opened = std::chrono::system_clock::now();
         const InspectedFile file(listed.name, how_);
-        const bool isPassedOver = !listed.isAsked && !file.isImage();
+        const bool isPassedOver =
+            !listed.isAsked && !file.isImage() && (stamp.has_value() || !isHidden(listed.name));
         if (!isPassedOver) {
             writeRecord(json_, file.facts(), file.file(), recordOptions_);
         }

@@ -10,9 +10,6 @@ from pathlib import Path
 
 from corvinex import _native
 
-STAMP_SIZE = 25
-"""Bytes of one file's stamp: whether there is one, its size, time of modification and inode."""
-
 LEAST_PATHS = 1_000
 """Fewer files are not worth a task: the scheduler takes about a millisecond for each."""
 MOST_PATHS = 10_000
@@ -39,8 +36,6 @@ class Partition:
     names: list[bytes] = field(default_factory=list)
     asked: bytes = b""
     """A byte for each file: 1 when it is told even if it is no image."""
-    stamps: bytes = b""
-    """STAMP_SIZE bytes for each file."""
 
     def part_name(self) -> str:
         """The name of the part that these files become, however they change."""
@@ -48,20 +43,10 @@ class Partition:
         digest.update(b"\0" + self.asked)
         return digest.hexdigest()[:32]
 
-    def stamps_digest(self) -> str:
-        """Differs when a file was changed."""
-        return digest_of(self.stamps)
-
     def add(self, other: "Partition", start: int, end: int) -> None:
         """Adds some files of another partition."""
         self.names += other.names[start:end]
         self.asked += other.asked[start:end]
-        self.stamps += other.stamps[start * STAMP_SIZE : end * STAMP_SIZE]
-
-
-def digest_of(stamps: bytes) -> str:
-    """The SHA-256 of stamps."""
-    return hashlib.sha256(stamps).hexdigest()
 
 
 def absolute_name(path: PathName, folder: bytes) -> bytes:
@@ -96,10 +81,10 @@ def _found(operands: Iterator[bytes], options: ListingOptions) -> Iterator[Parti
             some, extensions=list(options.extensions), follow_links=options.follow_links
         )
         while True:
-            names, asked, stamps = listing.take(_TAKEN_AT_ONCE)
+            names, asked = listing.take(_TAKEN_AT_ONCE)
             if not names:
                 break
-            yield Partition(names, asked, stamps)
+            yield Partition(names, asked)
 
 
 def _is_boundary(name: bytes, length: int, least: int, most: int) -> bool:

@@ -1,6 +1,7 @@
 """The task of a worker: one part, read anew or found as an earlier scan has left it."""
 
 import dataclasses
+import hashlib
 import socket
 import tempfile
 import zlib
@@ -13,7 +14,7 @@ from corvinex import _native
 from corvinex.cluster import _files, _isolation
 from corvinex.cluster._errors import ClusterError
 from corvinex.cluster._files import FileSum
-from corvinex.cluster._listing import Partition, digest_of
+from corvinex.cluster._listing import Partition
 from corvinex.cluster._manifest import (
     Counts,
     PartManifest,
@@ -38,8 +39,6 @@ class Order:
     names: bytes = field(repr=False)
     """Separated by zeros, compressed."""
     asked: bytes = field(repr=False)
-    stamps: str
-    """The digest of the files' stamps as the client has seen them."""
     options: ReadOptions
     verify: bool
     """Whether the contents of a part that is there are compared with its sums."""
@@ -57,7 +56,6 @@ class Order:
             part=partition.part_name(),
             names=zlib.compress(b"\0".join(partition.names), 1),
             asked=partition.asked,
-            stamps=partition.stamps_digest(),
             options=options,
             verify=verify,
         )
@@ -109,7 +107,9 @@ def _refuse_without_run(order: Order) -> None:
 def _unchanged_part(order: Order, paths: PartPaths) -> PartManifest | None:
     """The part that is there, if reading its files again would give the same."""
     manifest = PartManifest.read(paths)
-    if manifest is None or manifest.options != order.options or manifest.stamps != order.stamps:
+    if manifest is None or manifest.options != order.options or manifest.stamps is None:
+        return None
+    if manifest.stamps != _digest_of(_native.stamps(order.unpacked_names())):
         return None
     # Whether a file may be read can change without a trace in its stamp.
     for file in manifest.unreadable:
@@ -121,6 +121,10 @@ def _unchanged_part(order: Order, paths: PartPaths) -> PartManifest | None:
         paths.sqlite, manifest.sqlite, order.verify
     )
     return manifest if is_whole else None
+
+
+def _digest_of(stamps: bytes) -> str:
+    return hashlib.sha256(stamps).hexdigest()
 
 
 def _is_whole(path: Path, told: FileSum, verify: bool) -> bool:
@@ -158,7 +162,7 @@ def _read_part(order: Order, paths: PartPaths) -> PartManifest:
     refused_names = {names[place] for place in refused}
     manifest = PartManifest(
         options=order.options,
-        stamps=digest_of(result["stamps"]) if result["is_steady"] else None,
+        stamps=_digest_of(result["stamps"]) if result["is_steady"] else None,
         counts=_counts_of(result, len(names)),
         unreadable=[
             UnreadableFile(text_of(name), reason, name in refused_names)

@@ -1,22 +1,19 @@
-#include "python/binding/listed_paths.h"
-
+#include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
-#include <cstdint>
+#include <cstddef>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "python/binding/bindings.h"
+#include "tool/path_list.h"
 
 namespace py = pybind11;
 
 namespace python {
 namespace {
-
-void append(std::string& bytes, std::uint64_t number) {
-    for (unsigned shift = 0; shift < 64; shift += 8) {
-        bytes.push_back(static_cast<char>(number >> shift & 0xFFU));
-    }
-}
 
 /// The files below operands, a number of them at a time.
 class Listing {
@@ -27,7 +24,7 @@ class Listing {
                                    .namesFrom = std::nullopt,
                                    .extensions = std::move(extensions),
                                    .followsLinks = followsLinks,
-                                   .wantsStamps = true}) {}
+                                   .wantsStamps = false}) {}
 
     py::tuple take(std::size_t most) {
         std::vector<tool::ListedPath> taken;
@@ -43,13 +40,11 @@ class Listing {
         }
         py::list names(taken.size());
         std::string asked;
-        std::vector<std::optional<tool::FileStamp>> stamps;
         for (std::size_t place = 0; place < taken.size(); ++place) {
             names[place] = py::bytes(taken[place].name);
             asked.push_back(taken[place].isAsked ? '\1' : '\0');
-            stamps.push_back(taken[place].stamp);
         }
-        return py::make_tuple(names, py::bytes(asked), packedStamps(stamps));
+        return py::make_tuple(names, py::bytes(asked));
     }
 
   private:
@@ -57,18 +52,6 @@ class Listing {
 };
 
 }  // namespace
-
-py::bytes packedStamps(std::span<const std::optional<tool::FileStamp>> stamps) {
-    std::string bytes;
-    for (const auto& stamp : stamps) {
-        const tool::FileStamp known = stamp.value_or(tool::FileStamp());
-        bytes.push_back(stamp ? '\1' : '\0');
-        append(bytes, known.size);
-        append(bytes, static_cast<std::uint64_t>(known.modified));
-        append(bytes, known.inode);
-    }
-    return bytes;
-}
 
 void bindListing(py::module_& extension) {
     py::class_<Listing>(extension, "Listing",
