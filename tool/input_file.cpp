@@ -41,9 +41,10 @@ void refuseSpecial(const std::string& path) {
         std::find_if(openFailures.begin(), openFailures.end(),
                      [error](const OpenFailure& failure) { return failure.error == error; });
     if (known != openFailures.end()) {
-        throw InputRefused(known->refusal);
+        throw InputRefused(known->refusal, error);
     }
-    throw InputRefused("the file cannot be opened: " + std::generic_category().message(error));
+    throw InputRefused("the file cannot be opened: " + std::generic_category().message(error),
+                       error);
 }
 
 std::string descriptorPath(int number) {
@@ -99,7 +100,7 @@ void InputFile::refuseUnreadable() const {
         return;
     }
     if (S_ISDIR(record.st_mode)) {
-        throw InputRefused("this is a folder, not a file");
+        throw InputRefused("this is a folder, not a file", EISDIR);
     }
     const FileDescriptor file = openForReading(path_);
     if (!file.isOpen()) {

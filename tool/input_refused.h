@@ -1,6 +1,7 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
 
 namespace tool {
 
@@ -8,6 +9,15 @@ namespace tool {
 class InputRefused : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
+    /// With the error number by which the system refused the file.
+    InputRefused(const std::string& reason, int systemError)
+        : std::runtime_error(reason), systemError_(systemError) {}
+
+    /// 0 where it was not the system that refused.
+    [[nodiscard]] int systemError() const noexcept { return systemError_; }
+
+  private:
+    int systemError_ = 0;
 };
 
 }  // namespace tool

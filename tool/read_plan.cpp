@@ -60,7 +60,7 @@ void refuseToSkipAll(const MainChain& chain, std::uint64_t skip) {
     if (skip == 0 || started > skip) {
         return;
     }
-    const std::string leavesNone = "; --skip " + std::to_string(skip) + " leaves none";
+    const std::string leavesNone = "; skipping " + std::to_string(skip) + " leaves none";
     if (chain.isTooLong) {
         throw InputRefused(
             tooLongText +

@@ -53,6 +53,10 @@ void addKind(std::vector<CatalogTag>& tags, DirectoryKind kind, std::span<const 
                tags.end());
 }
 
+bool isDigit(char letter) {
+    return letter >= '0' && letter <= '9';
+}
+
 std::string_view behindPath(std::string_view word) {
     const std::size_t point = word.rfind('.');
     return point == std::string_view::npos ? word : word.substr(point + 1);
@@ -109,6 +113,11 @@ std::vector<std::uint16_t> numbersAskedFor(std::string_view word) {
     std::vector<std::uint16_t> numbers = numbersMeantBy(word);
     if (numbers.empty()) {
         throw UsageError(noSuchTag(word));
+    }
+    const std::string_view path = word.substr(0, word.size() - behindPath(word).size());
+    if (!path.empty() && !isDigit(path.front())) {
+        throw UsageError("there is no tag \"" + std::string(word) +
+                         "\": a path begins with the number of a page, as \"0.exif\"");
     }
     return numbers;
 }

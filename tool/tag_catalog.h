@@ -36,7 +36,8 @@ struct CatalogTag {
 /// for a word that means none.
 [[nodiscard]] std::vector<std::uint16_t> numbersMeantBy(std::string_view word);
 
-/// The same of a word from the command line. Raises UsageError for one that means none.
+/// The same of a word from the command line. Raises UsageError for one that means none, and for a
+/// path that no directory has.
 [[nodiscard]] std::vector<std::uint16_t> numbersAskedFor(std::string_view word);
 
 /// The selection of the tags that words from the command line mean. Raises UsageError for the first

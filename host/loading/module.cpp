@@ -25,6 +25,31 @@ Function symbolOf(void* library, const char* name) {
     return reinterpret_cast<Function>(symbol);
 }
 
+/// A module takes the host's operations from what the whole process can see. This library is not
+/// among that where the program loaded it for a plug-in of its own, as interpreters do. It is made
+/// so without loading it once more; where it is part of the program itself, there is nothing to do.
+void makeOperationsVisible() {
+    Dl_info self{};
+    if (::dladdr(reinterpret_cast<const void*>(&makeOperationsVisible), &self) != 0) {
+        void* const library = ::dlopen(
+            self.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_GLOBAL);  // NOLINT(hicpp-signed-bitwise)
+        if (library != nullptr) {
+            ::dlclose(library);  // what has become visible stays so
+        }
+    }
+}
+
+/// An open library. An absolute path: a bare name would be looked up among the system's libraries.
+void* openLibrary(const std::filesystem::path& path) {
+    makeOperationsVisible();
+    void* const library = ::dlopen(std::filesystem::absolute(path).c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (library == nullptr) {
+        const char* const reason = ::dlerror();
+        throw std::runtime_error(reason != nullptr ? reason : "the module cannot be loaded");
+    }
+    return library;
+}
+
 Failure failureFrom(Report report) {
     std::string text = messageText(report);
     return {std::move(report), std::move(text)};
@@ -66,13 +91,7 @@ void Module::Unload::operator()(void* handle) const noexcept {
     ::dlclose(handle);
 }
 
-Module::Module(const std::filesystem::path& library)
-    // An absolute path: a bare name would be looked up among the system's libraries.
-    : library_(::dlopen(std::filesystem::absolute(library).c_str(), RTLD_NOW | RTLD_LOCAL)) {
-    if (library_ == nullptr) {
-        const char* const reason = ::dlerror();
-        throw std::runtime_error(reason != nullptr ? reason : "the module cannot be loaded");
-    }
+Module::Module(const std::filesystem::path& library) : library_(openLibrary(library)) {
     entry_ = symbolOf<decltype(entry_)>(library_.get(), "zekFunction");
     unsigned int release = 0;
     symbolOf<decltype(&zekfilerequiredapiversion)>(library_.get(), "zekfilerequiredapiversion")(

@@ -1,5 +1,6 @@
 #include "host/values/value_memory.h"
 
+#include <pthread.h>
 #include <sanitizer/asan_interface.h>
 #include <sys/single_threaded.h>
 
@@ -106,6 +107,20 @@ class ShortLock {
 /// Threads are spread over some lists, so that they seldom wait for each other. Where there is one
 /// thread alone, it needs neither its place nor a lock.
 class ValueMemory final : public std::pmr::memory_resource {
+  public:
+    /// A process that is forked while a thread of its parent holds a lock would wait for that
+    /// thread, which it has not.
+    void holdAll() noexcept {
+        for (Share& share : shares_) {
+            share.lock.lock();
+        }
+    }
+    void letAllGo() noexcept {
+        for (Share& share : shares_) {
+            share.lock.unlock();
+        }
+    }
+
   private:
     struct alignas(64) Share {
         ShortLock lock;
@@ -171,6 +186,17 @@ union Lasting {
 };
 
 constinit Lasting lasting;
+
+void holdAll() {
+    lasting.memory.holdAll();
+}
+
+void letAllGo() {
+    lasting.memory.letAllGo();
+}
+
+// Without memory for it nothing is done, and there is no way to tell.
+[[maybe_unused]] const int isForkable = ::pthread_atfork(holdAll, letAllGo, letAllGo);
 
 }  // namespace
 

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <thread>
 #include <vector>
@@ -71,6 +74,36 @@ TEST(ValueThreads, AValueMayBeTheLastToGoWhenTheProcessEnds) {
             std::exit(0);
         },
         ::testing::ExitedWithCode(0), "");
+}
+
+TEST(ValueThreads, AForkedProcessMakesValuesWhileThreadsOfItsParentDo) {
+    std::atomic<bool> isOver = false;
+    std::vector<std::thread> threads;
+    // So many that some share their memory with the thread that forks.
+    for (int i = 0; i < 20; ++i) {
+        threads.emplace_back([&isOver] {
+            while (!isOver) {
+                makeValues();
+            }
+        });
+    }
+    int failed = 0;
+    for (int i = 0; i < 10; ++i) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            ::alarm(10);  // ends one that waits for ever
+            makeValues();
+            ::_exit(0);
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        failed += status == 0 ? 0 : 1;
+    }
+    isOver = true;
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(failed, 0);
 }
 
 }  // namespace

@@ -229,6 +229,12 @@ TEST(CsvCommand, RefusesATagOrAFactThatNobodyKnows) {
     EXPECT_EQ(tag.err,
               "corvinex: there is no tag \"0.exif.ExposureTim\"; the nearest is \"ExposureTime\"\n"
               "corvinex: --help tells what can be given\n");
+    const auto path = runTool({"csv", "--tag", "exif.ExposureTime", "a.tif"});
+    EXPECT_EQ(path.exitStatus, 2);
+    EXPECT_EQ(path.err,
+              "corvinex: there is no tag \"exif.ExposureTime\": a path begins with the number of a "
+              "page, as \"0.exif\"\n"
+              "corvinex: --help tells what can be given\n");
     EXPECT_EQ(runTool({"csv", "--tag", "file.weight", "a.tif"}).exitStatus, 2);
     EXPECT_EQ(runTool({"csv", "--tag", "", "a.tif"}).exitStatus, 2);
     EXPECT_EQ(runTool({"csv", "--tag", "65536", "a.tif"}).exitStatus, 2);

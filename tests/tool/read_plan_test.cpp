@@ -167,7 +167,7 @@ TEST(ReadPlan, AChainWithMoreEntriesThanTheFileCouldHoldIsCutWithAWarning) {
     request.skip = 4;
     EXPECT_EQ(refusal(tool_test::tooManyEntries(), request),
               "the chain of directories has more entries than the file could hold, and no more "
-              "than its first 4 directories are read; --skip 4 leaves none");
+              "than its first 4 directories are read; skipping 4 leaves none");
 }
 
 TEST(ReadPlan, ALayoutOtherThanTheModulesIsNoGroundForALimit) {

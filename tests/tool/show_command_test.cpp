@@ -71,7 +71,7 @@ TEST_F(ShowCommand, SkippingAllDirectoriesIsAnErrorThatTellsHowManyThereAre) {
         EXPECT_EQ(result.exitStatus, 1);
         EXPECT_EQ(result.out, "");
         EXPECT_EQ(result.err, "corvinex: " + path +
-                                  ": error: the file has 2 directories; --skip 2 leaves none\n");
+                                  ": error: the file has 2 directories; skipping 2 leaves none\n");
     }
 }
 
@@ -82,7 +82,7 @@ TEST_F(ShowCommand, SkippingADirectoryThatIsCutOffTooIsAnErrorThatTellsOfIt) {
         runTool({"show", path, "--skip=1"}).err.ends_with(" [quorra:corvinex:badIFDread]\n"));
     EXPECT_EQ(runTool({"show", path, "--skip=2"}).err,
               "corvinex: " + path +
-                  ": error: the file has one directory and one that is cut off; --skip 2 leaves "
+                  ": error: the file has one directory and one that is cut off; skipping 2 leaves "
                   "none\n");
 }
 

@@ -1,0 +1,247 @@
+#include "python/binding/result.h"
+
+#include <pybind11/numpy.h>
+#include <pybind11/stl.h>
+
+#include <cstdint>
+#include <span>
+#include <stdexcept>
+#include <string_view>
+#include <vector>
+
+#include "python/binding/bindings.h"
+#include "python/binding/texts.h"
+
+// Values become Python objects when they are asked for. Numbers, texts and cells are new objects;
+// an array looks at the memory of the host value. It holds the struct array from which it came,
+// which holds the output.
+
+namespace py = pybind11;
+
+namespace python {
+namespace {
+
+using host::ValueClass;
+
+/// An array that looks at elements of a value. It cannot be written to: what is asked for twice is
+/// the same memory.
+template <typename Element>
+py::array view(py::array::ShapeContainer shape, std::span<const Element> elements,
+               const py::object& owner) {
+    py::array array(py::dtype::of<Element>(), std::move(shape), elements.data(), owner);
+    py::detail::array_proxy(array.ptr())->flags &= ~py::detail::npy_api::NPY_ARRAY_WRITEABLE_;
+    return array;
+}
+
+/// The same with rows and columns, column by column.
+template <typename Element>
+py::array matrixView(host::Size size, std::span<const Element> elements, const py::object& owner) {
+    const auto rows = static_cast<py::ssize_t>(size.rows);
+    const auto columns = static_cast<py::ssize_t>(size.columns);
+    constexpr auto length = static_cast<py::ssize_t>(sizeof(Element));
+    py::array array(py::dtype::of<Element>(), {rows, columns}, {length, length * rows},
+                    elements.data(), owner);
+    py::detail::array_proxy(array.ptr())->flags &= ~py::detail::npy_api::NPY_ARRAY_WRITEABLE_;
+    return array;
+}
+
+std::span<const std::uint16_t> unitsOf(const zxArray& text) {
+    const std::u16string_view units = host::textOf(text);
+    return {reinterpret_cast<const std::uint16_t*>(units.data()), units.size()};
+}
+
+/// Makes the values of one struct array. The owner is the Python object that holds it.
+class ValueMaker {
+  public:
+    ValueMaker(const StructArray& array, py::object owner)
+        : array_(array), owner_(std::move(owner)) {}
+
+    /// A field of an element as Python programs like it.
+    [[nodiscard]] py::object value(std::size_t element, std::size_t field) const {
+        const zxArray* const value = host::fieldAt(array_.array(), element, field);
+        if (field == 0 && array_.output()->isRenamed && value != nullptr && isModuleName(*value)) {
+            return askedName();
+        }
+        return plain(value);
+    }
+
+    /// The same as an array of rows and columns, whatever it is.
+    [[nodiscard]] py::object rawValue(std::size_t element, std::size_t field) const {
+        return raw(host::fieldAt(array_.array(), element, field));
+    }
+
+  private:
+    [[nodiscard]] bool isModuleName(const zxArray& value) const {
+        return host::classOf(value) == ValueClass::Char &&
+               host::textOf(value) == array_.output()->moduleName;
+    }
+
+    [[nodiscard]] py::object askedName() const {
+        const std::string& name = array_.output()->askedName;
+        return py::reinterpret_steal<py::object>(
+            PyUnicode_DecodeFSDefaultAndSize(name.data(), static_cast<Py_ssize_t>(name.size())));
+    }
+
+    [[nodiscard]] py::object plain(const zxArray* value) const {
+        if (value == nullptr) {
+            return py::none();
+        }
+        switch (host::classOf(*value)) {
+            case ValueClass::Double:
+                return numbers(*value);
+            case ValueClass::Uint8:
+                return elements(*value, host::bytesOf(*value));
+            case ValueClass::Char:
+                return textFrom(host::textOf(*value));
+            case ValueClass::Cell:
+                return list(*value);
+            case ValueClass::Struct:
+                return structArray(*value);
+            case ValueClass::String:
+                break;
+        }
+        throw std::logic_error("a module's output holds no string scalar");
+    }
+
+    [[nodiscard]] py::object raw(const zxArray* value) const {
+        if (value == nullptr) {
+            return py::none();
+        }
+        const host::Size size = host::sizeOf(*value);
+        switch (host::classOf(*value)) {
+            case ValueClass::Double:
+                return matrixView(size, host::doublesOf(*value), owner_);
+            case ValueClass::Uint8:
+                return matrixView(size, host::bytesOf(*value), owner_);
+            case ValueClass::Char:
+                return matrixView(size, unitsOf(*value), owner_);
+            case ValueClass::Cell:
+                return rawCells(*value, size);
+            case ValueClass::Struct:
+                return structArray(*value);
+            case ValueClass::String:
+                break;
+        }
+        throw std::logic_error("a module's output holds no string scalar");
+    }
+
+    [[nodiscard]] py::object numbers(const zxArray& value) const {
+        const auto data = host::doublesOf(value);
+        if (data.size() == 1) {
+            return py::float_(data.front());
+        }
+        return elements(value, data);
+    }
+
+    /// A row as a vector, every other size as rows and columns.
+    template <typename Element>
+    [[nodiscard]] py::object elements(const zxArray& value, std::span<const Element> data) const {
+        const host::Size size = host::sizeOf(value);
+        return size.rows == 1 ? view({static_cast<py::ssize_t>(data.size())}, data, owner_)
+                              : matrixView(size, data, owner_);
+    }
+
+    [[nodiscard]] py::object list(const zxArray& cell) const {
+        py::list list(host::elementCountOf(cell));
+        for (std::size_t i = 0; i < list.size(); ++i) {
+            list[i] = plain(host::cellAt(cell, i));
+        }
+        return list;
+    }
+
+    /// An array of objects, because a list would not tell rows and columns.
+    [[nodiscard]] py::object rawCells(const zxArray& cell, host::Size size) const {
+        const auto rows = static_cast<py::ssize_t>(size.rows);
+        const auto columns = static_cast<py::ssize_t>(size.columns);
+        py::array array(py::dtype("O"), {rows, columns});
+        for (py::ssize_t column = 0; column < columns; ++column) {
+            for (py::ssize_t row = 0; row < rows; ++row) {
+                const auto index = static_cast<std::size_t>(column * rows + row);
+                array[py::make_tuple(row, column)] = raw(host::cellAt(cell, index));
+            }
+        }
+        return array;
+    }
+
+    [[nodiscard]] py::object structArray(const zxArray& value) const {
+        return py::cast(StructArray(array_.output(), value));
+    }
+
+    const StructArray& array_;
+    py::object owner_;
+};
+
+ValueMaker makerOf(const py::object& self) {
+    return {self.cast<const StructArray&>(), self};
+}
+
+py::tuple fieldNames(const StructArray& array) {
+    const auto names = host::fieldNamesOf(array.array());
+    py::tuple tuple(names.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        // A few names for many directories, asked for by names of the program's own text.
+        PyObject* name = PyUnicode_DecodeUTF8(names[i].data(),
+                                              static_cast<Py_ssize_t>(names[i].size()), nullptr);
+        if (name == nullptr) {
+            throw py::error_already_set();
+        }
+        PyUnicode_InternInPlace(&name);
+        tuple[i] = py::reinterpret_steal<py::str>(name);
+    }
+    return tuple;
+}
+
+py::list valuesOf(const py::object& self, std::size_t element) {
+    const ValueMaker maker = makerOf(self);
+    py::list values(host::fieldNamesOf(self.cast<const StructArray&>().array()).size());
+    for (std::size_t field = 0; field < values.size(); ++field) {
+        values[field] = maker.value(element, field);
+    }
+    return values;
+}
+
+}  // namespace
+
+void bindResult(py::module_& extension) {
+    py::class_<StructArray>(
+        extension, "StructArray",
+        "A struct array of the module's result, with values made when asked for.")
+        .def("__len__", &StructArray::size)
+        .def_property_readonly("shape",
+                               [](const StructArray& array) {
+                                   const host::Size size = host::sizeOf(array.array());
+                                   return py::make_tuple(size.rows, size.columns);
+                               })
+        .def_property_readonly("fields", fieldNames)
+        .def(
+            "value",
+            [](const py::object& self, std::size_t element, std::size_t field) {
+                return makerOf(self).value(element, field);
+            },
+            py::arg("element"), py::arg("field"))
+        .def(
+            "raw",
+            [](const py::object& self, std::size_t element, std::size_t field) {
+                return makerOf(self).rawValue(element, field);
+            },
+            py::arg("element"), py::arg("field"))
+        .def("values", valuesOf, py::arg("element"))
+        .def(
+            "address",
+            [](const StructArray& array, std::size_t element, std::size_t field) {
+                const zxArray* const value = host::fieldAt(array.array(), element, field);
+                const void* const elements =
+                    value == nullptr
+                        ? nullptr
+                        : matrix::detail::noninlined::zx_array_api::zxGetElements(value);
+                return reinterpret_cast<std::uintptr_t>(elements);
+            },
+            py::arg("element"), py::arg("field"));
+    // For tests.
+    extension.def("living_values", &host::livingValues);
+    extension.def("text_from_units", [](const std::vector<std::uint16_t>& units) {
+        return textFrom(std::u16string(units.begin(), units.end()));
+    });
+}
+
+}  // namespace python
