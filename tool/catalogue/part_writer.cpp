@@ -67,11 +67,12 @@ class CountedBlocks final : public BlockSink {
   public:
     CountedBlocks(Catalogue& catalogue, PartResult& result)
         : catalogue_(catalogue), result_(result) {}
-    void put(RowBlock&& block) override {
+    void put(RowBlock& block) override {
         result_.directories += block.directories.size();
         result_.tags += block.tags.size();
         result_.findings += block.findings.size();
         catalogue_.write(block);
+        block.clear();
     }
 
   private:
@@ -175,7 +176,8 @@ class PartRun {
         if (isPassedOver) {
             return false;
         }
-        collectRows(file, path, isSteady ? stamp : std::nullopt, options_.maxValues, blocks_);
+        collectRows(file, path, isSteady ? stamp : std::nullopt, options_.maxValues, block_,
+                    blocks_);
         ++result_.byStatus[statusName(corvinex::inspect::statusOf(file.file()))];
         if (file.error()) {
             result_.unreadable.push_back({listed.name, file.errorText()});
@@ -192,7 +194,8 @@ class PartRun {
                 std::chrono::system_clock::time_point(std::chrono::nanoseconds(stamp->modified)));
         }
         writeRecord(json_, facts, nullptr, recordOptions_);
-        blocks_.put(rowsOfRefused(facts, path, reason));
+        block_ = rowsOfRefused(facts, path, reason);
+        blocks_.put(block_);
         ++result_.byStatus[statusName(Status::Unreadable)];
         result_.unreadable.push_back({name, reason});
     }
@@ -204,6 +207,7 @@ class PartRun {
     Catalogue catalogue_;
     RecordFile records_;
     CountedBlocks blocks_;
+    RowBlock block_;
     JsonWriter json_{records_, JsonWriter::Style::OneLine};
     AbsolutePaths absolutePaths_{root};
     std::unordered_set<std::string> seen_;  ///< absolute names of the files with a record
