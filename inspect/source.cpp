@@ -139,4 +139,13 @@ bool Source::read(std::uint64_t position, std::span<std::byte> target) const {
     return true;
 }
 
+bool Source::holds(std::uint64_t position, std::uint64_t length) const noexcept {
+    if (!descriptor_) {
+        return true;
+    }
+    const std::uint64_t number = position / blockSize;
+    const Cache::Block& block = cache_->blocks[number % blockCount];
+    return block.number == number && liesWithin(position % blockSize, length, block.length);
+}
+
 }  // namespace corvinex::inspect

@@ -65,6 +65,10 @@ class Source {
         return loadFromFile<Number>(bytes, 0, swap);
     }
 
+    /// Whether bytes can be read without the system: they lie in memory, or in a block that was
+    /// read before.
+    [[nodiscard]] bool holds(std::uint64_t position, std::uint64_t length) const noexcept;
+
   private:
     // Pages of the system's own cache, and enough of them that a directory, its values and the next
     // directory stay at hand when a writer put them apart.

@@ -2,28 +2,26 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "inspect/file_content.h"
 #include "inspect/record/record_head.h"
 #include "inspect/record/value_json.h"
 #include "inspect/value_budget.h"
 #include "tool/csv_cell.h"
 #include "tool/csv_columns.h"
 #include "tool/many_files.h"
+#include "tool/row_entries.h"
 
 namespace tool {
 namespace {
 
-using corvinex::inspect::Container;
 using corvinex::inspect::DerivedFact;
 using corvinex::inspect::Directory;
-using corvinex::inspect::DirectoryKind;
-using corvinex::inspect::DirectoryRecord;
 using corvinex::inspect::Entry;
 using corvinex::inspect::TextSink;
 
@@ -70,17 +68,6 @@ constexpr std::array storedFacts{
                }},
 };
 
-/// For each directory of a file the one of the main chain that leads to it.
-std::vector<std::uint32_t> rootsOf(std::span<const Directory> directories) {
-    std::vector<std::uint32_t> roots;
-    roots.reserve(directories.size());
-    for (std::uint32_t index = 0; index < directories.size(); ++index) {
-        const std::uint32_t parent = directories[index].record().parent;
-        roots.push_back(parent == DirectoryRecord::none ? index : roots[parent]);
-    }
-    return roots;
-}
-
 /// The rows of one file.
 class CsvRows {
   public:
@@ -108,56 +95,18 @@ class CsvRows {
 
   private:
     void writeFile() {
-        std::vector<const Entry*> entries(options_.columns.columns().size());
-        if (file_ != nullptr) {
-            const std::span<const Directory> directories = file_->directories();
-            const std::vector<std::uint32_t> roots = rootsOf(directories);
-            for (std::size_t index = 0; index < directories.size(); ++index) {
-                // What a thumbnail is says nothing of the photo.
-                const bool isOfThumbnail = file_->container() == Container::Jpeg &&
-                                           directories[roots[index]].record().chainIndex == 1;
-                options_.columns.collect(
-                    directories[index],
-                    isOfThumbnail ? CsvColumns::Wanted::ThoseWithPath : CsvColumns::Wanted::All,
-                    entries);
-            }
-        }
-        writeRow({}, entries);
+        writeRow({}, file_ == nullptr ? std::vector<const Entry*>(options_.columns.columns().size())
+                                      : entriesOfFile(*file_, options_.columns));
     }
 
     void writeDirectories() {
-        const std::span<const Directory> directories = file_->directories();
-        const std::vector<std::uint32_t> roots = rootsOf(directories);
-        // In the order of the main chain, and of one chain's directory in that of the walk.
-        std::vector<std::uint32_t> order(directories.size());
-        for (std::uint32_t index = 0; index < order.size(); ++index) {
-            order[index] = index;
-        }
-        std::ranges::stable_sort(order, {}, [&](std::uint32_t index) { return roots[index]; });
-        for (std::size_t place = 0; place < order.size();) {
-            const std::uint32_t root = roots[order[place]];
-            std::vector<const Entry*> entries(options_.columns.columns().size());
-            for (; place < order.size() && roots[order[place]] == root; ++place) {
-                collect(directories[order[place]], entries);
-            }
-            writeRow(directories[root].path(), entries);
-        }
+        forEachDirectoryRow(*file_, options_.columns,
+                            [this](const Directory& directory, RowEntries entries) {
+                                writeRow(directory.path(), entries);
+                            });
     }
 
-    /// What stands in a sub-image says nothing of the image above it.
-    void collect(const Directory& directory, std::span<const Entry*> entries) const {
-        bool isOfSubImage = false;
-        const Directory* step = &directory;
-        while (step->record().parent != DirectoryRecord::none) {
-            isOfSubImage = isOfSubImage || step->kind() == DirectoryKind::Sub;
-            step = &file_->directories()[step->record().parent];
-        }
-        options_.columns.collect(
-            directory, isOfSubImage ? CsvColumns::Wanted::ThoseWithPath : CsvColumns::Wanted::All,
-            entries);
-    }
-
-    void writeRow(std::string_view path, std::span<const Entry* const> entries) {
+    void writeRow(std::string_view path, RowEntries entries) {
         std::string row;
         addCell(row, name_);
         if (!options_.hasRowForFile) {
@@ -224,7 +173,7 @@ ExitStatus runCsv(const Arguments& arguments, std::ostream& out, std::ostream& e
         addCell(heading, column.heading);
     }
     out << heading << endOfRow;
-    const auto task = [&](const InspectedFile& file, TextSink& sink) {
+    const auto task = [&](const InspectedFile& file, TextSink& sink, std::size_t /*thread*/) {
         CsvRows(file, options, sink).write();
     };
     return inspectFiles(files, task, out, err);

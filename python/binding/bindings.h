@@ -13,5 +13,12 @@ void bindResult(pybind11::module_& extension);
 void bindReading(pybind11::module_& extension);
 /// The inspection: files, directories, entries and values.
 void bindInspection(pybind11::module_& extension);
+/// Tables about many files.
+void bindTable(pybind11::module_& extension);
+/// Walks through folders, for scans of large collections.
+void bindListing(pybind11::module_& extension);
+/// The parts of such a scan, what tells that they are up to date, and how they become one
+/// catalogue.
+void bindParts(pybind11::module_& extension);
 
 }  // namespace python

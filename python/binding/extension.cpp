@@ -33,6 +33,10 @@ void bind(pybind11::module_& extension) {
     static_cast<void>(pybind11::detail::npy_api::get());
     python::bindResult(extension);
     python::bindReading(extension);
+    python::bindInspection(extension);
+    python::bindTable(extension);
+    python::bindListing(extension);
+    python::bindParts(extension);
 }
 
 pybind11::module_::module_def definition;

@@ -1,0 +1,97 @@
+"""What files are read from: names, bytes, and file objects."""
+
+from __future__ import annotations
+
+import dataclasses
+import io
+import os
+import tempfile
+from typing import Any, BinaryIO, Union
+
+Source = Union[
+    str, "os.PathLike[str]", "os.PathLike[bytes]", bytes, bytearray, memoryview, BinaryIO
+]
+
+
+@dataclasses.dataclass(frozen=True)
+class Resolved:
+    """A source as the extension module takes it: bytes, else a descriptor, else a name."""
+
+    content: memoryview | None = None
+    descriptor: int | None = None
+    name: str | None = None
+    """As it was given."""
+    system_name: bytes | None = None
+    """As the system has it."""
+
+
+def system_name(name: str | bytes) -> bytes:
+    """A name as the system has it. Raises ValueError for one that no file can have."""
+    encoded = os.fsencode(name)
+    if b"\0" in encoded:
+        raise ValueError("there is a zero in the name of the file")
+    return encoded
+
+
+def resolve(source: Source) -> Resolved:
+    """What a source reads. Raises TypeError for what is none, ValueError for what is closed."""
+    if isinstance(source, (str, os.PathLike)):
+        name = os.fspath(source)
+        return Resolved(name=os.fsdecode(name), system_name=system_name(name))
+    if hasattr(source, "read"):
+        return _of_file_object(source)
+    return _of_bytes(source)
+
+
+def _of_bytes(source: Any) -> Resolved:
+    try:
+        return Resolved(content=memoryview(source))
+    except TypeError:
+        raise TypeError(
+            "a file is given by its name, its bytes or a binary file object, "
+            f"not by {type(source).__name__}"
+        ) from None
+
+
+def _of_file_object(source: Any) -> Resolved:
+    if isinstance(source, io.TextIOBase):
+        raise TypeError("the file object gives text; open it in binary mode")
+    if getattr(source, "closed", False):
+        raise ValueError("the file object is closed")
+    if not _is_plain(source):
+        return _of_bytes(_content_of(source))
+    if source.writable():
+        source.flush()
+    name = getattr(source, "name", None)
+    if not isinstance(name, (str, bytes)):
+        return Resolved(descriptor=source.fileno())
+    return Resolved(
+        descriptor=source.fileno(), name=os.fsdecode(name), system_name=system_name(name)
+    )
+
+
+def _is_plain(source: Any) -> bool:
+    """Whether what a file object reads is what the file behind its descriptor holds.
+
+    One that decompresses has the descriptor of what it reads from, so that only the classes of
+    open() are believed.
+    """
+    if isinstance(source, tempfile._TemporaryFileWrapper):
+        source = source.file
+    if type(source) in (io.BufferedReader, io.BufferedRandom):
+        source = source.raw
+    return type(source) is io.FileIO and os.path.isfile(source.fileno())
+
+
+def _content_of(source: Any) -> Any:
+    """All that a file object gives, from its start where it can go there."""
+    can_seek = hasattr(source, "seekable") and source.seekable()
+    place = source.tell() if can_seek else 0
+    if can_seek:
+        source.seek(0)
+    content = source.read()
+    if can_seek:
+        source.seek(place)
+    if isinstance(content, str):
+        raise TypeError("the file object gives text; open it in binary mode")
+    return content

@@ -1,0 +1,159 @@
+"""What notebooks show of files and directories, as a browser shows it."""
+
+from __future__ import annotations
+
+import pathlib
+from collections.abc import Callable, Iterator
+from typing import Any
+
+import pytest
+from files import SAMPLES, Row, big_tiff, many_pages, tiff
+from selenium import webdriver
+from selenium.webdriver.chrome.service import Service
+
+import corvinex
+
+Browser = Any  # selenium tells few of its types
+Show = Callable[..., Browser]
+
+HOSTILE = b"<script>document.title='run'</script>&amp;<b title=\"'\">"
+
+
+@pytest.fixture(scope="module")
+def browser() -> Iterator[Browser]:
+    options: Any = webdriver.ChromeOptions()
+    for argument in ("--headless=new", "--no-sandbox", "--disable-dev-shm-usage", "--disable-gpu"):
+        options.add_argument(argument)
+    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+    driver = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
+    yield driver
+    driver.quit()
+
+
+@pytest.fixture()
+def show(browser: Browser, tmp_path: pathlib.Path) -> Show:
+    """Shows what an object gives a notebook, in a page of its own."""
+
+    def open_page(shown: Any, style: str = "") -> Browser:
+        page = tmp_path / "page.html"
+        head = f"<meta charset=utf-8><title>still</title><body style='{style}'>"
+        page.write_text(f"<!doctype html>{head}{shown._repr_html_()}", encoding="utf-8")
+        browser.get(page.as_uri())
+        return browser
+
+    return open_page
+
+
+def texts(page: Browser, selector: str) -> Any:
+    """The texts of elements that stand on the page, without regard to blanks around them."""
+    return page.execute_script(
+        "return [...document.querySelectorAll(arguments[0])]"
+        ".filter(one => one.checkVisibility()).map(one => one.innerText.trim())",
+        selector,
+    )
+
+
+def test_a_page_tells_what_a_file_is_and_folds_all_but_its_first_directory(show: Show) -> None:
+    page = show(corvinex.inspect(SAMPLES / "photo.jpg"))
+    size = (SAMPLES / "photo.jpg").stat().st_size
+    assert texts(page, ".corvinex > div") == [f"{SAMPLES}/photo.jpg JPEG, ok, {size:,} bytes"]
+    assert texts(page, "summary") == [
+        "facts",
+        "0 13 entries",
+        "1 6 entries, JPEG (old-style)",
+        "0.exif 28 entries",
+        "0.exif.interop 2 entries",
+        "0.gps 12 entries",
+    ]
+    rows = texts(page, "tbody tr")
+    assert len(rows) == 13
+    assert rows[1].split("\t") == ["271", "Make", "ASCII", "15", "Example Optics"]
+
+
+def test_a_directory_folds_out_and_in_again(show: Show) -> None:
+    page = show(corvinex.inspect(SAMPLES / "photo.jpg"))
+    page.execute_script("document.querySelectorAll('summary')[3].click()")
+    assert "33437\tFNumber\tRATIONAL\t1\tf/2.8" in texts(page, "tbody tr")
+    page.execute_script("document.querySelectorAll('summary')[3].click()")
+    assert len(texts(page, "tbody tr")) == 13
+
+
+def test_a_directory_is_a_page_of_its_own(show: Show) -> None:
+    page = show(corvinex.inspect(SAMPLES / "photo.jpg").directory("0.gps"))
+    assert texts(page, "summary") == ["0.gps 12 entries"]
+    assert "7\tGPSTimeStamp\tRATIONAL\t3\t13:07:09 UTC" in texts(page, "tbody tr")
+
+
+def test_findings_are_told_with_their_sentences(show: Show) -> None:
+    file = corvinex.inspect(SAMPLES / "damaged.tif")
+    page = show(file)
+    page.execute_script("for (const one of document.querySelectorAll('details')) one.open = true")
+    shown = texts(page, "tbody tr")
+    for finding in file.findings:
+        cells = (finding.severity, finding.directory, finding.id, finding.text)
+        assert "\t".join(cells).strip() in shown
+
+
+def test_what_a_file_holds_is_text_and_never_a_part_of_the_page(
+    show: Show, tmp_path: pathlib.Path
+) -> None:
+    content = tiff([(271, 2, len(HOSTILE) + 1, HOSTILE + b"\0")])
+    name = tmp_path / "<i onload=1>'&.tif"
+    name.write_bytes(content)
+    page = show(corvinex.inspect(name))
+    assert page.title == "still"
+    assert texts(page, "tbody td:last-child") == [HOSTILE.decode()]
+    assert page.execute_script("return document.querySelectorAll('script, i').length") == 0
+    assert "<i onload=1>'&.tif" in texts(page, ".corvinex > div")[0]
+    assert page.get_log("browser") == []
+
+
+def test_control_characters_do_not_reach_the_page(show: Show) -> None:
+    text = "a\x1bb\x9fc\u202ed".encode() + b"\0"
+    page = show(corvinex.inspect(tiff([(271, 2, len(text), text)])))
+    assert texts(page, "tbody td:last-child") == ["a\ufffdb\ufffdc\ufffdd"]
+
+
+def test_a_page_is_bounded_whatever_the_file_holds(show: Show) -> None:
+    page = show(corvinex.inspect(many_pages(300)))
+    assert texts(page, ".more") == ["… and 250 more directories"]
+    assert len(texts(page, "summary")) <= 53
+    rows: list[Row] = [(60000 + number, 3, 1, b"\1\0") for number in range(500)]
+    page = show(corvinex.inspect(tiff(rows)))
+    assert len(texts(page, "details[open] tbody tr")) == 200
+    assert "… and 300 more entries" in texts(page, "details[open] .more")
+
+
+def test_long_values_are_cut_and_very_long_ones_are_told_by_their_size(show: Show) -> None:
+    rows: list[Row] = [(271, 2, 1001, b"x" * 1000 + b"\0"), (60001, 3, 20_000, bytes(40_000))]
+    page = show(corvinex.inspect(big_tiff(rows)))
+    assert texts(page, "tbody td:last-child") == ["x" * 200 + " …", "20,000 of type SHORT"]
+
+
+@pytest.mark.parametrize(
+    "style", ["color: rgb(20, 20, 20)", "background: rgb(17, 17, 17); color: rgb(230, 230, 230)"]
+)
+def test_a_page_has_the_colours_of_the_notebook(show: Show, style: str) -> None:
+    page = show(corvinex.inspect(SAMPLES / "photo.jpg"), style)
+    looks = page.execute_script(
+        "const own = getComputedStyle(document.body).color;"
+        "return [...document.querySelectorAll('.corvinex *')].map(one => getComputedStyle(one))"
+        ".every(look => look.color === own && look.backgroundColor === 'rgba(0, 0, 0, 0)')"
+    )
+    assert looks is True
+
+
+def test_a_narrow_page_is_not_wider_than_its_window(show: Show, browser: Browser) -> None:
+    metrics = {"width": 400, "height": 900, "deviceScaleFactor": 1, "mobile": False}
+    browser.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", metrics)
+    page = show(corvinex.inspect(SAMPLES / "photo.jpg"))
+    width = page.execute_script("return document.documentElement.scrollWidth")
+    browser.execute_cdp_cmd("Emulation.clearDeviceMetricsOverride", {})
+    assert width <= 400
+
+
+def test_a_closed_file_and_one_that_is_no_image_are_shown(show: Show) -> None:
+    file = corvinex.inspect(b"no image")
+    assert texts(show(file), ".corvinex > div") == ["bytes no image, not-an-image, 8 bytes"]
+    file.close()
+    assert texts(show(file), ".corvinex > div") == ["bytes closed"]
