@@ -27,7 +27,7 @@ def examples() -> list[doctest.DocTest]:
     found = [
         test
         for module in modules()
-        for test in doctest.DocTestFinder().find(module)
+        for test in doctest.DocTestFinder().find(module, extraglobs={"corvinex": corvinex})
         if test.examples
     ]
     parser = doctest.DocTestParser()
