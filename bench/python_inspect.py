@@ -3,9 +3,9 @@
 
   PYTHONPATH=build/python bench/python_inspect.py [INPUTS]
 
-INPUTS is the folder that scripts/bench has made (build/bench/inputs). Each reading is a process of its own,
-in which the modules are loaded before the clock starts; readers run in turn, round after round, and a ratio
-is the median of the rounds' own ratios.
+INPUTS is the folder that scripts/bench has made (build/bench/inputs). Each reading is a process of
+its own, in which the modules are loaded before the clock starts; readers run in turn, round after
+round, and a ratio is the median of the rounds' own ratios.
 """
 
 from __future__ import annotations
@@ -123,7 +123,7 @@ READERS = {
 
 
 def measure(reader: str, path: pathlib.Path) -> None:
-    """Prints what one reading takes: seconds of processor time and of the clock, and what was read."""
+    """Prints seconds of processor time and of the clock that a reading takes, and what it read."""
     read = READERS[reader]()
     clock, processor = time.perf_counter(), time.process_time()
     count = read(path)
@@ -139,7 +139,9 @@ def run(reader: str, path: pathlib.Path) -> tuple[float, float, int]:
 
 def compare(case: Case, inputs: pathlib.Path) -> bool:
     """Prints a row for each reader; returns whether the first takes little enough."""
-    rounds = [{name: run(name, inputs / case.input) for name in case.readers} for _ in range(ROUNDS)]
+    rounds = [
+        {name: run(name, inputs / case.input) for name in case.readers} for _ in range(ROUNDS)
+    ]
     first = case.readers[0]
     is_kept = True
     for name in case.readers:

@@ -74,7 +74,7 @@ class Trees:
         self.rows = {}
 
     def run(self, name, *command, is_tool=True):
-        run = self.bench.run([str(word) for word in command], is_tool=is_tool)
+        run = self.bench.run([str(word) for word in command], counts=not is_tool)
         self.rows.setdefault(name, Row(name, [])).runs.append(run)
 
     def ratio(self, name, other, figure="cpu"):

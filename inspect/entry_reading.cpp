@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "corvinex/directory.h"
@@ -9,6 +10,7 @@
 #include "corvinex/file.h"
 #include "inspect/directory_siblings.h"
 #include "inspect/file_content.h"
+#include "inspect/interpretation.h"
 #include "inspect/reading/derived.h"
 #include "inspect/reading/reading.h"
 #include "inspect/reading/words.h"
@@ -85,6 +87,13 @@ std::optional<std::string> Entry::text() const {
 
 std::optional<std::string> Entry::text(const Value& value) const {
     return readEntry(*file_, *this, value, reading::readingOf);
+}
+
+std::optional<std::vector<std::string>> Entry::texts(const Value& value) const {
+    Interpretation meaning = interpret(*this, value);
+    const bool isText =
+        meaning.form == Interpretation::Form::Text || meaning.form == Interpretation::Form::Texts;
+    return isText ? std::optional(std::move(meaning.texts)) : std::nullopt;
 }
 
 std::optional<std::vector<std::string>> Entry::words(const Value& value) const {

@@ -138,6 +138,12 @@ Interpretation version(ByteSpan bytes) {
     return {.form = Form::Text, .texts = {std::move(text)}, .charset = {}, .rest = {}};
 }
 
+/// Of numbers.
+Form formOf(const Entry& entry, std::size_t size) {
+    const bool isScalar = size == 1 && registry::isScalar(entry.directory().kind(), entry.number());
+    return isScalar ? Form::Number : Form::Numbers;
+}
+
 }  // namespace
 
 Interpretation interpret(const Entry& entry, const Value& value) {
@@ -164,9 +170,19 @@ Interpretation interpret(const Entry& entry, const Value& value) {
         case Content::Numbers:
             break;
     }
-    const bool isScalar = value.size() == 1 && registry::isScalar(kind, entry.number());
-    return {
-        .form = isScalar ? Form::Number : Form::Numbers, .texts = {}, .charset = {}, .rest = {}};
+    return {.form = formOf(entry, value.size()), .texts = {}, .charset = {}, .rest = {}};
+}
+
+std::optional<Form> formOfNumbers(const Entry& entry, std::size_t size) {
+    switch (entry.type().value_or(FieldType::Undefined)) {
+        case FieldType::Byte:
+        case FieldType::Undefined:
+        case FieldType::Ascii:
+        case FieldType::Utf8:
+            return std::nullopt;
+        default:
+            return formOf(entry, size);
+    }
 }
 
 bool holdsCodes(const Entry& entry) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -33,6 +35,12 @@ struct Interpretation {
 
 /// Takes time in proportion to the value, which must outlive the answer.
 [[nodiscard]] Interpretation interpret(const Entry& entry, const Value& value);
+
+/// The form of a value with so many elements whose type holds numbers whatever the tag, such as
+/// SHORT; nothing for bytes, texts and unknown types. It is what interpret() would say, in constant
+/// time.
+[[nodiscard]] std::optional<Interpretation::Form> formOfNumbers(const Entry& entry,
+                                                                std::size_t size);
 
 /// Whether raw bytes are codes or flags, one number in each: a value that is Bytes to whoever does
 /// not ask for codes.

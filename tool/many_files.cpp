@@ -24,9 +24,6 @@
 namespace tool {
 namespace {
 
-/// What a thread takes from the list at once where files are read quickly.
-constexpr std::size_t namesAtOnce = 64;
-
 /// The threads' common state.
 class FileRun {
   public:

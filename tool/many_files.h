@@ -21,6 +21,9 @@ struct ManyFiles {
     bool tellsErrors = true;  ///< on the error output why a file could not be read
 };
 
+/// What a thread takes from the list at once where files are read quickly.
+inline constexpr std::size_t namesAtOnce = 64;
+
 /// Whether there is but one file, for which threads need not be started.
 [[nodiscard]] bool isOneFile(const PathOptions& paths);
 

@@ -39,8 +39,8 @@ bool OrderedOutput::hasRoomFor(std::uint64_t number, std::size_t size) const noe
 /// What was left of the turn that begins with this task.
 OrderedOutput::Left* OrderedOutput::findLeft(std::uint64_t first) noexcept {
     const auto isIt = [first](const Left& left) { return left.count != 0 && left.first == first; };
-    const auto place = places_ == 0 ? left_.end() : std::ranges::find_if(left_, isIt);
-    return place == left_.end() ? nullptr : &*place;
+    auto* const place = places_ == 0 ? left_.end() : std::ranges::find_if(left_, isIt);
+    return place == left_.end() ? nullptr : place;
 }
 
 void OrderedOutput::endTurn(std::uint64_t count, std::string_view text, std::string_view message) {
@@ -84,7 +84,7 @@ void OrderedOutput::Turn::finish(std::string message) {
         output.endTurnsLeft();
         output.turned_.notify_all();
     } else {
-        const auto free = std::ranges::find(output.left_, 0U, &Left::count);
+        auto* const free = std::ranges::find(output.left_, 0U, &Left::count);
         free->first = first_;
         free->count = count_;
         free->text.swap(text_);

@@ -96,13 +96,14 @@ class OrderedOutput {
     std::ostream& err_;
     ProgressLine& progress_;
     const bool isOnTerminal_ = isatty(STDOUT_FILENO) != 0;
-    // Looked at by all threads for each task, seldom changed.
+    // Looked at by all threads for each task and seldom changed, so they stand apart from what
+    // changes.
     std::atomic<bool> hasFailed_{false};
     std::atomic<bool> isCrowded_{false};
-    alignas(128) std::mutex mutex_;
+    std::array<Left, mostPlaces> left_;
+    std::mutex mutex_;
     std::condition_variable turned_;
     std::uint64_t next_ = 0;  ///< the first task whose text is not written
-    std::array<Left, mostPlaces> left_;
     std::size_t places_ = 0;  ///< that are taken
     std::size_t leftBytes_ = 0;
 };

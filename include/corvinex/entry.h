@@ -78,6 +78,11 @@ class CORVINEX_API Entry {
     [[nodiscard]] std::optional<std::string> text() const;
     /// The same for a value of this entry that was read before.
     [[nodiscard]] std::optional<std::string> text(const Value& value) const;
+    /// The texts in a value of this entry, in UTF-8: one of a text, of a comment and of bytes that
+    /// hold a text, each up to its first zero; any number for tags that hold several, such as
+    /// Copyright. Nothing for numbers and for bytes of any other kind. Takes time and memory in
+    /// proportion to the value's size and reads nothing.
+    [[nodiscard]] std::optional<std::vector<std::string>> texts(const Value& value) const;
     /// The words for the codes in a value of this entry, an unknown code as its number; nothing for
     /// tags without words. Flags give one text. Takes time and memory in proportion to the value's
     /// size and reads nothing.

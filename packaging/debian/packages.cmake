@@ -8,7 +8,11 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME corvinex)
 set(CPACK_PACKAGE_CONTACT "corvinex maintainers <maintainers@corvinex.invalid>")
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
-set(CPACK_COMPONENTS_ALL tool runtime dev)
+set(components tool runtime dev)
+if(CORVINEX_PYTHON)
+  list(APPEND components python)
+endif()
+set(CPACK_COMPONENTS_ALL ${components})
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/debian/finish_packages.cmake)
@@ -50,6 +54,23 @@ set(CPACK_DEBIAN_DEV_DESCRIPTION "headers of the libraries of corvinex
 What programs in C++20 are compiled and linked with that read the tags of
 image files, or that load the module of corvinex; with examples.")
 
+# The extension module is for one version of the interpreter. The module that it loads comes with the tool.
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-corvinex)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS ON)
+math(EXPR next_python "${Python_VERSION_MINOR} + 1")
+string(JOIN ", " CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+  "python3 (>= 3.${Python_VERSION_MINOR}~)" "python3 (<< 3.${next_python})" "python3-numpy"
+  "libcorvinex0 (= ${version})" "corvinex (= ${version})")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS
+  "python3-pandas, python3-jinja2, python3-matplotlib, python3-distributed")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+  ${CMAKE_CURRENT_SOURCE_DIR}/debian/python/postinst ${CMAKE_CURRENT_SOURCE_DIR}/debian/python/prerm)
+set(CPACK_DEBIAN_PYTHON_DESCRIPTION "reader of the tags of TIFF, BigTIFF and EXIF files for Python
+The package corvinex reads what image files hold beside their pixels: as
+directories with their fields, with numbers in arrays of NumPy. Damaged files
+are read as far as they can be, and what is wrong with them is told.")
+
 # What programs depend on that are linked with the libraries. Until 1.0 a minor version may break them.
 math(EXPR next_minor "${PROJECT_VERSION_MINOR} + 1")
 set(range "libcorvinex0 (>= ${PROJECT_VERSION}), libcorvinex0 (<< ${PROJECT_VERSION_MAJOR}.${next_minor})")
@@ -81,6 +102,10 @@ install(FILES debian/libcorvinex0.lintian-overrides COMPONENT runtime RENAME lib
 # The build of the second host alone is that of these sources.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples COMPONENT dev
   DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/libcorvinex-dev
-  PATTERN other-host/CMakeLists.txt EXCLUDE)
+  PATTERN other-host/CMakeLists.txt EXCLUDE PATTERN python EXCLUDE)
+if(CORVINEX_PYTHON)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/python/ COMPONENT python
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/python3-corvinex/examples)
+endif()
 
 include(CPack)

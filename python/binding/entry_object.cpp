@@ -99,7 +99,12 @@ py::object pathOf(const Asked& asked) {
 }
 
 py::object valueOf(const Asked& asked) {
-    return toPython(asked.read([](const Entry& entry) { return readValue(entry); }));
+    const Entry& entry = asked.entry();
+    // Numbers that lie in the entry are read like what else it tells: nothing of the file is asked.
+    if (!entry.offset() && corvinex::inspect::formOfNumbers(entry, 1)) {
+        return toPython(readValue(entry));
+    }
+    return toPython(asked.read(readValue));
 }
 
 std::optional<std::string> readText(const Entry& entry) {
@@ -120,12 +125,11 @@ py::object wordsOf(const Asked& asked) {
 }
 
 py::object charsetOf(const Asked& asked) {
-    return noneOr(
-        asked.read([](const Entry& entry) { return readValue(entry); }).interpretation.charset);
+    return noneOr(asked.read(readValue).interpretation.charset);
 }
 
 py::object restOf(const Asked& asked) {
-    const ReadValue read = asked.read([](const Entry& entry) { return readValue(entry); });
+    const ReadValue read = asked.read(readValue);
     const std::span<const std::uint8_t> rest = read.interpretation.rest;
     return rest.empty() ? py::object(py::none()) : py::object(toBytes(std::as_bytes(rest)));
 }

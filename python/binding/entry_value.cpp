@@ -2,6 +2,7 @@
 
 #include <pybind11/numpy.h>
 
+#include <algorithm>
 #include <concepts>
 #include <memory>
 #include <span>
@@ -51,7 +52,9 @@ template <class Number>
 py::object array(const Number* first, py::array::ShapeContainer shape, Value value) {
     constexpr std::size_t fewBytes = 1024;
     if (value.bytes().size() <= fewBytes) {
-        return py::array_t<Number>(std::move(shape), first);
+        py::array_t<Number> copy(std::move(shape));
+        std::copy_n(first, copy.size(), copy.mutable_data());
+        return copy;
     }
     return py::array_t<Number>(std::move(shape), first, keeperOf(std::move(value)));
 }
@@ -84,7 +87,12 @@ struct NumbersVisitor {
 
 ReadValue readValue(const corvinex::inspect::Entry& entry) {
     ReadValue read{.value = entry.value(), .interpretation = {}};
-    if (read.value) {
+    if (!read.value) {
+        return read;
+    }
+    if (const auto form = corvinex::inspect::formOfNumbers(entry, read.value->size())) {
+        read.interpretation.form = *form;
+    } else {
         read.interpretation = corvinex::inspect::interpret(entry, *read.value);
     }
     return read;

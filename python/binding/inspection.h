@@ -51,8 +51,9 @@ class HeldBuffer {
 /// Two locks guard it, the interpreter's and its own:
 ///
 /// - Directories and entries do not change after opening. The interpreter's lock is enough for what
-///   they hold.
-/// - Values, findings, facts and records are read through buffers that belong to the file, under
+///   they hold, numbers that lie in an entry included.
+/// - Other values, findings, facts and records are read through buffers that belong to the file,
+/// under
 ///   its own lock. No thread waits for that one while it has the interpreter's, so that the two
 ///   cannot lock each other out.
 /// - close() has both.

@@ -183,6 +183,10 @@ py::object findEntry(const py::object& self, const std::string& word,
                      std::optional<std::size_t> index) {
     const auto& inspection = self.cast<const Inspection&>();
     const std::string full = tool::fullName(word);
+    // Tags that are not known have no name, which is none to ask for.
+    if (full.empty() || full.ends_with('.')) {
+        return py::none();
+    }
     const corvinex::inspect::TagSelection wanted(std::span(&full, 1));
     const std::span<const Directory> all = inspection.file().directories();
     const std::span<const Directory> searched =

@@ -152,6 +152,12 @@ py::tuple read(std::string path, std::optional<std::uint64_t> headerOffset, std:
 }  // namespace
 
 void bindReading(py::module_& extension) {
+    // At once: a package that misses a part cannot be imported.
+    try {
+        static_cast<void>(module());
+    } catch (const std::runtime_error& error) {
+        throw py::import_error(error.what());
+    }
     extension.def("read", read, py::arg("path"), py::arg("header_offset"), py::arg("skip"),
                   py::arg("limit"));
 }

@@ -191,13 +191,28 @@ py::tuple fieldNames(const StructArray& array) {
     return tuple;
 }
 
-py::list valuesOf(const py::object& self, std::size_t element) {
-    const ValueMaker maker = makerOf(self);
-    py::list values(host::fieldNamesOf(self.cast<const StructArray&>().array()).size());
-    for (std::size_t field = 0; field < values.size(); ++field) {
-        values[field] = maker.value(element, field);
+bool mayHoldStructs(const zxArray* value) {
+    if (value == nullptr) {
+        return false;
     }
-    return values;
+    const ValueClass valueClass = host::classOf(*value);
+    return valueClass == ValueClass::Struct || valueClass == ValueClass::Cell;
+}
+
+/// All values of an element, and the places of those that are struct arrays or may hold some.
+py::tuple valuesOf(const py::object& self, std::size_t element) {
+    const auto& array = self.cast<const StructArray&>();
+    const ValueMaker maker(array, self);
+    py::list values(host::fieldNamesOf(array.array()).size());
+    py::list places;
+    for (std::size_t field = 0; field < values.size(); ++field) {
+        PyList_SET_ITEM(values.ptr(), static_cast<py::ssize_t>(field),
+                        maker.value(element, field).release().ptr());
+        if (mayHoldStructs(host::fieldAt(array.array(), element, field))) {
+            places.append(field);
+        }
+    }
+    return py::make_tuple(values, places);
 }
 
 }  // namespace

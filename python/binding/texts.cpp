@@ -1,5 +1,6 @@
 #include "python/binding/texts.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace python {
@@ -15,6 +16,17 @@ pybind11::str owned(PyObject* text) {
 }  // namespace
 
 pybind11::str textFrom(std::u16string_view text) {
+    // Most texts are ASCII, and short: the decoder would take longer to find out than to copy.
+    char16_t all = 0;
+    for (const char16_t unit : text) {
+        all |= unit;
+    }
+    if (all < 0x80) {
+        pybind11::str ascii = owned(PyUnicode_New(static_cast<Py_ssize_t>(text.size()), 0x7F));
+        std::transform(text.begin(), text.end(), PyUnicode_1BYTE_DATA(ascii.ptr()),
+                       [](char16_t unit) { return static_cast<Py_UCS1>(unit); });
+        return ascii;
+    }
     // A byte order that is given: a byte-order mark is a character like any other.
     int order = std::endian::native == std::endian::little ? -1 : 1;
     return owned(PyUnicode_DecodeUTF16(reinterpret_cast<const char*>(text.data()),

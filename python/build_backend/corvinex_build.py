@@ -2,6 +2,8 @@
 
 CMake makes the files, the standard library packs them: nothing has to be fetched, and what the
 sources need is found as for any other build of theirs. The same sources give the same bytes.
+
+The setting build-folder names a folder to build in, which makes the next build a short one.
 """
 
 from __future__ import annotations
@@ -29,25 +31,23 @@ def get_requires_for_build_wheel(config_settings: Settings | None = None) -> lis
     return []
 
 
+def prepare_metadata_for_build_wheel(
+    metadata_directory: str, config_settings: Settings | None = None
+) -> str:
+    return _describe(pathlib.Path(metadata_directory)).name
+
+
 def build_wheel(
     wheel_directory: str,
     config_settings: Settings | None = None,
     metadata_directory: str | None = None,
 ) -> str:
-    version = _version()
-    tag = _tag()
-    name = f"corvinex-{version}-{tag}.whl"
+    name = f"corvinex-{_version()}-{_tag()}.whl"
     with tempfile.TemporaryDirectory(prefix="corvinex-") as folder:
         files = pathlib.Path(folder) / "files"
-        _install(pathlib.Path(folder) / "build", files)
-        about = files / f"corvinex-{version}.dist-info"
-        about.mkdir()
-        text = (_HERE / "metadata.txt").read_text(encoding="utf-8")
-        (about / "METADATA").write_text(text.replace("@VERSION@", version), encoding="utf-8")
-        (about / "LICENSE").write_bytes((_SOURCES / "LICENSE").read_bytes())
-        (about / "WHEEL").write_text(
-            f"Wheel-Version: 1.0\nGenerator: corvinex\nRoot-Is-Purelib: false\nTag: {tag}\n"
-        )
+        build = (config_settings or {}).get("build-folder", pathlib.Path(folder) / "build")
+        _install(pathlib.Path(build), files)
+        about = _describe(files)
         _pack(files, about / "RECORD", pathlib.Path(wheel_directory) / name)
     return name
 
@@ -69,6 +69,20 @@ def _tag() -> str:
     python = f"cp{sys.version_info.major}{sys.version_info.minor}"
     platform = re.sub(r"[-.]", "_", sysconfig.get_platform())
     return f"{python}-{python}-{platform}"
+
+
+def _describe(folder: pathlib.Path) -> pathlib.Path:
+    """Makes the folder that tells what the package is."""
+    version = _version()
+    about = folder / f"corvinex-{version}.dist-info"
+    about.mkdir()
+    text = (_HERE / "metadata.txt").read_text(encoding="utf-8")
+    (about / "METADATA").write_text(text.replace("@VERSION@", version), encoding="utf-8")
+    (about / "LICENSE").write_bytes((_SOURCES / "LICENSE").read_bytes())
+    (about / "WHEEL").write_text(
+        f"Wheel-Version: 1.0\nGenerator: corvinex\nRoot-Is-Purelib: false\nTag: {_tag()}\n"
+    )
+    return about
 
 
 def _install(build: pathlib.Path, files: pathlib.Path) -> None:

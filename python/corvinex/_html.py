@@ -87,7 +87,9 @@ def directory_fold(directory: FileDirectory, is_open: bool) -> str:
     derived = directory.derived
     facts = [str(derived[fact]) for fact in ("compression", "photometric") if fact in derived]
     told = ", ".join([f"{len(directory):,} entries", *facts])
-    return _fold(f"<b>{_escaped(directory.path)}</b> {_escaped(told)}", _entries(directory), is_open)
+    return _fold(
+        f"<b>{_escaped(directory.path)}</b> {_escaped(told)}", _entries(directory), is_open
+    )
 
 
 def _finding(finding: Finding) -> str:

@@ -25,7 +25,7 @@ class Finding:
     id: str
     """What is found, a name that stays the same from version to version."""
     severity: str
-    """"error", "warning" or "note"."""
+    """One of "error", "warning" and "note"."""
     directory: str
     """The path of the directory that it belongs to; empty for the file as a whole."""
     tag: int | None
@@ -63,7 +63,7 @@ class FileDirectory:
 
     @property
     def kind(self) -> str:
-        """ "main", "sub", "exif", "gps" or "interop"."""
+        """One of "main", "sub", "exif", "gps" and "interop"."""
         return self._file._native.describe_directory(self._index)[1]
 
     @property
@@ -110,7 +110,8 @@ class FileDirectory:
         return hash((id(self._file), self._index))
 
     def __repr__(self) -> str:
-        return f"<corvinex.FileDirectory {self.path} of {self._file.name or 'bytes'}: {len(self)} entries>"
+        file = self._file.name or "bytes"
+        return f"<corvinex.FileDirectory {self.path} of {file}: {len(self)} entries>"
 
     def _repr_html_(self) -> str:
         return _html.directory_page(self)
@@ -136,10 +137,12 @@ class FileDirectories(Sequence[FileDirectory]):
             yield FileDirectory(file, place)
 
     @overload
-    def __getitem__(self, index: int) -> FileDirectory: ...
+    def __getitem__(self, index: int) -> FileDirectory:
+        ...
 
     @overload
-    def __getitem__(self, index: slice) -> list[FileDirectory]: ...
+    def __getitem__(self, index: slice) -> list[FileDirectory]:
+        ...
 
     def __getitem__(self, index: int | slice) -> FileDirectory | list[FileDirectory]:
         if isinstance(index, slice):
@@ -157,9 +160,9 @@ class FileDirectories(Sequence[FileDirectory]):
 class File:
     """A file that is open for inspection, as corvinex.inspect() gives it.
 
-    Any number of threads may use it. It is closed by close(), at the end of a with statement, and with
-    its last reference; after close() everything that is asked of it, its directories and its entries
-    raises ValueError.
+    Any number of threads may use it. It is closed by close(), at the end of a with statement, and
+    with its last reference; after close() everything that is asked of it, its directories and its
+    entries raises ValueError.
     """
 
     __slots__ = ("_native", "_name", "__weakref__")
@@ -180,17 +183,20 @@ class File:
 
     @property
     def status(self) -> str:
-        """ "ok", "warnings", "damaged", "no-metadata" or "not-an-image"; follows from the findings."""
+        """What the findings come to.
+
+        "ok", "warnings", "damaged", "no-metadata" or "not-an-image".
+        """
         return self._native.status
 
     @property
     def container(self) -> str | None:
-        """ "JPEG", "TIFF" or "BigTIFF"; None for what is no image."""
+        """One of "JPEG", "TIFF" and "BigTIFF"; None for what is no image."""
         return self._native.container
 
     @property
     def byte_order(self) -> str | None:
-        """ "little-endian" or "big-endian", as the header tells; None without a right header."""
+        """As the header tells, "little-endian" or "big-endian"; None without a right header."""
         return self._native.byte_order
 
     @property
@@ -307,18 +313,19 @@ def inspect(
     """Opens a file for inspection: everything that stands in it, exact, and what is wrong with it.
 
     The source is a name (str or PathLike), bytes (bytes, bytearray, memoryview, or any object with
-    contiguous memory, which is held until the file is closed), or a binary file object. Of a file object
-    all bytes are read, wherever its position is, which stays; one that reads a regular file is read
-    through a descriptor of its own, any other is read into memory. Directories and entries are read at
-    once, values when they are asked for.
+    contiguous memory, which is held until the file is closed), or a binary file object. Of a file
+    object all bytes are read, wherever its position is, which stays; one that reads a regular file
+    is read through a descriptor of its own, any other is read into memory. Directories and entries
+    are read at once, values when they are asked for.
 
     tags selects entries as `corvinex json --tag` does: names, numbers, or either behind a path
-    ("0.exif.LensModel"); none selects everything. header_offset tells where the TIFF header stands, in
-    bytes, when that is not to be looked for.
+    ("0.exif.LensModel"); none selects everything. header_offset tells where the TIFF header stands,
+    in bytes, when that is not to be looked for.
 
     Damage never raises: what cannot be read is missing, and File.findings says so. Raises OSError
-    (FileNotFoundError, PermissionError ...) for a file that cannot be opened or read, TypeError for any
-    other source, and ValueError for a tag that does not exist and for a file object that is closed.
+    (FileNotFoundError, PermissionError ...) for a file that cannot be opened or read, TypeError for
+    any other source, and ValueError for a tag that does not exist and for a file object that is
+    closed.
 
     >>> import corvinex
     >>> file = corvinex.inspect("samples/photo.jpg")

@@ -140,7 +140,10 @@ class Directory(Mapping[str, Any]):
         return f"<{type(self).__name__}: {_listed(list(self))}>"
 
     def _all_values(self) -> list[Any]:
-        return [_finished(value) for value in _array_of(self._set).values(self._element)]
+        values, places = _array_of(self._set).values(self._element)
+        for place in places:
+            values[place] = _finished(values[place])
+        return values
 
 
 class RawDirectory(Directory):

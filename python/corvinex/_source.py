@@ -73,8 +73,8 @@ def _of_file_object(source: Any) -> Resolved:
 def _is_plain(source: Any) -> bool:
     """Whether what a file object reads is what the file behind its descriptor holds.
 
-    One that decompresses has the descriptor of what it reads from, so that only the classes of open()
-    are believed.
+    One that decompresses has the descriptor of what it reads from, so that only the classes of
+    open() are believed.
     """
     if isinstance(source, tempfile._TemporaryFileWrapper):
         source = source.file

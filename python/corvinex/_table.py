@@ -77,24 +77,25 @@ def table(
 ) -> pandas.DataFrame:
     """Reads the tags of many files into a data frame, a row for each main directory.
 
-    paths are files and folders, one or any number of them. Folders are walked to the bottom, each in the
-    order of names; what is no image in them is passed over unless its name ends as an image's does.
+    paths are files and folders, one or any number of them. Folders are walked to the bottom, each
+    in the order of names; what is no image in them is passed over unless its name ends as an
+    image's does.
 
-    The columns are file, directory (the path, "0" for the first page), status, findings (the IDs of what
-    is wrong with the file, each once, parted by blanks), then one for each of tags: names or numbers of
-    tags, either with a path before it ("0.exif.LensModel"), and facts of the file ("file.width"). A row
-    holds the tags of its directory and of those that its pointers lead to. Without tags there is a useful
-    set.
+    The columns are file, directory (the path, "0" for the first page), status, findings (the IDs of
+    what is wrong with the file, each once, parted by blanks), then one for each of tags: names or
+    numbers of tags, either with a path before it ("0.exif.LensModel"), and facts of the file
+    ("file.width"). A row holds the tags of its directory and of those that its pointers lead to.
+    Without tags there is a useful set.
 
-    The type of a column follows from the tag, whatever the files hold: Int64 where it is one integer,
-    float64 where it is one rational or floating-point number, datetime64[ns] for dates (as the clock
-    showed them), string for everything else: texts, words instead of codes, and several numbers parted by
-    blanks. What a file does not hold, and what does not fit the type, is missing. max_values cuts values
-    that become strings to so many numbers or characters.
+    The type of a column follows from the tag, whatever the files hold: Int64 where it is one
+    integer, float64 where it is one rational or floating-point number, datetime64[ns] for dates (as
+    the clock showed them), string for everything else: texts, words instead of codes, and several
+    numbers parted by blanks. What a file does not hold, and what does not fit the type, is missing.
+    max_values cuts values that become strings to so many numbers or characters.
 
-    jobs threads read; by default as many as there are processors. A file that cannot be read is a row too:
-    nothing but its name, its status and its findings. Raises ValueError for a tag that does not exist,
-    and TypeError for wrong types.
+    jobs threads read; by default as many as there are processors. A file that cannot be read is a
+    row too: nothing but its name, its status and its findings. Raises ValueError for a tag that
+    does not exist, and TypeError for wrong types.
 
     >>> import corvinex
     >>> frame = corvinex.table("samples/photo.jpg", tags=["Model", "FNumber", "DateTime"])

@@ -102,6 +102,25 @@ TEST(Values, OfTextsKeepTheirZeros) {
     EXPECT_EQ(std::get<std::string_view>(value.elements()), text);
 }
 
+TEST(Values, ThatHoldTextsGiveThemInUtf8) {
+    using Texts = std::optional<std::vector<std::string>>;
+    const auto textsOf = [](const test::Field& field) {
+        const auto file = inspect(inspect_test::fileWith({field}));
+        const Entry& entry = file.entries()[0];
+        return entry.texts(entry.value().value());
+    };
+    const auto undefined = [](std::uint16_t number, std::string_view characters) {
+        const test::Numbers bytes(characters.begin(), characters.end());
+        return test::numbers(number, test::UNDEFINED, bytes);
+    };
+    using namespace std::literals;
+    EXPECT_EQ(textsOf(test::ascii(271, "Caf\xC3\xA9\0rest"sv)), Texts({"Caf\u00E9"}));
+    EXPECT_EQ(textsOf(test::ascii(33432, "One\0Two\0"sv)), Texts({"One", "Two"}));
+    EXPECT_EQ(textsOf(undefined(37510, "UNICODE\0H\0i\0"sv)), Texts({"Hi"}));
+    EXPECT_EQ(textsOf(undefined(37500, "Maker"sv)), std::nullopt);
+    EXPECT_EQ(textsOf(test::number(256, test::SHORT, 7)), std::nullopt);
+}
+
 TEST(Values, OfUnknownTypesAreTheValueFieldAsItStands) {
     for (const Layout layout : {Layout::Classic, Layout::Big}) {
         const auto file = inspect(

@@ -1,5 +1,6 @@
-"""What comparisons with other readers share: values in a form that can be compared, and the count of what is
-equal and what differs."""
+"""What comparisons with other readers share.
+
+Values in a form that can be compared, and the count of what is equal and what differs."""
 
 from __future__ import annotations
 
@@ -9,7 +10,7 @@ import fractions
 import math
 import pathlib
 import signal
-from collections.abc import Callable, Iterable, Iterator
+from collections.abc import Callable, Iterable, Iterator, Sequence
 from types import FrameType
 from typing import Any
 
@@ -118,7 +119,7 @@ def is_same(entry: corvinex.Entry, theirs: Any) -> bool:
 class Comparison:
     """Counts values that are equal, and the others by the class of their difference."""
 
-    def __init__(self, classes: list[Class]) -> None:
+    def __init__(self, classes: Sequence[Class]) -> None:
         self.classes = classes
         self.equal = 0
         self.files = 0

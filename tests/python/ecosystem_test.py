@@ -1,7 +1,7 @@
 """Values as other readers of Python tell them, over the samples and the corpus.
 
-Where another reader reads a file, what it tells is compared with the entry of the same directory and
-number. Whatever differs is of a class that is listed with its reason and the number of values.
+Where another reader reads a file, what it tells is compared with the entry of the same directory
+and number. Whatever differs is of a class that is listed with its reason and the number of values.
 """
 
 from __future__ import annotations
@@ -92,7 +92,7 @@ def is_text_behind_a_zero(pair: Pair) -> bool:
 
 TIFFFILE = [
     ("tifffile gives the directory that a pointer leads to", 26, is_read_further),
-    ("tifffile gives the bytes of IPTC data whose type is that of integers", 4, is_bytes_of_integers),
+    ("tifffile gives the bytes of IPTC data that has a type of integers", 4, is_bytes_of_integers),
     ("tifffile leaves zeros out of a text, and reads on behind them", 1, is_text_behind_a_zero),
 ]
 
@@ -169,14 +169,12 @@ def is_long(pair: Pair) -> bool:
 
 
 def is_name_of_a_set(pair: Pair) -> bool:
-    return any(
-        entry.type == "ASCII" and entry.charset == pair.theirs for entry in pair.entries
-    )
+    return any(entry.type == "ASCII" and entry.charset == pair.theirs for entry in pair.entries)
 
 
 EXIFREAD = [
     ("exifread reads no value of 1,000 elements or more", 13, is_long),
-    ("exifread gives the name of the set as the text of a comment of type ASCII", 1, is_name_of_a_set),
+    ("exifread gives the name of the set as the text of an ASCII comment", 1, is_name_of_a_set),
 ]
 
 

@@ -43,7 +43,9 @@ def test_eight_threads_may_open_files_of_their_own() -> None:
     paths = samples() * 8
     expected = {path: everything(corvinex.inspect(path)) for path in samples()}
     with concurrent.futures.ThreadPoolExecutor(8) as pool:
-        for path, told in zip(paths, pool.map(lambda path: everything(corvinex.inspect(path)), paths)):
+        for path, told in zip(
+            paths, pool.map(lambda path: everything(corvinex.inspect(path)), paths)
+        ):
             assert told == expected[path]
 
 
@@ -216,7 +218,8 @@ def read():
     while True:
         for source in (content, sys.argv[1]):
             file = corvinex.inspect(source)
-            file.status, file.to_json(), [entry.value for page in file.directories for entry in page]
+            file.status, file.to_json()
+            [entry.value for page in file.directories for entry in page]
 for _ in range(4):
     threading.Thread(target=read, daemon=True).start()
 time.sleep(0.1)

@@ -11,7 +11,7 @@ from typing import Any
 import pytest
 
 import corvinex
-from files import SAMPLES, corpus, damaged, records_of_tool, samples, tiff
+from files import SAMPLES, corpus, damaged, many_pages, records_of_tool, samples, tiff
 
 PHOTO = SAMPLES / "photo.jpg"
 
@@ -28,7 +28,13 @@ def test_directories_are_a_sequence_in_the_order_of_the_walk() -> None:
     directories = corvinex.inspect(PHOTO).directories
     paths = ["0", "1", "0.exif", "0.exif.interop", "0.gps"]
     assert [directory.path for directory in directories] == paths
-    assert [directory.kind for directory in directories] == ["main", "main", "exif", "interop", "gps"]
+    assert [directory.kind for directory in directories] == [
+        "main",
+        "main",
+        "exif",
+        "interop",
+        "gps",
+    ]
     assert directories[-1].path == "0.gps"
     assert [directory.path for directory in directories[1:3]] == ["1", "0.exif"]
     assert directories[0] in directories
@@ -63,12 +69,25 @@ def test_a_file_finds_an_entry_by_path_and_name() -> None:
         ("1.exif.FNumber", 'there is no directory "1.exif"'),
         ("0.exif.LensModel", "0.exif has no LensModel"),
         ("InkNames", "the file has no InkNames"),
+        ("", 'there is no tag ""'),
+        ("0.", 'there is no tag "0."'),
     ],
 )
 def test_a_key_that_finds_nothing_tells_why(key: str, reason: str) -> None:
     with pytest.raises(KeyError) as error:
         corvinex.inspect(PHOTO)[key]
     assert error.value.args == (reason,)
+
+
+def test_an_empty_name_is_that_of_no_tag() -> None:
+    file = corvinex.inspect(tiff([(61000, 3, 1, b"\1\0")]))
+    assert "" not in file and "0." not in file and "" not in file.directories[0]
+
+
+def test_a_stack_of_many_pages_is_read_from_any_page() -> None:
+    directories = corvinex.inspect(many_pages(50_000)).directories
+    assert len(directories) == 50_000
+    assert directories[49_999]["ImageDescription"].value == "page of many"
 
 
 @pytest.mark.parametrize("key", [1.5, None, b"Make", True])

@@ -83,7 +83,8 @@ def test_a_rational_can_be_hashed_and_pickled_but_not_ordered() -> None:
     rational = corvinex.Rational(-(2**31), 2**32 - 1)
     assert len({rational, corvinex.Rational(-(2**31), 2**32 - 1)}) == 1
     assert pickle.loads(pickle.dumps(rational)) == rational
-    assert rational != (-(2**31), 2**32 - 1)
+    pair: object = (-(2**31), 2**32 - 1)
+    assert rational != pair
     with pytest.raises(TypeError):
         rational < corvinex.Rational(1, 2)  # type: ignore[operator]
 
@@ -138,7 +139,12 @@ def test_each_value_has_memory_of_its_own() -> None:
 def test_an_entry_tells_what_stands_in_the_directory() -> None:
     file = corvinex.inspect(tiff([(259, 3, 1, struct.pack("<H", 50000)), (700, 1, 5, b"<a/>\n")]))
     code, packet = file.directories[0].entries
-    assert (code.number, code.name, code.field, code.type) == (259, "Compression", "Compression", "SHORT")
+    assert (code.number, code.name, code.field, code.type) == (
+        259,
+        "Compression",
+        "Compression",
+        "SHORT",
+    )
     assert (code.count, code.offset, code.directory) == (1, None, "0")
     assert (code.text, code.words, str(code)) == ("ZSTD", ["ZSTD"], "ZSTD")
     assert (packet.offset, packet.words, packet.charset) == (38, None, None)

@@ -47,13 +47,16 @@ def test_the_type_of_a_column_follows_from_its_tag() -> None:
     tags += ["BitsPerSample", "GPSLatitude", "file.size", "file.latitude", "file.modified", "61000"]
     expected = ["Int64", "float64", "datetime64[ns]", "datetime64[ns]", "string", "string"]
     expected += ["string", "string", "Int64", "float64", "datetime64[ns]", "string"]
+    paths: Any
     for paths in (SAMPLES, PHOTO, []):
         dtypes = corvinex.table(paths, tags=tags).dtypes
         assert [str(dtype) for dtype in dtypes[4:]] == expected
 
 
 def test_cells_hold_what_the_file_holds() -> None:
-    row = corvinex.table(PHOTO, tags=["FNumber", "DateTimeOriginal", "Flash", "0.exif.Flash"]).loc[0]
+    row = corvinex.table(PHOTO, tags=["FNumber", "DateTimeOriginal", "Flash", "0.exif.Flash"]).loc[
+        0
+    ]
     assert row["FNumber"] == 2.8
     assert row["DateTimeOriginal"] == pandas.Timestamp("2024-03-05 14:07:09")
     assert row["Flash"] == row["0.exif.Flash"] == "Flash did not fire, compulsory suppression"
@@ -69,7 +72,9 @@ def test_what_is_not_there_or_does_not_fit_is_missing() -> None:
         (306, 2, 20, b"2024:02:31 10:00:00\0"),
     )
     assert wrong[4:].isna().all()
-    several = of_tags(["ImageWidth", "XResolution"], (256, 3, 2, b"\1\0\2\0"), (282, 3, 1, b"\x48\0"))
+    several = of_tags(
+        ["ImageWidth", "XResolution"], (256, 3, 2, b"\1\0\2\0"), (282, 3, 1, b"\x48\0")
+    )
     assert pandas.isna(several["ImageWidth"]) and several["XResolution"] == 72
 
 
@@ -91,9 +96,16 @@ def test_dates_are_those_that_nanoseconds_can_tell(text: bytes, expected: str | 
 
 
 def test_a_number_of_a_tag_may_be_any_of_64_bits_with_a_sign() -> None:
-    assert of_tags(["61001"], (61001, 16, 1, struct.pack("<Q", 2**64 - 1)))["61001"] == str(2**64 - 1)
-    assert of_tags(["ImageWidth"], (256, 16, 1, struct.pack("<Q", 2**63 - 1)))["ImageWidth"] == 2**63 - 1
-    assert pandas.isna(of_tags(["ImageWidth"], (256, 16, 1, struct.pack("<Q", 2**63)))["ImageWidth"])
+    assert of_tags(["61001"], (61001, 16, 1, struct.pack("<Q", 2**64 - 1)))["61001"] == str(
+        2**64 - 1
+    )
+    assert (
+        of_tags(["ImageWidth"], (256, 16, 1, struct.pack("<Q", 2**63 - 1)))["ImageWidth"]
+        == 2**63 - 1
+    )
+    assert pandas.isna(
+        of_tags(["ImageWidth"], (256, 16, 1, struct.pack("<Q", 2**63)))["ImageWidth"]
+    )
 
 
 def test_bad_files_are_rows_with_a_status(tmp_path: pathlib.Path) -> None:
@@ -130,7 +142,14 @@ def as_csv(kind: str, cell: Any) -> set[str]:
 
 def test_cells_are_those_of_the_tool(tmp_path: pathlib.Path) -> None:
     tags = [name for name in corvinex._native.usual_columns() if name != "DateTimeOriginal"]
-    tags += ["StripOffsets", "GPSLatitude", "Copyright", "0.exif.UserComment", "file.bounds", "file.pages"]
+    tags += [
+        "StripOffsets",
+        "GPSLatitude",
+        "Copyright",
+        "0.exif.UserComment",
+        "file.bounds",
+        "file.pages",
+    ]
     options = [word for tag in tags for word in ("--tag", tag)]
     paths = [*samples(), *damaged(tmp_path), *corpus()]
     told = subprocess.run([TOOL, "csv", "-q", *options, *paths], capture_output=True, check=False)
@@ -176,6 +195,7 @@ def test_names_that_are_not_utf8_lead_back_to_their_files(tmp_path: pathlib.Path
     name = os.fsencode(tmp_path) + b"/\xff.jpg"
     with open(name, "wb") as out:
         out.write(PHOTO.read_bytes())
+    paths: Any
     for paths in (tmp_path, [name], os.fsdecode(name)):
         frame = corvinex.table(paths)
         assert os.fsencode(frame["file"][0]) == name

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -74,6 +75,22 @@ TEST(RowQueue, LetsManyReadersGetNoFurtherThanMemoryAllows) {
         });
     }
     EXPECT_EQ(allTaken(queue).size(), files);
+}
+
+TEST(RowQueue, GivesTheMemoryOfBlocksThatAreWrittenToOthersWithoutTheirRows) {
+    RowQueue queue;
+    EXPECT_EQ(queue.spare().texts, "");
+    RowBlock used = block(std::string(1000, 'x'));
+    used.file.emplace();
+    used.tags.resize(10);
+    queue.reuse(std::move(used));
+    EXPECT_FALSE(queue.take());
+    const RowBlock spare = queue.spare();
+    EXPECT_GE(spare.texts.capacity(), 1000U);
+    EXPECT_EQ(spare.texts, "");
+    EXPECT_FALSE(spare.file);
+    EXPECT_TRUE(spare.tags.empty());
+    EXPECT_FALSE(spare.isLast);
 }
 
 TEST(RowQueue, LetsEverybodyGoWhenItIsStopped) {

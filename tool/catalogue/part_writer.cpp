@@ -203,8 +203,8 @@ class PartRun {
                 std::chrono::system_clock::time_point(std::chrono::nanoseconds(stamp->modified)));
         }
         writeRecord(json_, facts, nullptr, recordOptions_);
-        RowBlock rows = rowsOfRefused(facts, path, reason);
-        blocks_.put(rows);
+        block_ = rowsOfRefused(facts, path, reason);
+        blocks_.put(block_);
         ++result_.byStatus[statusName(Status::Unreadable)];
         result_.unreadable.push_back({name, reason});
     }

@@ -82,7 +82,7 @@ ScanRun::ScanRun(const ManyFiles& files, const ScanOptions& options, Catalogue& 
       catalogue_(catalogue),
       err_(err),
       absolutePaths_(options.folder),
-      paths_(withStamps(files.paths), files.threads, 1),
+      paths_(withStamps(files.paths), files.threads, namesAtOnce),
       progress_(std::in_place, err, !files.isQuiet, files.paths) {}
 
 void ScanRun::run() {
