@@ -12,8 +12,11 @@ from collections.abc import Iterator
 from pathlib import Path
 from typing import Any
 
-import dask
 import pytest
+
+pytest.importorskip("distributed")
+
+import dask
 from distributed import Client, LocalCluster
 
 import corvinex

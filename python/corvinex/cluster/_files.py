@@ -44,9 +44,13 @@ def sync(path: Path) -> None:
 
 def sum_of(path: Path) -> FileSum:
     """Reads a file for its sum."""
-    with path.open("rb") as file:
-        digest = hashlib.file_digest(file, "sha256")
-        return FileSum(file.tell(), digest.hexdigest())
+    digest = hashlib.sha256()
+    length = 0
+    with path.open("rb", buffering=0) as file:
+        while block := file.read(_BLOCK):
+            digest.update(block)
+            length += len(block)
+    return FileSum(length, digest.hexdigest())
 
 
 def copy(source: Path, target: Path) -> FileSum:

@@ -91,7 +91,7 @@ def _is_boundary(name: bytes, length: int, least: int, most: int) -> bool:
     """Whether a partition of this length, at least the least, ends behind a name.
 
     The name itself decides within bounds, so that a file that comes or goes moves the boundaries
-    of one or two partitions, and not of all that follow.
+    of a few partitions, and not of all that follow.
     """
     return length >= most or zlib.crc32(name) % ((most - least) // 2 + 1) == 0
 

@@ -19,7 +19,7 @@ FORMAT = 1
 
 def utc_now() -> str:
     """The time as the tables of a catalogue have it."""
-    return datetime.datetime.now(datetime.UTC).strftime("%Y-%m-%dT%H:%M:%SZ")
+    return datetime.datetime.now(datetime.timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")
 
 
 def add_numbers(total: dict[str, int], numbers: Mapping[str, int]) -> None:
