@@ -2,33 +2,24 @@
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
-#include <string>
-#include <system_error>
-#include <variant>
 
 #include "corvinex/inspect.h"
 
-namespace inspect = corvinex::inspect;
-
-void printCell(const inspect::DerivedFact& fact) {
-    if (const auto* number = std::get_if<std::uint64_t>(&fact.value)) {
-        std::cout << *number;
-    } else if (const auto* text = std::get_if<std::string>(&fact.value)) {
-        std::cout << std::quoted(*text, '"', '"');
-    }
-}
-
 void printRow(const std::filesystem::path& path) {
-    const inspect::File file = inspect::File::open(path);
-    if (file.status() == inspect::Status::NotAnImage) {
+    const auto file = corvinex::inspect::File::open(path);
+    if (!file.container()) {
         return;
     }
-    std::cout << std::quoted(path.string(), '"', '"') << ',' << inspect::statusName(file.status());
+    std::cout << std::quoted(path.string(), '"', '"') << ',' << statusName(file.status());
     for (const char* const name : {"width", "height", "pages", "model", "taken"}) {
         std::cout << ',';
-        for (const inspect::DerivedFact& fact : file.derived()) {
-            if (fact.name == name) {
-                printCell(fact);
+        for (const auto& fact : file.derived()) {
+            const auto* const number = std::get_if<std::uint64_t>(&fact.value);
+            const auto* const text = std::get_if<std::string>(&fact.value);
+            if (fact.name == name && number != nullptr) {
+                std::cout << *number;
+            } else if (fact.name == name && text != nullptr) {
+                std::cout << std::quoted(*text, '"', '"');
             }
         }
     }
@@ -43,7 +34,7 @@ int main(int argc, char** argv) try {
             printRow(found.path());
         }
     }
-} catch (const std::system_error& error) {
+} catch (const std::exception& error) {
     std::cerr << error.what() << '\n';
     return 1;
 }

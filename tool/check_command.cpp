@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstddef>
+#include <deque>
 #include <string_view>
 
 #include "tool/check_report.h"
@@ -63,10 +65,10 @@ ExitStatus runCheck(const Arguments& arguments, std::ostream& out, std::ostream&
     const CheckDetail detail{.hasNotes = isAll, .hasFindings = arguments.isGiven("findings")};
     ManyFiles files = manyFiles(arguments);
     files.tellsErrors = form != Form::Lines;  // the line of the file says it
-    CheckTotals totals;
-    const auto task = [&](const InspectedFile& file, TextSink& sink) {
+    std::deque<CheckTotals> totalsOfThreads(files.threads);
+    const auto task = [&](const InspectedFile& file, TextSink& sink, std::size_t thread) {
         const Verdict verdict = filter.judge(file.file());
-        totals.add(verdict, file.file() == nullptr ? 0 : file.file()->size());
+        totalsOfThreads[thread].add(verdict, file.file() == nullptr ? 0 : file.file()->size());
         if (form == Form::Records) {
             writeCheckRecord(sink, file, verdict);
         } else if (form == Form::Table) {
@@ -81,6 +83,10 @@ ExitStatus runCheck(const Arguments& arguments, std::ostream& out, std::ostream&
     // The totals are told before an interrupt ends the process.
     const InterruptWatch watch;
     const ExitStatus status = inspectFiles(files, task, out, err);
+    CheckTotals totals;
+    for (const CheckTotals& ofThread : totalsOfThreads) {
+        totals.add(ofThread);
+    }
     if (!files.isQuiet) {
         if (InterruptWatch::isInterrupted()) {
             err << "interrupted; ";

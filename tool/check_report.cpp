@@ -16,6 +16,7 @@
 #include "inspect/rules/rule_table.h"
 #include "tool/csv_cell.h"
 #include "tool/text_display.h"
+#include "tool/text_sinks.h"
 
 namespace tool {
 namespace {
@@ -43,15 +44,6 @@ std::string padded(std::string_view text, std::size_t width) {
     result.resize(std::max(width, text.size()), ' ');
     return result;
 }
-
-class StringSink final : public TextSink {
-  public:
-    explicit StringSink(std::string& text) : text_(text) {}
-    void write(std::string_view part) override { text_ += part; }
-
-  private:
-    std::string& text_;
-};
 
 /// What a file breaks of one rule.
 struct BrokenRule {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <set>
 #include <string>
 #include <utility>
@@ -45,7 +46,6 @@ std::string rightAligned(const std::string& text, std::size_t width) {
 }  // namespace
 
 void CheckTotals::add(const Verdict& verdict, std::uint64_t bytes) {
-    const std::lock_guard lock(mutex_);
     ++files_;
     bytes_ += bytes;
     ++byStatus_.at(static_cast<std::size_t>(verdict.status));
@@ -62,13 +62,23 @@ void CheckTotals::add(const Verdict& verdict, std::uint64_t bytes) {
     }
 }
 
+void CheckTotals::add(const CheckTotals& others) {
+    files_ += others.files_;
+    bytes_ += others.bytes_;
+    std::ranges::transform(byStatus_, others.byStatus_, byStatus_.begin(), std::plus());
+    for (const auto& [rule, theirs] : others.byRule_) {
+        RuleTotal& total =
+            byRule_.try_emplace(rule, RuleTotal{.severity = theirs.severity}).first->second;
+        total.files += theirs.files;
+        total.findings += theirs.findings;
+    }
+}
+
 std::uint64_t CheckTotals::filesWith(Status status) const {
-    const std::lock_guard lock(mutex_);
     return byStatus_.at(static_cast<std::size_t>(status));
 }
 
 void CheckTotals::print(std::ostream& out, std::chrono::duration<double> elapsed) const {
-    const std::lock_guard lock(mutex_);
     const double seconds = std::max(elapsed.count(), 1e-3);
     out << countText(files_, "file", "files") << ", " << bytesText(static_cast<double>(bytes_))
         << " in " << decimalText(seconds, seconds < 1 ? 3 : 1).value_or("0") << " s: "

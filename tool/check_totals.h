@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <mutex>
 #include <ostream>
 #include <string_view>
 
@@ -15,11 +14,13 @@
 
 namespace tool {
 
-/// What many files come to. Threads may add to it at once.
+/// What many files come to. For one thread at a time.
 class CheckTotals {
   public:
     /// Counts a file of so many bytes.
     void add(const Verdict& verdict, std::uint64_t bytes);
+    /// Counts what others come to as well.
+    void add(const CheckTotals& others);
 
     [[nodiscard]] std::uint64_t filesWith(corvinex::inspect::Status status) const;
 
@@ -37,7 +38,6 @@ class CheckTotals {
 
     void printRules(std::ostream& out) const;
 
-    mutable std::mutex mutex_;
     std::uint64_t files_ = 0;
     std::uint64_t bytes_ = 0;
     std::array<std::uint64_t, statusCount> byStatus_{};

@@ -190,12 +190,23 @@ class CommandWords {
     void checkOperands() const {
         const auto& operands = arguments_.operands();
         if (operands.size() < command_.fewestOperands) {
-            throw UsageError(std::string(command_.operand) + " is missing");
+            throw UsageError(operandName(operands.size()) + " is missing");
         }
         if (operands.size() > command_.mostOperands) {
             throw UsageError(inQuotes(operands[command_.mostOperands]) + " is one " +
-                             std::string(command_.operand) + " too many");
+                             operandName(command_.mostOperands) + " too many");
         }
+    }
+
+    /// What the help calls an operand; those beyond the last are called like it.
+    [[nodiscard]] std::string operandName(std::size_t index) const {
+        std::string_view names = command_.operand;
+        for (std::size_t end = names.find(' '); index != 0 && end != std::string_view::npos;
+             end = names.find(' ')) {
+            names.remove_prefix(end + 1);
+            --index;
+        }
+        return std::string(names.substr(0, names.find(' ')));
     }
 
     const CommandRow& command_;

@@ -6,6 +6,7 @@
 #include "tool/catalogue/scan_command.h"
 #include "tool/check_command.h"
 #include "tool/csv_command.h"
+#include "tool/diff_command.h"
 #include "tool/explain_command.h"
 #include "tool/extract_command.h"
 #include "tool/inspect_command.h"
@@ -69,6 +70,12 @@ constexpr OptionRow tags{"tag", ValueKind::Texts, "TAG", "",
                          "Only this tag: a name, a number, or either behind the path of a "
                          "directory and a point; may be given several times"};
 
+// Those that print for people have these.
+constexpr OptionRow color{"color", ValueKind::Word, "always|never|auto", "auto",
+                          "When to print in colour; auto is on a terminal, unless NO_COLOR is set"};
+constexpr OptionRow width{"width", ValueKind::WholeNumber, "N", "",
+                          "Columns of the output (default: the terminal's, elsewhere 100)"};
+
 constexpr std::array jsonOptions{
     OptionRow{"flat", ValueKind::None, "", "",
               "One object of plain names and values for each file"},
@@ -91,10 +98,8 @@ constexpr std::array inspectOptions{
               "Print types, counts, offsets and values as they are stored as well"},
     OptionRow{"summary", ValueKind::None, "", "", "Print a line for each directory"},
     tags,
-    OptionRow{"color", ValueKind::Word, "always|never|auto", "auto",
-              "When to print in colour; auto is on a terminal, unless NO_COLOR is set"},
-    OptionRow{"width", ValueKind::WholeNumber, "N", "",
-              "Columns of the output (default: the terminal's, elsewhere 100)"},
+    color,
+    width,
     headerOffset,
     filesFrom,
     extensions,
@@ -147,6 +152,15 @@ constexpr std::array checkOptions{
     quiet,
 };
 
+constexpr std::array diffOptions{
+    tags,
+    OptionRow{"ignore", ValueKind::Texts, "TAG", "",
+              "Not this tag, named as for --tag; may be given several times"},
+    OptionRow{"all", ValueKind::None, "", "", "Print long values whole"},
+    color,
+    width,
+};
+
 constexpr std::array scanOptions{
     OptionRow{"output", ValueKind::Text, "CATALOGUE", "",
               "The catalogue, a SQLite database; it is made, or brought up to date", 'o'},
@@ -191,6 +205,9 @@ constexpr std::array commands{
     CommandRow{"check", "PATH", 0, anyNumberOfOperands, checkOptions, runCheck,
                "Tell which files are damaged, where and how",
                "A TIFF, BigTIFF or JPEG file, or a folder of them; - is the standard input"},
+    CommandRow{"diff", "FILE1 FILE2", 2, 2, diffOptions, runDiff,
+               "Tell in which tags two files differ",
+               "TIFF, BigTIFF or JPEG files; - is the standard input"},
     CommandRow{"scan", "PATH", 0, anyNumberOfOperands, scanOptions, runScan,
                "Read files into a catalogue that can be searched",
                "A TIFF, BigTIFF or JPEG file, or a folder of them"},

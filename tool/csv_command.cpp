@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -172,7 +173,7 @@ ExitStatus runCsv(const Arguments& arguments, std::ostream& out, std::ostream& e
         addCell(heading, column.heading);
     }
     out << heading << endOfRow;
-    const auto task = [&](const InspectedFile& file, TextSink& sink) {
+    const auto task = [&](const InspectedFile& file, TextSink& sink, std::size_t /*thread*/) {
         CsvRows(file, options, sink).write();
     };
     return inspectFiles(files, task, out, err);

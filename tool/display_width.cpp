@@ -12,6 +12,9 @@ struct Character {
     std::size_t columns;
 };
 
+constexpr unsigned firstOfLatin1 = 0xA0;
+constexpr unsigned firstCombining = 0x300;
+
 Character firstCharacter(std::string_view text) {
     const auto first = static_cast<unsigned char>(text.front());
     if (first < 0x80) {
@@ -22,6 +25,9 @@ Character firstCharacter(std::string_view text) {
     unsigned code = first & (0x7FU >> ones);
     for (std::size_t i = 1; i < bytes; ++i) {
         code = code << 6U | (static_cast<unsigned char>(text[i]) & 0x3FU);
+    }
+    if (code >= firstOfLatin1 && code < firstCombining) {
+        return {bytes, 1};  // whatever the locale
     }
     // Where the locale does not know a character, a terminal shows something in its place.
     const int columns = ::wcwidth(static_cast<wchar_t>(code));

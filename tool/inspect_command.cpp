@@ -1,5 +1,6 @@
 #include "tool/inspect_command.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <system_error>
 
@@ -29,7 +30,8 @@ ExitStatus runInspect(const Arguments& arguments, std::ostream& out, std::ostrea
         .isSelection = !arguments.texts("tag").empty(),
         .terminal = terminalOf(arguments.text("color").value_or("auto"), arguments.whole("width"))};
     const bool isOneOfSeveral = mayBeSeveral(files.paths);
-    const auto task = [&](const InspectedFile& file, corvinex::inspect::TextSink& sink) {
+    const auto task = [&](const InspectedFile& file, corvinex::inspect::TextSink& sink,
+                          std::size_t /*thread*/) {
         writeInspection(sink, file, view);
         if (isOneOfSeveral) {
             sink.write("\n");

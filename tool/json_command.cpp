@@ -1,5 +1,7 @@
 #include "tool/json_command.h"
 
+#include <cstddef>
+
 #include "inspect/record/json_writer.h"
 #include "inspect/record/record.h"
 #include "tool/many_files.h"
@@ -16,7 +18,8 @@ ExitStatus runJson(const Arguments& arguments, std::ostream& out, std::ostream& 
         arguments.isGiven("pretty") ? JsonWriter::Style::Indented : JsonWriter::Style::OneLine;
     const auto write = arguments.isGiven("flat") ? corvinex::inspect::writeFlatRecord
                                                  : corvinex::inspect::writeRecord;
-    const auto task = [&](const InspectedFile& file, corvinex::inspect::TextSink& sink) {
+    const auto task = [&](const InspectedFile& file, corvinex::inspect::TextSink& sink,
+                          std::size_t /*thread*/) {
         JsonWriter json(sink, style);
         write(json, file.facts(), file.file(), options);
         json.flush();

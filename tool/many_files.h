@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <ostream>
 
@@ -27,15 +28,16 @@ struct ManyFiles {
 /// where no file is named.
 ManyFiles manyFiles(const Arguments& arguments);
 
-/// Writes what there is to say of one file. Called by several threads at once, each with a file of
-/// its own.
-using FileTask = std::function<void(const InspectedFile&, corvinex::inspect::TextSink&)>;
+/// Writes what there is to say of one file. Called by several threads at once, each with a file and
+/// a number of its own. Threads count from 0.
+using FileTask =
+    std::function<void(const InspectedFile&, corvinex::inspect::TextSink&, std::size_t thread)>;
 
 /// Opens each file, has the task done for it, and prints the results in the order of the files, the
 /// same with any number of threads. In folders what is no image is passed over, unless its ending
-/// promises one. An interrupt ends with the files that are being read. Failed when a file could not
-/// be read or is no image, OutputFailed when the output takes no more; what a task raises is
-/// raised.
+/// promises one. An interrupt ends with the few files that the threads have taken. Failed when a
+/// file could not be read or is no image, OutputFailed when the output takes no more; what a task
+/// raises is raised.
 ExitStatus inspectFiles(const ManyFiles& files, const FileTask& task, std::ostream& out,
                         std::ostream& err);
 

@@ -1,12 +1,13 @@
 #include "tool/ordered_output.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tool {
 
 std::unique_lock<std::mutex> OrderedOutput::waitFor(std::uint64_t number) {
     std::unique_lock lock(mutex_);
-    turned_.wait(lock, [&] { return turn_ == number; });
+    turned_.wait(lock, [&] { return next_ == number; });
     return lock;
 }
 
@@ -15,24 +16,34 @@ void OrderedOutput::write(std::string_view text) {
     if (isOnTerminal_) {
         out_.flush();  // while the progress line is off
     }
-    hasFailed_ = !out_;
+    if (!out_) {
+        hasFailed_ = true;
+    }
 }
 
 void OrderedOutput::Turn::write(std::string_view text) {
     text_ += text;
     if (text_.size() > mostKept) {
-        const auto lock = output_.waitFor(number_);
+        const auto lock = output_.waitFor(first_);
         const auto pause = output_.progress_.pause();
         output_.write(text_);
         text_.clear();
+        start_ = 0;
     }
 }
 
 bool OrderedOutput::hasRoomFor(std::uint64_t number, std::size_t size) const noexcept {
-    return number == turn_ || (number - turn_ < mostAhead && size <= mostLeft - leftBytes_);
+    return number == next_ || (places_ < mostPlaces && size <= mostLeft - leftBytes_);
 }
 
-void OrderedOutput::endTurn(std::string_view text, std::string_view message) {
+/// What was left of the turn that begins with this task.
+OrderedOutput::Left* OrderedOutput::findLeft(std::uint64_t first) noexcept {
+    const auto isIt = [first](const Left& left) { return left.count != 0 && left.first == first; };
+    const auto place = places_ == 0 ? left_.end() : std::ranges::find_if(left_, isIt);
+    return place == left_.end() ? nullptr : &*place;
+}
+
+void OrderedOutput::endTurn(std::uint64_t count, std::string_view text, std::string_view message) {
     if (!text.empty() || !message.empty()) {
         const auto pause = progress_.pause();
         write(text);
@@ -41,36 +52,47 @@ void OrderedOutput::endTurn(std::string_view text, std::string_view message) {
             err_ << message;
         }
     }
-    ++turn_;
+    next_ += count;
 }
 
 /// Writes what was left for the turns that have come.
 void OrderedOutput::endTurnsLeft() {
-    for (Left* left = &left_[turn_ % mostAhead]; left->isThere; left = &left_[turn_ % mostAhead]) {
-        endTurn(left->text, left->message);
+    while (Left* const left = findLeft(next_)) {
+        endTurn(left->count, left->text, left->message);
         leftBytes_ -= left->text.size();
-        left->isThere = false;
+        left->count = 0;
+        --places_;
         if (left->text.capacity() > mostMemoryKept) {
             left->text = std::string();
         }
     }
 }
 
+void OrderedOutput::noteCrowd() noexcept {
+    const bool isCrowded = places_ > mostPlaces / 2 || leftBytes_ > mostLeft / 2;
+    if (isCrowded != isCrowded_) {
+        isCrowded_ = isCrowded;
+    }
+}
+
 void OrderedOutput::Turn::finish(std::string message) {
     OrderedOutput& output = output_;
     std::unique_lock lock(output.mutex_);
-    output.turned_.wait(lock, [&] { return output.hasRoomFor(number_, text_.size()); });
-    if (number_ != output.turn_) {
-        output.leftBytes_ += text_.size();
-        Left& left = output.left_[number_ % mostAhead];
-        left.isThere = true;
-        left.text.swap(text_);
-        left.message = std::move(message);
-        return;
+    output.turned_.wait(lock, [&] { return output.hasRoomFor(first_, text_.size()); });
+    if (first_ == output.next_) {
+        output.endTurn(count_, text_, message);
+        output.endTurnsLeft();
+        output.turned_.notify_all();
+    } else {
+        const auto free = std::ranges::find(output.left_, 0U, &Left::count);
+        free->first = first_;
+        free->count = count_;
+        free->text.swap(text_);
+        free->message = std::move(message);
+        ++output.places_;
+        output.leftBytes_ += free->text.size();
     }
-    output.endTurn(text_, message);
-    output.endTurnsLeft();
-    output.turned_.notify_all();
+    output.noteCrowd();
 }
 
 }  // namespace tool

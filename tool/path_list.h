@@ -55,6 +55,10 @@ class PathList {
     /// std::system_error when the list of names cannot be read.
     std::optional<ListedPath> next();
 
+    /// Whether the next file may take its time: somebody has still to write its name, or it stands
+    /// behind the standard input or is that itself, which somebody has to write as well.
+    [[nodiscard]] bool mayWait() const;
+
   private:
     /// What a folder tells of a name in it.
     struct Listed {

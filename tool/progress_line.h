@@ -36,9 +36,9 @@ class ProgressLine {
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
 
-    /// Tells that a file is done.
-    void add(std::uint64_t findings) noexcept {
-        done_.fetch_add(1, std::memory_order_relaxed);
+    /// Tells that files are done.
+    void add(std::uint64_t files, std::uint64_t findings) noexcept {
+        done_.fetch_add(files, std::memory_order_relaxed);
         findings_.fetch_add(findings, std::memory_order_relaxed);
     }
 

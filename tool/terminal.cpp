@@ -33,8 +33,8 @@ std::optional<std::size_t> terminalWidth() {
 }  // namespace
 
 std::string Terminal::painted(Ink ink, std::string_view text) const {
-    static constexpr std::array<std::string_view, 5> codes{"", "\x1b[1m", "\x1b[2m", "\x1b[31m",
-                                                           "\x1b[33m"};
+    static constexpr std::array<std::string_view, 7> codes{
+        "", "\x1b[1m", "\x1b[2m", "\x1b[31m", "\x1b[33m", "\x1b[31m", "\x1b[32m"};
     std::string result;
     if (!hasColour || ink == Ink::Plain) {
         return result.append(text);

@@ -9,7 +9,7 @@
 namespace tool {
 
 /// What a text stands out as.
-enum class Ink : std::uint8_t { Plain, Heading, Faint, Error, Warning };
+enum class Ink : std::uint8_t { Plain, Heading, Faint, Error, Warning, Removed, Added };
 
 /// How the standard output shows text.
 struct Terminal {

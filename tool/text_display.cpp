@@ -1,5 +1,7 @@
 #include "tool/text_display.h"
 
+#include <unicode/utf8.h>
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -34,6 +36,25 @@ constexpr std::string_view hexDigits = "0123456789abcdef";
 bool isInvisible(char16_t unit) {
     return std::any_of(invisibleUnits.begin(), invisibleUnits.end(),
                        [unit](const UnitRange& r) { return r.first <= unit && unit <= r.last; });
+}
+
+/// The character at a place of a text in UTF-8, which then is that of the next one. Negative where
+/// none begins.
+UChar32 takePoint(std::string_view text, std::size_t& place) {
+    UChar32 point = 0;
+    // The macro narrows bits that it has masked.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
+    U8_NEXT(text, place, text.size(), point);
+#pragma GCC diagnostic pop
+    return point;
+}
+
+bool isInvisible(UChar32 point) {
+    constexpr UChar32 latin1 = 0xA0;
+    constexpr UChar32 arabicMark = 0x061C;
+    const bool isUsual = (point >= ' ' && point <= '~') || (point >= latin1 && point < arabicMark);
+    return !isUsual && U_IS_BMP(point) && isInvisible(static_cast<char16_t>(point));
 }
 
 bool isPairAt(std::u16string_view text, std::size_t index) {
@@ -103,7 +124,24 @@ std::string visibleText(std::u16string_view text) {
 }
 
 std::string visibleText(std::string_view text) {
-    return visibleText(lenientUtf16(text));
+    std::string out;
+    std::size_t plainFrom = 0;
+    for (std::size_t place = 0; place < text.size();) {
+        const std::size_t start = place;
+        const UChar32 point = takePoint(text, place);
+        if (point >= 0 && !isInvisible(point)) {
+            continue;
+        }
+        out += text.substr(plainFrom, start - plainFrom);
+        if (point < 0) {
+            out += "\uFFFD";
+            place = start + 1;
+        } else {
+            appendEscape(out, static_cast<char16_t>(point));
+        }
+        plainFrom = place;
+    }
+    return out += text.substr(plainFrom);
 }
 
 std::u16string lenientUtf16(std::string_view text) {

@@ -49,6 +49,30 @@ std::string toUtf8(const icu::UnicodeString& text) {
     return result;
 }
 
+struct Utf8Character {
+    std::array<char, 4> bytes{};  ///< a power of two, to be copied at once
+    std::uint8_t length = 0;
+};
+
+/// By their bytes in the fallback set.
+constexpr std::array<Utf8Character, 256> fallbackCharacters() {
+    // Bytes 0x80 to 0x9F; the others are the characters of their codes.
+    constexpr std::array<std::uint16_t, 32> others{
+        0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+        0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+        0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+    std::array<Utf8Character, 256> characters{};
+    for (std::size_t byte = 0; byte < characters.size(); ++byte) {
+        const bool isOther = byte >= 0x80 && byte <= 0x9F;
+        const auto code = isOther ? others.at(byte - 0x80) : static_cast<std::uint16_t>(byte);
+        Utf8Character& character = characters.at(byte);
+        std::array<std::uint8_t, U8_MAX_LENGTH> units{};
+        U8_APPEND_UNSAFE(units, character.length, code);
+        std::ranges::copy(units, character.bytes.begin());
+    }
+    return characters;
+}
+
 }  // namespace
 
 std::string_view guessCharset(std::string_view bytes) {
@@ -87,31 +111,23 @@ std::optional<std::string> convertFrom(std::string_view bytes, std::string_view 
 }
 
 std::string convertFromFallback(std::string_view bytes) {
-    // Bytes 0x80 to 0x9F; the others are the characters of their codes.
-    static constexpr std::array<char16_t, 32> characters{
-        0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-        0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-        0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+    static constexpr std::array<Utf8Character, 256> characters = fallbackCharacters();
+    // All bytes of a character's row are copied: that is quicker than as many as it has.
+    constexpr std::size_t partSize = 512;
+    std::array<char, partSize * sizeof(Utf8Character::bytes)> part{};
     std::string result;
     constexpr std::size_t usualGrowth = 2;
     result.reserve(usualGrowth * bytes.size());
-    for (const char byte : bytes) {
-        const auto code = static_cast<std::uint8_t>(byte);
-        const bool isOther = code < 0x80 || code > 0x9F;
-        const char16_t character = isOther ? code : characters.at(code - 0x80U);
-        if (character < 0x80) {
-            result += static_cast<char>(character);
-            continue;
+    while (!bytes.empty()) {
+        const std::string_view taken = bytes.substr(0, partSize);
+        char* end = part.data();
+        for (const char byte : taken) {
+            const Utf8Character& character = characters[static_cast<std::uint8_t>(byte)];
+            std::ranges::copy(character.bytes, end);
+            end += character.length;
         }
-        if (character < 0x800) {
-            result += static_cast<char>(0xC0 | (character >> 6U));
-            result += static_cast<char>(0x80 | (character & 0x3FU));
-            continue;
-        }
-        std::array<std::uint8_t, U8_MAX_LENGTH> units{};
-        std::size_t length = 0;
-        U8_APPEND_UNSAFE(units, length, character);
-        result.append(units.begin(), units.begin() + length);
+        result.append(part.data(), end);
+        bytes.remove_prefix(taken.size());
     }
     return result;
 }

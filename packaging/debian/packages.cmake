@@ -1,6 +1,7 @@
 # The Debian packages, one for each install component; cpack makes them, because it knows the
 # components, and debian/rules would tell the same once more.
-set(revision 1)
+# A package that Debian makes itself, revision 1 or later, takes the place of one made here.
+set(revision 0corvinex1)
 set(version ${PROJECT_VERSION}-${revision})
 
 set(CPACK_GENERATOR DEB)
@@ -10,9 +11,12 @@ set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_COMPONENTS_ALL tool runtime dev)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_STRIP_FILES ON)
+set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/debian/finish_packages.cmake)
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE ${revision})
+set(CPACK_DEBIAN_PACKAGE_SOURCE corvinex)
+set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 # The tool's library is in a package that is made at the same time.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
@@ -56,19 +60,24 @@ libcorvinex-inspect @PROJECT_VERSION_MAJOR@ @range@
 
 # What Debian wants to find in the folder of documents of each package.
 string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
-set(changelog ${CMAKE_CURRENT_BINARY_DIR}/changelog.Debian)
-file(CONFIGURE OUTPUT ${changelog} @ONLY CONTENT "corvinex (@version@) unstable; urgency=medium
+set(documents ${CMAKE_CURRENT_BINARY_DIR}/documents)
+file(CONFIGURE OUTPUT ${documents}/changelog.Debian @ONLY CONTENT "corvinex (@version@) unstable; urgency=medium
 
-  * A new version; CHANGELOG.md of the sources tells what has changed.
+  * Version @PROJECT_VERSION@; changelog.gz beside this file tells what has changed.
 
  -- @CPACK_PACKAGE_CONTACT@  @date@
 ")
-execute_process(COMMAND gzip --no-name --best --force ${changelog} COMMAND_ERROR_IS_FATAL ANY)
-foreach(component tool runtime dev)
+configure_file(${PROJECT_SOURCE_DIR}/CHANGELOG.md ${documents}/changelog COPYONLY)
+execute_process(COMMAND gzip --no-name --best --force --keep changelog changelog.Debian
+  WORKING_DIRECTORY ${documents} COMMAND_ERROR_IS_FATAL ANY)
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   string(TOUPPER ${component} name)
-  install(FILES ${changelog}.gz debian/copyright COMPONENT ${component}
+  install(FILES ${documents}/changelog.gz ${documents}/changelog.Debian.gz debian/copyright
+    COMPONENT ${component}
     DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${CPACK_DEBIAN_${name}_PACKAGE_NAME})
 endforeach()
+install(FILES debian/libcorvinex0.lintian-overrides COMPONENT runtime RENAME libcorvinex0
+  DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/lintian/overrides)
 # The build of the second host alone is that of these sources.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples COMPONENT dev
   DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/libcorvinex-dev

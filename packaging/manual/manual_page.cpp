@@ -10,15 +10,27 @@ namespace manual {
 namespace {
 
 struct Status {
+    std::string_view command;  ///< that gives a status a meaning of its own; empty for the others
     tool::ExitStatus status;
     std::string_view meaning;
 };
 
+// Those of commands stand before the one of all others.
 constexpr std::array statuses{
-    Status{tool::Success, "Everything was done."},
-    Status{tool::Failed, "A file could not be read, or does not hold what was asked for."},
-    Status{tool::BadUsage, "The command line was not understood."},
-    Status{tool::OutputFailed, "The output could not be written."},
+    Status{"diff", tool::Success, "The files do not differ."},
+    Status{"", tool::Success, "Everything was done."},
+    Status{"check", tool::Failed, "A file is as bad as --fail-on tells."},
+    Status{"diff", tool::Failed, "The files differ."},
+    Status{"scan", tool::Failed, "A file could not be read."},
+    Status{"show", tool::Failed, "A file could not be read, or the output not be written."},
+    Status{"call", tool::Failed, "The file could not be read, or the output not be written."},
+    Status{"", tool::Failed, "A file could not be read, or does not hold what was asked for."},
+    Status{"diff", tool::BadUsage,
+           "The command line was not understood, or the files could not be compared."},
+    Status{"", tool::BadUsage, "The command line was not understood."},
+    Status{"scan", tool::OutputFailed,
+           "The catalogue could not be written, or a folder has lost all its files."},
+    Status{"", tool::OutputFailed, "The output could not be written."},
 };
 
 std::string pageOf(const tool::CommandRow& command) {
@@ -43,10 +55,15 @@ void printItem(std::ostream& out, std::string_view term, std::string_view text) 
     out << ".TP\n.B " << plain(term) << '\n' << plain(text) << '\n';
 }
 
-void printStatuses(std::ostream& out) {
+/// Those of a command, or with an empty name those that hold for most.
+void printStatuses(std::ostream& out, std::string_view command) {
     out << ".SH EXIT STATUS\n";
+    int next = tool::Success;
     for (const Status& row : statuses) {
-        printItem(out, std::to_string(row.status), row.meaning);
+        if (row.status == next && (row.command == command || row.command.empty())) {
+            printItem(out, std::to_string(row.status), row.meaning);
+            ++next;
+        }
     }
 }
 
@@ -91,12 +108,20 @@ void printPage(std::ostream& out, const Edition& edition) {
     out << ".SH OPTIONS\n";
     printItem(out, "-h, --help", "Print the commands, or behind a command its options, and exit.");
     printItem(out, "--version", "Print the versions of the tool, of its module and of libraries.");
-    printStatuses(out);
-    out << ".SH ENVIRONMENT\n";
+    printStatuses(out, "");
+    out << ".PP\nSome commands give a status a meaning of their own, which their pages tell.\n"
+           ".SH ENVIRONMENT\n";
     printItem(out, "TZ", "The time zone that show and call tell a file's date in.");
     printItem(out, "LC_ALL, LC_CTYPE, LC_TIME, LANG",
               "The locale by which show and call decode texts and name months.");
-    printItem(out, "NO_COLOR", "Where it is set, inspect prints no colours by itself.");
+    printItem(out, "NO_COLOR", "Where it is set, inspect and diff print no colours by themselves.");
+    out << ".SH SEE ALSO\n";
+    std::string_view separator;
+    for (const tool::CommandRow& command : tool::allCommands()) {
+        out << separator << ".BR " << plain(pageOf(command)) << " (1)";
+        separator = ",\n";
+    }
+    out << '\n';
 }
 
 void printPage(std::ostream& out, const Edition& edition, const tool::CommandRow& command) {
@@ -110,7 +135,7 @@ void printPage(std::ostream& out, const Edition& edition, const tool::CommandRow
         printItem(out, tool::spelled(option), tool::described(option) + '.');
     }
     printItem(out, "-h, --help", "Print the options and exit.");
-    printStatuses(out);
+    printStatuses(out, command.name);
     out << ".SH SEE ALSO\n.BR corvinex (1)\n";
 }
 

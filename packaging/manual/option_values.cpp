@@ -8,7 +8,7 @@ namespace manual {
 namespace {
 
 /// Placeholders that stand for a file in a command line.
-constexpr std::array<std::string_view, 4> fileNames{"FILE", "PATH", "OUT", "CATALOGUE"};
+constexpr std::array<std::string_view, 5> fileNames{"FILE", "FILE2", "PATH", "OUT", "CATALOGUE"};
 
 bool isFileName(std::string_view placeholder) {
     return std::find(fileNames.begin(), fileNames.end(), placeholder) != fileNames.end();

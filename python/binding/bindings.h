@@ -15,5 +15,9 @@ void bindReading(pybind11::module_& extension);
 void bindInspection(pybind11::module_& extension);
 /// Tables about many files.
 void bindTable(pybind11::module_& extension);
+/// Walks through folders, for scans of large collections.
+void bindListing(pybind11::module_& extension);
+/// The parts of such a scan, and how they become one catalogue.
+void bindParts(pybind11::module_& extension);
 
 }  // namespace python

@@ -33,6 +33,8 @@ void bind(pybind11::module_& extension) {
     python::bindReading(extension);
     python::bindInspection(extension);
     python::bindTable(extension);
+    python::bindListing(extension);
+    python::bindParts(extension);
 }
 
 pybind11::module_::module_def definition;

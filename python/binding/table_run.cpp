@@ -10,18 +10,21 @@
 namespace python {
 namespace {
 
+/// What a thread takes from the list at once where files are read quickly.
+constexpr std::size_t namesAtOnce = 16;
+
 /// Raised in the threads of a run that is given up.
 struct GivenUp : std::exception {};
 
 }  // namespace
 
 TableRun::TableRun(const TablePlan& plan, const tool::PathOptions& paths, unsigned threads)
-    : paths_(paths) {
+    : paths_(paths, threads, namesAtOnce) {
     for (unsigned number = 0; number < threads; ++number) {
         TableRows& rows = rows_.emplace_back(plan);
         const std::lock_guard lock(mutex_);
         try {
-            threads_.emplace_back([this, &rows] { work(rows); });
+            threads_.emplace_back([this, &rows, number] { work(rows, number); });
             ++running_;
         } catch (const std::system_error&) {
             if (threads_.empty()) {
@@ -37,8 +40,8 @@ TableRun::~TableRun() {
     paths_.stop(std::make_exception_ptr(GivenUp()));
 }
 
-void TableRun::work(TableRows& rows) {
-    while (const auto taken = paths_.take()) {
+void TableRun::work(TableRows& rows, std::size_t thread) {
+    while (const auto taken = paths_.take(thread)) {
         try {
             read(rows, *taken);
         } catch (const std::exception&) {

@@ -38,7 +38,7 @@ class TableRun {
     [[nodiscard]] std::vector<Place> places() const;
 
   private:
-    void work(TableRows& rows);
+    void work(TableRows& rows, std::size_t thread);
     void read(TableRows& rows, const tool::SharedPaths::Taken& taken);
 
     tool::SharedPaths paths_;

@@ -2,6 +2,9 @@
 
 from __future__ import annotations
 
+import importlib
+from typing import TYPE_CHECKING, Any
+
 from corvinex import _native
 
 _native.require_main_interpreter()
@@ -12,7 +15,14 @@ from corvinex._reports import Error, TagWarning
 from corvinex._result import Directories, Directory, RawDirectory, read
 from corvinex._table import table
 
+if TYPE_CHECKING:
+    from corvinex import cluster as cluster
+    from corvinex import report as report
+    from corvinex._catalogue import Catalogue, CatalogueError, catalogue
+
 __all__ = [
+    "Catalogue",
+    "CatalogueError",
     "Directories",
     "Directory",
     "Entry",
@@ -24,8 +34,21 @@ __all__ = [
     "RawDirectory",
     "Rational",
     "TagWarning",
+    "catalogue",
     "inspect",
     "read",
     "table",
 ]
 __version__: str = _native.version
+
+_OF_CATALOGUES = ("Catalogue", "CatalogueError", "catalogue")
+_PACKAGES = ("cluster", "report")
+
+
+def __getattr__(name: str) -> Any:
+    # pandas takes a while to load, and not every use needs it.
+    if name in _OF_CATALOGUES:
+        return getattr(importlib.import_module("corvinex._catalogue"), name)
+    if name in _PACKAGES:
+        return importlib.import_module(f"corvinex.{name}")
+    raise AttributeError(f"module {__name__!r} has no attribute {name!r}")

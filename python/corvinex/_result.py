@@ -192,11 +192,12 @@ def read(
     largest number of directories to keep in each set, 0 for all. A chain of directories that comes
     back on itself is cut.
 
-    >>> directories = read("samples/pages-big-endian.tif")
+    >>> import corvinex
+    >>> directories = corvinex.read("samples/pages-big-endian.tif")
     >>> len(directories)
     3
     >>> directories[0].XResolution
-    72.0
+    300.0
     >>> directories[0]["BitsPerSample"]
     8.0
 

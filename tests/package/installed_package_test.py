@@ -107,6 +107,23 @@ class InstalledPackage(unittest.TestCase):
         run(["cmake", "--build", build, "--parallel"])
         self.check_examples(build)
 
+    def test_a_project_that_asks_for_the_inspection_alone_needs_no_boost(self):
+        project = self.work / "inspection"
+        project.mkdir()
+        (project / "CMakeLists.txt").write_text(
+            "cmake_minimum_required(VERSION 3.25)\nproject(inspection LANGUAGES CXX)\n"
+            "find_package(corvinex REQUIRED COMPONENTS inspect)\n"
+            f"add_executable(read_tags {ROOT}/examples/read_tags.cpp)\n"
+            "target_link_libraries(read_tags PRIVATE corvinex::inspect)\n", encoding="utf-8")
+        run(["cmake", "-S", project, "-B", project / "build", f"-DCMAKE_PREFIX_PATH={self.prefix}",
+             f"-DCMAKE_CXX_COMPILER={COMPILER}", "-DCMAKE_DISABLE_FIND_PACKAGE_Boost=ON"])
+        run(["cmake", "--build", project / "build"])
+        self.assertIn("0.Model: EO-1\n", run([project / "build/read_tags", "samples/photo.jpg"]))
+
+    def test_the_license_and_the_pages_for_users_are_installed(self):
+        pages = {path.name for path in (self.prefix / "share/doc/corvinex").iterdir()}
+        self.assertLessEqual({"LICENSE", "hosts.md", "schema.json", "tool.md"}, pages)
+
     def test_the_examples_are_built_by_pkg_config_and_run(self):
         paths = {"PKG_CONFIG_PATH": str(self.library / "pkgconfig")}
         build = self.work / "programs"

@@ -61,6 +61,12 @@ class Manual(unittest.TestCase):
             for option in options(command):
                 self.assertRegex(text, rf"(?m)^ {{7}}(-\w, )?{option}\b")
 
+    def test_pages_tell_what_each_exit_status_means(self):
+        for name in ["corvinex", *(f"corvinex-{command}" for command in commands())]:
+            text = page(name).split(".SH EXIT STATUS\n")[1].split(".SH")[0]
+            self.assertEqual(re.findall(r"(?m)^\.B (\d)$", text), ["0", "1", "2", "3"], name)
+        self.assertIn(".B 1\nThe files differ.\n", page("corvinex-diff"))
+
     def test_pages_are_without_fault_for_a_formatter(self):
         with tempfile.NamedTemporaryFile("w", suffix=".1") as file:
             for name in ["corvinex", *(f"corvinex-{command}" for command in commands())]:
@@ -115,7 +121,22 @@ class OtherShells(unittest.TestCase):
             branch = zsh.split(f"\n        {command})\n")[1].split(";;")[0]
             for option in set(options(command)) - {"--help"}:
                 self.assertRegex(branch, rf"'\*?{option}[=\[]")
-                self.assertRegex(fish, rf"_from {command}' -l {option[2:]} ")
+                self.assertRegex(fish, rf"_runs {command}' -l {option[2:]} ")
+
+    def test_fish_offers_the_options_of_the_command_that_runs(self):
+        if not shutil.which("fish"):
+            self.skipTest("fish is not installed")
+
+        def offered(line):
+            told = run(["fish", "--no-config", "-c", 'source $argv[1]; complete -C $argv[2]',
+                        FOLDER / "fish/corvinex.fish", line])
+            return [word.split("\t")[0] for word in told.splitlines()]
+
+        for command in commands():
+            self.assertIn(command, offered("corvinex "))
+            self.assertEqual(sorted(offered(f"corvinex {command} json --")), sorted(options(command)))
+        self.assertEqual(offered("corvinex a.tif --wi"), ["--width"])
+        self.assertEqual(offered("corvinex diff --color n"), ["never"])
 
 
 os.environ["LC_ALL"] = "C.UTF-8"

@@ -39,6 +39,19 @@ TEST(TextDisplay, EachByteThatIsNotUtf8IsAReplacementCharacter) {
     EXPECT_EQ(tool::visibleText("\xFF\xF0\x9F\x93\xB7\x9F"s), "\uFFFD\U0001F4F7\uFFFD");
 }
 
+TEST(TextDisplay, Utf8IsShownAsItsUtf16Is) {
+    // Each byte in front of each start of a character, whole and cut.
+    const std::string characters = "\u00A0\u061C\u200B\uFFF9\uFFFD\U0001F4F7 ~\x7F";
+    for (int first = 0; first < 256; ++first) {
+        for (std::size_t start = 0; start < characters.size(); ++start) {
+            const std::string text = static_cast<char>(first) + characters.substr(start);
+            const std::string cut = text.substr(0, text.size() / 2);
+            EXPECT_EQ(tool::visibleText(text), tool::visibleText(tool::lenientUtf16(text)));
+            EXPECT_EQ(tool::visibleText(cut), tool::visibleText(tool::lenientUtf16(cut)));
+        }
+    }
+}
+
 TEST(NumberText, IsTheShortestThatReadsBack) {
     EXPECT_EQ(tool::numberText(8), "8");
     EXPECT_EQ(tool::numberText(0.1), "0.1");

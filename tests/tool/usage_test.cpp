@@ -43,16 +43,20 @@ TEST_F(Usage, BadUsageIsToldOnStandardErrorWithStatus2) {
 TEST_F(Usage, BadUsageIsToldWithWhatIsWrong) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
         {{},
-         "a command is missing; the commands are: show, call, inspect, json, csv, check, scan, "
-         "extract, "
-         "tags, explain"},
+         "a command is missing; the commands are: show, call, inspect, json, csv, check, diff, "
+         "scan, extract, tags, explain"},
         {{"shwo"}, "there is no command \"shwo\"; the nearest is \"show\""},
         {{"photo"},
          "there is no command \"photo\"; the commands are: show, call, inspect, json, csv, "
-         "check, scan, extract, tags, explain"},
+         "check, diff, scan, extract, tags, explain"},
         {{"--vresion"}, "there is no option \"--vresion\"; the nearest is \"--version\""},
         {{"show"}, "show: FILE is missing"},
         {{"call", good, "b\n"}, "call: \"b\\n\" is one FILE too many"},
+        {{"diff"}, "diff: FILE1 is missing"},
+        {{"diff", good}, "diff: FILE2 is missing"},
+        {{"diff", good, good, "c"}, "diff: \"c\" is one FILE2 too many"},
+        {{"diff", good, good, "--tag=ImageWidht"},
+         "there is no tag \"ImageWidht\"; the nearest is \"ImageWidth\""},
         {{"show", good, "--limit=two"},
          "show: --limit: \"two\" is not a whole number from 0 to 2^53"},
         {{"show", good, "--limit"}, "show: \"--limit\" needs a value: N"},

@@ -47,14 +47,6 @@ void bindNumber(Statement& statement, int parameter, const std::optional<std::ui
     }
 }
 
-void bindPlace(Statement& statement, int parameter, const RowBlock& block, const TextPlace& place) {
-    if (place.start == TextPlace::none) {
-        statement.bindNull(parameter);
-    } else {
-        statement.bind(parameter, std::string_view(block.texts).substr(place.start, place.length));
-    }
-}
-
 }  // namespace
 
 Catalogue::Statements::Statements(Database& database)
@@ -72,10 +64,7 @@ Catalogue::Statements::Statements(Database& database)
           "INSERT INTO directories (id, file_id, position, path, kind, parent_id, offset, "
           "entries, compression, photometric, strips, tiles, bytes, derived) VALUES "
           "(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14)"),
-      insertTag(database,
-                "INSERT INTO tags (directory_id, number, entry, name, field, type, count, offset, "
-                "json, integer, real, text, meaning, charset, rest, truncated, directories) VALUES "
-                "(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16, ?17)"),
+      insertTags(database, TagSource::insertSql()),
       insertFinding(database,
                     "INSERT INTO findings (file_id, position, id, severity, directory, tag, "
                     "arguments, text) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)"),
@@ -88,6 +77,7 @@ Catalogue::Statements::Statements(Database& database)
 
 Catalogue::Catalogue(const std::string& path) : database_(path) {
     open();
+    tagSource_.emplace(database_);
     statements_.emplace(database_);
     isNew_ = database_.number("SELECT EXISTS (SELECT 1 FROM files)") == 0;
 }
@@ -207,7 +197,7 @@ void Catalogue::write(const RowBlock& block) {
         if (!isSkipping_) {
             std::ranges::for_each(block.directories,
                                   [this](const DirectoryRow& row) { writeDirectory(row); });
-            std::ranges::for_each(block.tags, [&](const TagRow& row) { writeTag(block, row); });
+            writeTags(block);
             std::ranges::for_each(block.findings,
                                   [this](const FindingRow& row) { writeFinding(row); });
             pendingRows_ += block.directories.size() + block.tags.size() + block.findings.size();
@@ -308,39 +298,11 @@ void Catalogue::writeDirectory(const DirectoryRow& row) {
     nextDirectory_ = id + 1;
 }
 
-void Catalogue::writeTag(const RowBlock& block, const TagRow& row) {
-    Statement& insert = statements_->insertTag;
-    insert.bind(1, firstDirectory_ + row.directory)
-        .bind(2, std::int64_t{row.number})
-        .bind(3, std::int64_t{row.entry});
-    bindText(insert, 4, row.name);
-    bindText(insert, 5, row.field);
-    if (row.typeName.empty()) {
-        insert.bind(6, std::int64_t{row.typeCode});
-    } else {
-        insert.bind(6, row.typeName);
+void Catalogue::writeTags(const RowBlock& block) {
+    if (!block.tags.empty()) {
+        tagSource_->choose(block, firstDirectory_);
+        statements_->insertTags.run();
     }
-    insert.bindUnsigned(7, row.count);
-    bindNumber(insert, 8, row.offset);
-    if (row.json.start == TextPlace::none) {
-        insert.bind(9, std::string_view("null"));
-    } else {
-        bindPlace(insert, 9, block, row.json);
-    }
-    insert.bindOptional(10, row.integer);
-    insert.bindOptional(11, row.real);
-    bindPlace(insert, 12, block, row.text);
-    bindPlace(insert, 13, block, row.meaning);
-    bindText(insert, 14, row.charset);
-    if (row.rest.start == TextPlace::none) {
-        insert.bindNull(15);
-    } else {
-        insert.bind(15,
-                    std::as_bytes(std::span(block.texts).subspan(row.rest.start, row.rest.length)));
-    }
-    insert.bind(16, std::int64_t{row.isTruncated ? 1 : 0});
-    bindPlace(insert, 17, block, row.directories);
-    insert.run();
 }
 
 void Catalogue::writeFinding(const FindingRow& row) {

@@ -14,6 +14,7 @@
 #include "tool/catalogue/database.h"
 #include "tool/catalogue/id_set.h"
 #include "tool/catalogue/rows.h"
+#include "tool/catalogue/tag_source.h"
 #include "tool/path_list.h"
 
 namespace tool {
@@ -102,7 +103,7 @@ class Catalogue {
     /// Inserts the row. False when there is one with this path.
     bool insertFile(const FileRow& row, std::optional<std::int64_t> id);
     void writeDirectory(const DirectoryRow& row);
-    void writeTag(const RowBlock& block, const TagRow& row);
+    void writeTags(const RowBlock& block);
     void writeFinding(const FindingRow& row);
     void removeRows(std::int64_t file);
     void removeAll(std::span<const std::int64_t> files);
@@ -113,7 +114,7 @@ class Catalogue {
         Statement owner;
         Statement insertFile;
         Statement insertDirectory;
-        Statement insertTag;
+        Statement insertTags;
         Statement insertFinding;
         Statement deleteTags;
         Statement deleteDirectories;
@@ -122,6 +123,7 @@ class Catalogue {
     };
 
     std::mutex mutex_;
+    std::optional<TagSource> tagSource_;  // until the database is closed
     Database database_;
     std::optional<Statements> statements_;
     bool isNew_ = false;  ///< no file was in it when it was opened

@@ -25,6 +25,7 @@ constexpr std::array reasons{
     ReasonRow{SQLITE_PERM, "it may not be written"},
     ReasonRow{SQLITE_CANTOPEN, "it cannot be opened or made"},
     ReasonRow{SQLITE_NOTADB, "it is no catalogue"},
+    ReasonRow{SQLITE_TOOBIG, "a value is too large for it"},
     ReasonRow{SQLITE_CORRUPT, "its contents are damaged"},
 };
 
@@ -46,7 +47,7 @@ std::string reasonFor(int code, sqlite3* handle) {
 
 int lengthOf(std::size_t size) {
     if (size > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
-        throw DatabaseError(SQLITE_TOOBIG, "a value is too large for it");
+        throw DatabaseError(SQLITE_TOOBIG, reasonFor(SQLITE_TOOBIG, nullptr));
     }
     return static_cast<int>(size);
 }
@@ -75,6 +76,14 @@ Database::Database(const std::string& path) {
 
 void Database::execute(const std::string& sql) {
     const int code = sqlite3_exec(handle_.get(), sql.c_str(), nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK) {
+        fail(code);
+    }
+}
+
+void Database::addTable(const std::string& name, const sqlite3_module& module, void* source) {
+    const int code =
+        sqlite3_create_module_v2(handle_.get(), name.c_str(), &module, source, nullptr);
     if (code != SQLITE_OK) {
         fail(code);
     }

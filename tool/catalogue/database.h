@@ -10,6 +10,7 @@
 #include <string_view>
 
 struct sqlite3;
+struct sqlite3_module;
 struct sqlite3_stmt;
 
 namespace tool {
@@ -34,6 +35,9 @@ class Database {
 
     /// Carries out one or several statements without results.
     void execute(const std::string& sql);
+    /// Adds a table to the connection whose rows the program makes, from this source. Both must
+    /// live until the database is closed.
+    void addTable(const std::string& name, const sqlite3_module& module, void* source);
     /// The first column of the first row.
     [[nodiscard]] std::int64_t number(const std::string& sql);
     /// The rows that the last statement inserted, changed or deleted.

@@ -168,16 +168,19 @@ std::vector<DerivedFact> factsIfReadable(Read read) {
 
 class RowCollector {
   public:
-    RowCollector(const InspectedFile& file, std::uint64_t maxValues, BlockSink& sink)
+    RowCollector(const InspectedFile& file, std::uint64_t maxValues, RowBlock& block,
+                 BlockSink& sink)
         : inspected_(file),
           file_(file.file()),
           maxValues_(maxValues),
           sink_(sink),
-          budget_(file_ == nullptr ? 0 : file_->size()) {}
+          budget_(file_ == nullptr ? 0 : file_->size()),
+          block_(block) {}
 
     void collect(const std::string& path, const std::optional<FileStamp>& stamp) {
         block_.file = fileRow(path, stamp);
         if (file_ != nullptr) {
+            reserve();
             std::uint32_t position = 0;
             for (const Directory& directory : file_->directories()) {
                 collectDirectory(directory, position++);
@@ -188,10 +191,22 @@ class RowCollector {
             block_.findings.push_back(findingRow(finding));
         }
         block_.isLast = true;
-        sink_.put(std::move(block_));
+        sink_.put(block_);
     }
 
   private:
+    void reserve() {
+        constexpr std::size_t usualText = 32;
+        std::size_t count = 0;
+        for (const Directory& directory : file_->directories()) {
+            count += directory.entries().size();
+        }
+        count = std::min(count, blockSize / sizeof(TagRow));
+        block_.tags.reserve(count);
+        block_.texts.reserve(count * usualText);
+        block_.directories.reserve(std::min(file_->directories().size(), count));
+    }
+
     FileRow fileRow(const std::string& path, const std::optional<FileStamp>& stamp) {
         const corvinex::inspect::FileFacts& facts = inspected_.facts();
         FileRow row;
@@ -238,7 +253,7 @@ class RowCollector {
         for (const Entry& entry : directory.entries()) {
             collectTag(entry, position, place++);
             if (block_.bytes() > blockSize) {
-                sink_.put(std::exchange(block_, RowBlock()));
+                sink_.put(block_);
             }
         }
     }
@@ -336,14 +351,15 @@ class RowCollector {
     BlockSink& sink_;
     corvinex::inspect::ValueBudget budget_;
     JsonTexts json_;
-    RowBlock block_;
+    RowBlock& block_;
 };
 
 }  // namespace
 
 void collectRows(const InspectedFile& file, const std::string& path,
-                 const std::optional<FileStamp>& stamp, std::uint64_t maxValues, BlockSink& sink) {
-    RowCollector(file, maxValues, sink).collect(path, stamp);
+                 const std::optional<FileStamp>& stamp, std::uint64_t maxValues, RowBlock& block,
+                 BlockSink& sink) {
+    RowCollector(file, maxValues, block, sink).collect(path, stamp);
 }
 
 }  // namespace tool

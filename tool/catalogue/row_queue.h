@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -7,6 +8,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 #include "tool/catalogue/rows.h"
 
@@ -30,6 +32,12 @@ class RowQueue {
     /// The next block. Nothing when all readers have left and all is handed over, or after stop().
     [[nodiscard]] std::optional<RowBlock> take();
 
+    /// Takes back a block that is written, for a reader: to release its memory in this thread would
+    /// hold the readers up at the locks of the heap.
+    void reuse(RowBlock&& block);
+    /// A block without rows, with memory if there is one.
+    [[nodiscard]] RowBlock spare();
+
     /// Throws away what is there, and lets everybody go.
     void stop();
 
@@ -40,7 +48,13 @@ class RowQueue {
         bool isWhole = false;
     };
 
+    /// With so many files and bytes ahead at most.
+    [[nodiscard]] bool mayPut(std::uint64_t number, std::uint64_t files, std::size_t bytes) const;
     void advance();
+    [[nodiscard]] bool hasNext() const;
+    [[nodiscard]] bool isWorthWaking() const noexcept;
+    void wakeWriter();
+    void takeSeveral();
 
     std::mutex mutex_;
     std::condition_variable filled_;
@@ -49,7 +63,11 @@ class RowQueue {
     std::uint64_t next_ = 0;  ///< the file whose blocks are handed over
     std::size_t bytes_ = 0;
     unsigned readers_ = 0;
-    bool isStopped_ = false;
+    unsigned waitingReaders_ = 0;
+    std::atomic<bool> isStopped_{false};
+    std::vector<RowBlock> spares_;
+    std::vector<RowBlock> used_;       ///< by the writer, who alone touches them
+    std::deque<RowBlock> handedOver_;  ///< to the writer, who alone touches them
 };
 
 }  // namespace tool

@@ -106,13 +106,23 @@ struct RowBlock {
         return sizeof(RowBlock) + texts.size() + tags.size() * sizeof(TagRow) +
                directories.size() * sizeof(DirectoryRow) + findings.size() * sizeof(FindingRow);
     }
+    /// Keeps its memory.
+    void clear() noexcept {
+        file.reset();
+        directories.clear();
+        tags.clear();
+        findings.clear();
+        texts.clear();
+        isLast = false;
+    }
 };
 
 /// Takes the blocks of a file, in order.
 class BlockSink {
   public:
     virtual ~BlockSink() = default;
-    virtual void put(RowBlock&& block) = 0;
+    /// Leaves a block without rows in its place, which may have the memory of an earlier one.
+    virtual void put(RowBlock& block) = 0;
 
   protected:
     BlockSink() = default;

@@ -54,9 +54,9 @@ class QueuedBlocks final : public BlockSink {
     QueuedBlocks(const QueuedBlocks&) = delete;
     QueuedBlocks& operator=(const QueuedBlocks&) = delete;
 
-    void put(RowBlock&& block) override {
+    void put(RowBlock& block) override {
         isWhole_ = block.isLast;
-        queue_.put(number_, std::move(block));
+        queue_.put(number_, std::exchange(block, queue_.spare()));
     }
 
   private:
@@ -82,7 +82,7 @@ ScanRun::ScanRun(const ManyFiles& files, const ScanOptions& options, Catalogue& 
       catalogue_(catalogue),
       err_(err),
       absolutePaths_(options.folder),
-      paths_(withStamps(files.paths)),
+      paths_(withStamps(files.paths), files.threads, 1),
       progress_(std::in_place, err, !files.isQuiet, files.paths) {}
 
 void ScanRun::run() {
@@ -92,7 +92,7 @@ void ScanRun::run() {
         for (unsigned reader = 0; reader < files_.threads; ++reader) {
             queue_.enter();
             try {
-                readers.emplace_back([this] { readFiles(); });
+                readers.emplace_back([this, reader] { readFiles(reader); });
             } catch (const std::system_error&) {
                 queue_.leave();
                 if (readers.empty()) {
@@ -113,10 +113,12 @@ void ScanRun::run() {
     catalogue_.commit();
 }
 
-void ScanRun::readFiles() {
-    while (const auto taken = paths_.take()) {
+void ScanRun::readFiles(std::size_t thread) {
+    RowBlock block;
+    while (const auto taken = paths_.take(thread)) {
         try {
-            read(*taken);
+            block.clear();  // of what a file has left whose reading failed
+            read(*taken, block);
         } catch (...) {
             paths_.stop(std::current_exception());
             queue_.stop();
@@ -137,7 +139,7 @@ bool ScanRun::isLeftOut(const ListedPath& path) const {
     return identity && std::ranges::find(options_.leftOut, *identity) != options_.leftOut.end();
 }
 
-void ScanRun::read(const SharedPaths::Taken& taken) {
+void ScanRun::read(const SharedPaths::Taken& taken, RowBlock& block) {
     QueuedBlocks blocks(queue_, taken.number);
     const ListedPath& path = taken.path;
     if (path.name == InspectedFile::standardInput) {
@@ -149,19 +151,19 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
     const std::string absolute = absolutePaths_.of(path.name);
     const auto state = catalogue_.find(absolute, path.stamp, options_.readsAll);
     if (state == Catalogue::State::Unchanged || state == Catalogue::State::Repeated) {
-        progress_->add(0);
+        progress_->add(1, 0);
         ++taken_;
         return;
     }
     const auto now = std::chrono::system_clock::now();
     const InspectedFile file(path.name, files_.how);
-    progress_->add(file.file() == nullptr ? 1 : file.file()->findings().size());
+    progress_->add(1, file.file() == nullptr ? 1 : file.file()->findings().size());
     // What was an image when it was read before is not passed over now.
     if (!path.isAsked && !file.isImage() && state == Catalogue::State::Unknown) {
         return;
     }
     const auto stamp = isSteady(path, now) ? path.stamp : std::nullopt;
-    collectRows(file, absolute, stamp, options_.maxValues, blocks);
+    collectRows(file, absolute, stamp, options_.maxValues, block, blocks);
     ++taken_;
     if (file.error()) {
         const auto pause = progress_->pause();
@@ -170,8 +172,9 @@ void ScanRun::read(const SharedPaths::Taken& taken) {
 }
 
 void ScanRun::writeAll() {
-    while (const auto block = queue_.take()) {
+    while (auto block = queue_.take()) {
         catalogue_.write(*block);
+        queue_.reuse(*std::move(block));
     }
 }
 

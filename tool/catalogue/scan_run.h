@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <ostream>
@@ -48,9 +49,9 @@ class ScanRun {
     [[nodiscard]] ScanCounts counts() const;
 
   private:
-    void readFiles();
+    void readFiles(std::size_t thread);
     [[nodiscard]] bool isLeftOut(const ListedPath& path) const;
-    void read(const SharedPaths::Taken& taken);
+    void read(const SharedPaths::Taken& taken, RowBlock& block);
     void writeAll();
 
     const ManyFiles& files_;

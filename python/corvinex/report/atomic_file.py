@@ -1,0 +1,33 @@
+"""Writes a file whole or not at all."""
+
+import os
+import pathlib
+import secrets
+import stat
+
+
+def write_whole(path: str | os.PathLike[str], content: bytes) -> None:
+    """Puts content in the place of a file, of which nobody sees a part.
+
+    A link is followed. What is no regular file, such as a pipe, is written to as it is. Raises
+    OSError when it cannot be written; what stood there before is still there then.
+    """
+    place = pathlib.Path(os.path.realpath(path))
+    if place.exists() and not stat.S_ISREG(place.stat().st_mode):
+        place.write_bytes(content)
+        return
+    new = place.with_name(f".corvinex-{secrets.token_hex(8)}.new")
+    try:
+        with open(new, "xb") as file:
+            file.write(content)
+            file.flush()
+            os.fsync(file.fileno())
+        os.replace(new, place)
+    except BaseException:
+        new.unlink(missing_ok=True)
+        raise
+    folder = os.open(place.parent, os.O_RDONLY | os.O_DIRECTORY)
+    try:
+        os.fsync(folder)
+    finally:
+        os.close(folder)
