@@ -175,9 +175,7 @@ PyObject* get(PyObject* object, void* /*nothing*/) {
 std::array<PyGetSetDef, 14> properties{{
     {"number", get<numberOf>, nullptr, "The tag's number.", nullptr},
     {"name", get<nameOf>, nullptr,
-     "The standard's name of the tag in this kind of directory; None for one that is not known "
-     "there.",
-     nullptr},
+     "The standard's name of the tag in this kind of directory; None without one.", nullptr},
     {"field", get<fieldOf>, nullptr,
      "What the result of corvinex.read() calls the tag; None when it has no name for it.", nullptr},
     {"type", get<typeOf>, nullptr,
@@ -185,34 +183,31 @@ std::array<PyGetSetDef, 14> properties{{
      nullptr},
     {"count", get<countOf>, nullptr, "The number of elements, as the file tells it.", nullptr},
     {"offset", get<offsetOf>, nullptr,
-     "The value's position in the file, in bytes, past the end as well; None when it lies in the "
-     "entry,\n"
-     "for a count of 0 and for unknown types.",
+     "The value's position in the file, in bytes, past the end as well; None when it lies\n"
+     "in the entry, for a count of 0 and for unknown types.",
      nullptr},
     {"directory", get<pathOf>, nullptr, "The path of the directory that holds the entry.", nullptr},
     {"value", get<valueOf>, nullptr,
-     "The value, read anew each time: int, float, Rational, str, list of str, bytes, a NumPy "
-     "array, or\n"
-     "None for what the file does not hold. Raises OSError when the file cannot be read.",
+     "The value, read anew each time: int, float, Rational, str, list of str, bytes, a NumPy\n"
+     "array, or None for what the file does not hold. Raises OSError when the file cannot be\n"
+     "read.",
      nullptr},
     {"text", get<textOf>, nullptr,
      "What a person wants to read, where that says more than the value; else None.", nullptr},
     {"words", get<wordsOf>, nullptr,
-     "The words for codes and flags, a list of str, an unknown code as its number; None for tags\n"
-     "without words.",
+     "The words for codes and flags, an unknown code as its number; None for tags without\n"
+     "words.",
      nullptr},
     {"charset", get<charsetOf>, nullptr,
-     "The character set that a comment names: \"ASCII\", \"JIS\", \"UNICODE\" or \"UNDEFINED\"; "
-     "else "
-     "None.",
+     "The character set that a comment names: \"ASCII\", \"JIS\", \"UNICODE\" or\n"
+     "\"UNDEFINED\"; else None.",
      nullptr},
     {"rest", get<restOf>, nullptr,
      "The bytes behind the zero that ends a text, unless all of them are zeros; else None.",
      nullptr},
     {"directories", get<directoriesOf>, nullptr,
-     "For each value of a pointer the path of the directory that it leads to, None where it leads "
-     "to\n"
-     "none; an empty tuple for other tags and when the pointer was not followed.",
+     "For each value of a pointer the path of the directory that it leads to, None where it\n"
+     "leads to none; an empty tuple for other tags and when the pointer was not followed.",
      nullptr},
     {},
 }};
@@ -258,6 +253,7 @@ std::array<PyMethodDef, 2> methods{{
 constexpr const char* documentation =
     "One entry of a directory. Nothing of its value is read before it is asked for.\n\n"
     "It belongs to its file, and raises ValueError when that is closed.\n\n"
+    ">>> import corvinex\n"
     ">>> entry = corvinex.inspect(\"samples/photo.jpg\")[\"0.exif.ExposureTime\"]\n"
     ">>> entry.value, entry.text\n"
     "(Rational(1, 250), '1/250 s')\n";

@@ -115,11 +115,10 @@ PyObject* reduce(PyObject* object, PyObject* /*nothing*/) {
 
 constexpr const char* documentation =
     "Rational(numerator, denominator)\n--\n\n"
-    "A rational number as a file holds it: two integers, neither reduced, the denominator may be "
-    "0.\n\n"
-    "float() divides them: n/0 gives an infinity with the sign of n, and 0/0 NaN. Two are equal "
-    "when\n"
-    "both integers are; 1/2 and 2/4 differ.\n\n"
+    "A rational number as a file holds it: two integers, of which neither is reduced.\n\n"
+    "float() divides them: n/0 gives an infinity with the sign of n, and 0/0 NaN.\n"
+    "Two are equal when both integers are; 1/2 and 2/4 differ.\n\n"
+    ">>> import corvinex\n"
     ">>> corvinex.Rational(2, 4)\n"
     "Rational(2, 4)\n"
     ">>> float(corvinex.Rational(2, 4))\n"

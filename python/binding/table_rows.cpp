@@ -45,18 +45,19 @@ int numberAt(std::string_view digits, std::size_t place, std::size_t count) {
 
 /// Of "2024-03-05" and "14:07:09", or of a date alone.
 std::optional<std::int64_t> timeOf(std::string_view date, std::string_view time) {
-    using namespace std::chrono;
-    const year_month_day day{year(numberAt(date, 0, 4)),
-                             month(static_cast<unsigned>(numberAt(date, 5, 2))),
-                             std::chrono::day(static_cast<unsigned>(numberAt(date, 8, 2)))};
+    namespace chrono = std::chrono;
+    const chrono::year_month_day day{chrono::year(numberAt(date, 0, 4)),
+                                     chrono::month(static_cast<unsigned>(numberAt(date, 5, 2))),
+                                     chrono::day(static_cast<unsigned>(numberAt(date, 8, 2)))};
     if (!day.ok()) {
         return std::nullopt;
     }
-    const seconds clock = time.empty()
-                              ? seconds(0)
-                              : hours(numberAt(time, 0, 2)) + minutes(numberAt(time, 3, 2)) +
-                                    seconds(numberAt(time, 6, 2));
-    return nanoseconds((sys_days(day).time_since_epoch() + clock).count());
+    chrono::seconds clock(0);
+    if (!time.empty()) {
+        clock = chrono::hours(numberAt(time, 0, 2)) + chrono::minutes(numberAt(time, 3, 2)) +
+                chrono::seconds(numberAt(time, 6, 2));
+    }
+    return nanoseconds((chrono::sys_days(day).time_since_epoch() + clock).count());
 }
 
 std::optional<std::int64_t> timeOf(std::string_view text) {

@@ -39,7 +39,7 @@ class TableRun {
 
   private:
     void work(TableRows& rows, std::size_t thread);
-    void read(TableRows& rows, const tool::SharedPaths::Taken& taken);
+    static void read(TableRows& rows, const tool::SharedPaths::Taken& taken);
 
     tool::SharedPaths paths_;
     std::list<TableRows> rows_;  ///< one for each thread

@@ -13,8 +13,12 @@ import warnings
 from collections.abc import Iterator
 from typing import Any
 
-import exifread  # type: ignore[import]
 import pytest
+
+for package in ("exifread", "tifffile", "PIL"):
+    pytest.importorskip(package)
+
+import exifread  # type: ignore[import]
 import tifffile  # type: ignore[import]
 from comparison import Comparison, Pair, Told, flattened, numbers_of, quotient
 from files import corpus, samples

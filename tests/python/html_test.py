@@ -3,10 +3,16 @@
 from __future__ import annotations
 
 import pathlib
+import shutil
 from collections.abc import Callable, Iterator
 from typing import Any
 
 import pytest
+
+pytest.importorskip("selenium")
+if not shutil.which("chromium") or not shutil.which("chromedriver"):
+    pytest.skip("there is no chromium", allow_module_level=True)
+
 from files import SAMPLES, Row, big_tiff, many_pages, tiff
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service

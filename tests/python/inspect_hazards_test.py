@@ -72,6 +72,39 @@ def test_a_file_may_be_closed_while_other_threads_read_it() -> None:
         assert refusals == ["the file is closed"] * 4
 
 
+@pytest.mark.parametrize(
+    "reading",
+    ["corvinex.inspect(source)", "file.findings", "file.to_json()", "file['60001'].value"],
+)
+def test_other_threads_go_on_while_one_reads(reading: str, tmp_path: pathlib.Path) -> None:
+    path = tmp_path / "large.tif"
+    numbers = bytes(8_000_000)
+    path.write_bytes(
+        many_pages(20_000)
+        if "value" not in reading
+        else big_tiff([(60001, 4, len(numbers) // 4, numbers)])
+    )
+    program = f"""
+import sys, threading, corvinex
+source = sys.argv[1]
+file = corvinex.inspect(source)
+sys.setswitchinterval(1000)  # nobody gives the lock away unasked
+started = threading.Event()
+seen = []
+def read():
+    started.set()
+    {reading}
+    seen.append("read")
+thread = threading.Thread(target=read)
+thread.start()
+started.wait()
+seen.append("elsewhere")
+thread.join()
+print(*seen)
+"""
+    assert run(program, str(path)).communicate(timeout=60) == ("elsewhere read\n", "")
+
+
 def test_a_closed_file_refuses_everything() -> None:
     file = corvinex.inspect(PHOTO)
     directory, entry = file.directories[0], file["0.Make"]
@@ -131,18 +164,19 @@ def resident_memory() -> int:
 
 @pytest.mark.parametrize(
     "source",
-    [PHOTO, PHOTO.read_bytes(), PHOTO.open("rb")],
+    [lambda: PHOTO, PHOTO.read_bytes, lambda: PHOTO.open("rb", buffering=0)],
     ids=["file", "bytes", "file object"],
 )
-def test_ten_thousand_readings_leave_nothing_behind(source: Any) -> None:
+def test_ten_thousand_readings_leave_nothing_behind(source: Callable[[], Any]) -> None:
     def read(times: int) -> None:
         for _ in range(times):
-            file = corvinex.inspect(source)
+            file = corvinex.inspect(opened)
             for name in ("0.Make", "0.exif.FNumber", "0.gps.GPSLatitude", "0.Copyright"):
                 assert file[name].value is not None
             assert file.get("0.exif.Make") is None
             file.status
 
+    opened = source()
     read(200)
     gc.collect()
     objects, descriptors = len(gc.get_objects()), len(os.listdir("/proc/self/fd"))
@@ -153,6 +187,8 @@ def test_ten_thousand_readings_leave_nothing_behind(source: Any) -> None:
     assert len(os.listdir("/proc/self/fd")) == descriptors
     assert sys.getallocatedblocks() < blocks + 1000
     assert resident_memory() < memory + 2**22
+    if hasattr(opened, "close"):
+        opened.close()
 
 
 def test_refusals_leave_nothing_behind(tmp_path: pathlib.Path) -> None:

@@ -14,9 +14,11 @@ import tempfile
 import time
 from typing import Any
 
-import pandas  # type: ignore[import]
 import pytest
 
+pytest.importorskip("pandas")
+
+import pandas  # type: ignore[import]
 import corvinex
 from files import SAMPLES, TOOL, Row, corpus, damaged, samples, tiff
 
