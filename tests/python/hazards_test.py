@@ -110,7 +110,7 @@ def test_a_forked_process_reads_while_threads_of_its_parent_did(stack: pathlib.P
         for thread in threads:
             thread.start()
         failed = 0
-        for _ in range(30):
+        for _ in range(10):
             child = os.fork()
             if child == 0:
                 os._exit(0 if len(corvinex.read(sys.argv[1])) == 2000 else 1)
