@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import pathlib
 import shutil
-from collections.abc import Callable, Iterator
+from collections.abc import Callable
 from typing import Any
 
 import pytest
@@ -13,27 +13,14 @@ pytest.importorskip("selenium")
 if not shutil.which("chromium") or not shutil.which("chromedriver"):
     pytest.skip("there is no chromium", allow_module_level=True)
 
+from browser import Browser, browser  # noqa: F401
 from files import SAMPLES, Row, big_tiff, many_pages, tiff
-from selenium import webdriver
-from selenium.webdriver.chrome.service import Service
 
 import corvinex
 
-Browser = Any  # selenium tells few of its types
 Show = Callable[..., Browser]
 
 HOSTILE = b"<script>document.title='run'</script>&amp;<b title=\"'\">"
-
-
-@pytest.fixture(scope="module")
-def browser() -> Iterator[Browser]:
-    options: Any = webdriver.ChromeOptions()
-    for argument in ("--headless=new", "--no-sandbox", "--disable-dev-shm-usage", "--disable-gpu"):
-        options.add_argument(argument)
-    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-    driver = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
-    yield driver
-    driver.quit()
 
 
 @pytest.fixture()

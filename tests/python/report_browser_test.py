@@ -1,7 +1,7 @@
 """The report page as a browser shows it: on narrow and wide screens, light and dark."""
 
 import shutil
-from collections.abc import Callable, Iterator
+from collections.abc import Callable
 from typing import Any
 
 import pytest
@@ -11,14 +11,12 @@ for package in ("matplotlib", "jinja2", "selenium"):
 if not shutil.which("chromium") or not shutil.which("chromedriver"):
     pytest.skip("there is no chromium", allow_module_level=True)
 
+from browser import Browser, browser  # noqa: F401
 from report_samples import ROOT, make_hostile_tree, scan
-from selenium import webdriver
-from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 
 from corvinex.report import write_report
 
-Browser = Any  # selenium tells few of its types
 Show = Callable[..., Browser]
 Colour = list[float]
 
@@ -61,17 +59,6 @@ return [...document.querySelectorAll('figure svg text')].map(text => {
     return [text.textContent, size * Math.hypot(toScreen.a, toScreen.b)];
 });
 """
-
-
-@pytest.fixture(scope="module")
-def browser() -> Iterator[Browser]:
-    options: Any = webdriver.ChromeOptions()
-    for argument in ("--headless=new", "--no-sandbox", "--disable-dev-shm-usage", "--disable-gpu"):
-        options.add_argument(argument)
-    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-    driver = webdriver.Chrome(service=Service(shutil.which("chromedriver") or ""), options=options)
-    yield driver
-    driver.quit()
 
 
 @pytest.fixture(scope="module")
