@@ -1,6 +1,7 @@
 """Catalogues of `corvinex scan` as data frames."""
 
 import functools
+import operator
 import os
 import sqlite3
 from collections.abc import Mapping, Sequence
@@ -9,7 +10,13 @@ from typing import Any
 
 import pandas as pd  # type: ignore[import]
 
-from corvinex._catalogue_file import CatalogueError, errors_told, open_catalogue
+from corvinex import _native
+from corvinex._catalogue_file import (
+    CatalogueError,
+    allow_reading_only,
+    errors_told,
+    open_catalogue,
+)
 from corvinex._columns import COLUMNS, Kind, kind_of_values, typed
 
 __all__ = ["Catalogue", "CatalogueError", "catalogue"]
@@ -45,8 +52,8 @@ class Catalogue:
     """The tables and views of a catalogue as pandas data frames, with a row for each of theirs.
 
     The columns are those of the tables. Their types do not depend on the rows: whole numbers are
-    Int64 (UInt64 where a file may tell 2**63 or more: sizes of images, counts, offsets), others
-    float64, texts and JSON string, truth boolean, bytes object. What is no number in a column of
+    Int64 (UInt64 where a file may tell 2**63 or more: sizes of images in `files`, counts, offsets),
+    others float64, texts and JSON string, truth boolean, bytes object. What is no number in a column of
     numbers is missing there, as what half a bit makes of `bits`.
 
     Times are datetime64[ns, UTC]. Those that a camera tells are datetime64[ns] without a zone; in
@@ -61,8 +68,9 @@ class Catalogue:
     """
 
     def __init__(self, path: str | os.PathLike[str]) -> None:
-        self._name = os.fspath(path)
+        self._name = os.fsdecode(path)
         self._database: sqlite3.Connection | None = open_catalogue(path)
+        allow_reading_only(self._database)
 
     @functools.cached_property
     def files(self) -> pd.DataFrame:
@@ -107,15 +115,22 @@ class Catalogue:
     def tags(self, name: str | int | None = None) -> pd.DataFrame:
         """A row for each entry of a directory that has a tag, or of all without one.
 
-        `name` is the standard's name or the number of the tag; a number is found faster. Without it
-        a large catalogue gives a frame that may not fit into memory. `file` and `directory` tell
-        where the entry stands; `json` is its value, exactly.
+        `name` is the tag's number, or its name by the standard or in `corvinex.read`, without
+        regard to case; a number is found faster. Without it a large catalogue gives a frame that
+        may not fit into memory. `file` and `directory` tell where the entry stands; `json` is its
+        value, exactly. Raises ValueError for a name that no tag has.
         """
         order = " ORDER BY t.directory_id, t.entry"
         if name is None:
             return self._read(_TAGS + order, "tags")
-        column = "number" if isinstance(name, int) else "name"
-        return self._read(f"{_TAGS} WHERE t.{column} = ?{order}", "tags", (name,))
+        if isinstance(name, str):
+            if "." in name or (reason := _native.why_no_tag(name)):
+                raise ValueError(reason if "." not in name else f"{name!r} is no name of a tag")
+            condition = "t.name = ?1 COLLATE NOCASE OR t.field = ?1 COLLATE NOCASE"
+            return self._read(f"{_TAGS} WHERE {condition}{order}", "tags", (name,))
+        if isinstance(name, bool) or not 0 <= operator.index(name) < 1 << 16:
+            raise ValueError(f"{name} is no number of a tag")
+        return self._read(f"{_TAGS} WHERE t.number = ?{order}", "tags", (operator.index(name),))
 
     def query(self, sql: str, parameters: Sequence[Any] | Mapping[str, Any] = ()) -> pd.DataFrame:
         """What a query gives. A column's type follows from its values, which it does not change.

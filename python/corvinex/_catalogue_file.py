@@ -15,6 +15,12 @@ SCHEMA_VERSION = 1
 
 _MAGIC = b"SQLite format 3\0"
 _LOCK_PATIENCE = 5.0  # seconds
+_READING = {
+    sqlite3.SQLITE_SELECT,
+    sqlite3.SQLITE_READ,
+    sqlite3.SQLITE_FUNCTION,
+    sqlite3.SQLITE_RECURSIVE,
+}
 
 
 class CatalogueError(ValueError):
@@ -31,7 +37,7 @@ def errors_told(path: str) -> Iterator[None]:
     """Turns errors of SQLite into a CatalogueError that names the catalogue."""
     try:
         yield
-    except sqlite3.Error as error:
+    except (sqlite3.Error, OverflowError) as error:
         raise CatalogueError(f"{path}: {error}") from error
 
 
@@ -41,7 +47,7 @@ def open_catalogue(path: str | os.PathLike[str]) -> sqlite3.Connection:
     Raises OSError (FileNotFoundError, PermissionError and so on) when the file cannot be read, and
     CatalogueError when it is no catalogue or a later version of corvinex has made it.
     """
-    name = os.fspath(path)
+    name = os.fsdecode(path)
     if not stat.S_ISREG(os.stat(name).st_mode):
         raise CatalogueError(f"{name}: it is no catalogue")
     with open(name, "rb") as file:
@@ -50,7 +56,8 @@ def open_catalogue(path: str | os.PathLike[str]) -> sqlite3.Connection:
     place = urllib.parse.quote(os.fsencode(pathlib.Path(name).absolute()))
     with errors_told(name):
         connection = sqlite3.connect(
-            f"file:{place}?mode=ro", uri=True, timeout=_LOCK_PATIENCE, isolation_level=None
+            f"file:{place}?mode=ro", uri=True, timeout=_LOCK_PATIENCE, isolation_level=None,
+            check_same_thread=False,
         )
     try:
         with errors_told(name):
@@ -60,6 +67,16 @@ def open_catalogue(path: str | os.PathLike[str]) -> sqlite3.Connection:
         raise
     connection.text_factory = decoded
     return connection
+
+
+def allow_reading_only(connection: sqlite3.Connection) -> None:
+    """Lets a connection do nothing from now on but read what it has open.
+
+    One to a file that is only read can still attach other files, and write to these.
+    """
+    connection.set_authorizer(
+        lambda action, *_: sqlite3.SQLITE_OK if action in _READING else sqlite3.SQLITE_DENY
+    )
 
 
 def _check(connection: sqlite3.Connection, name: str) -> None:

@@ -98,12 +98,15 @@ def kind_of_values(values: Sequence[Any]) -> Kind:
     return Kind.TEXT if kinds == {str} else Kind.ANY
 
 
-def _numbers(dtype: str, sound: Callable[[Any], Any]) -> Callable[[Sequence[Any]], Any]:
+def _numbers(dtype: type, sound: Callable[[Any], int | None]) -> Callable[[Sequence[Any]], Any]:
     def make(values: Sequence[Any]) -> Any:
         # A damaged file may tell half a bit.
-        if not set(map(type, values)) <= {int, _Nothing}:
+        if not set(map(type, values)) <= {int, _Nothing} or dtype is np.uint64:
             values = [sound(value) for value in values]
-        return pd.array(values, dtype=dtype)
+        # pandas itself makes float64 of numbers on both sides of 2**63.
+        missing = np.array([value is None for value in values], dtype=bool)
+        numbers: Any = np.array([value or 0 for value in values], dtype=dtype)
+        return pd.arrays.IntegerArray(numbers, missing)
 
     return make
 
@@ -121,7 +124,8 @@ def _large(value: Any) -> int | None:
             if re.fullmatch(r"\d{1,20}", value, re.ASCII) and int(value) < 2**64
             else None
         )
-    return _whole(value)
+    number = _whole(value)
+    return number if number is None or number >= 0 else None
 
 
 def _reals(values: Sequence[Any]) -> Any:
@@ -169,8 +173,8 @@ def _objects(values: Sequence[Any]) -> Any:
 
 
 _MAKERS: dict[Kind, Callable[[Sequence[Any]], Any]] = {
-    Kind.WHOLE: _numbers("Int64", _whole),
-    Kind.LARGE: _numbers("UInt64", _large),
+    Kind.WHOLE: _numbers(np.int64, _whole),
+    Kind.LARGE: _numbers(np.uint64, _large),
     Kind.REAL: _reals,
     Kind.TEXT: _texts,
     Kind.TRUTH: lambda values: pd.array(

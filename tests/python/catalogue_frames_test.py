@@ -1,5 +1,6 @@
 """corvinex.catalogue: frames of a catalogue that the tool has made."""
 
+import concurrent.futures
 import os
 import shutil
 import sqlite3
@@ -118,7 +119,33 @@ def test_tags_are_found_by_name_and_by_number(frames: Catalogue) -> None:
     makes = frames.tags("Make")
     assert set(makes.text.dropna()) == {"Example Optics"}
     pd.testing.assert_frame_equal(makes, frames.tags(271))
-    assert len(frames.tags("NoSuchTag")) == 0
+    pd.testing.assert_frame_equal(makes, frames.tags("make"))
+    assert len(frames.tags("Width")) == len(frames.tags("ImageWidth")) > 0
+
+
+def test_a_tag_that_nobody_knows_is_refused(frames: Catalogue) -> None:
+    with pytest.raises(ValueError, match='the nearest is "Make"'):
+        frames.tags("Makee")
+    wrong: list[Any] = ["0.Make", -1, 1 << 70, True]
+    for name in wrong:
+        with pytest.raises(ValueError):
+            frames.tags(name)
+    with pytest.raises(TypeError):
+        frames.tags(1.5)  # type: ignore[arg-type]
+
+
+def test_a_large_number_leaves_its_neighbours_exact(changed: Change) -> None:
+    with changed(
+        "UPDATE tags SET offset = CASE number WHEN 271 THEN '18446744073709551615' "
+        "ELSE 9007199254740993 END"
+    ) as frames:
+        offsets = frames.tags().offset
+        assert set(offsets) == {2**64 - 1, 2**53 + 1}
+
+
+def test_a_catalogue_may_be_read_by_another_thread(frames: Catalogue) -> None:
+    with concurrent.futures.ThreadPoolExecutor(1) as pool:
+        assert pool.submit(lambda: len(frames.files)).result() > 0
 
 
 def test_numbers_of_64_bits_are_exact(changed: Change) -> None:
@@ -187,10 +214,23 @@ def test_a_query_gives_a_frame_whose_types_follow_from_its_values(frames: Catalo
     assert list(frame.columns) == ["a", "a", "c", "d", "e"]
 
 
-@pytest.mark.parametrize("sql", ["SELEC 1", "DELETE FROM files", "CREATE TABLE x (y)"])
-def test_a_query_that_is_wrong_or_writes_is_refused(frames: Catalogue, sql: str) -> None:
+@pytest.mark.parametrize(
+    "sql",
+    [
+        "SELEC 1",
+        "DELETE FROM files",
+        "CREATE TABLE x (y)",
+        "ATTACH 'other.sqlite' AS other",
+        "VACUUM INTO 'other.sqlite'",
+    ],
+)
+def test_a_query_that_is_wrong_or_writes_is_refused(
+    frames: Catalogue, sql: str, tmp_path: Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    monkeypatch.chdir(tmp_path)
     with pytest.raises(corvinex.CatalogueError, match="c.sqlite: "):
         frames.query(sql)
+    assert not list(tmp_path.iterdir())
 
 
 def test_a_closed_catalogue_keeps_its_frames_and_reads_no_more(path: Path) -> None:

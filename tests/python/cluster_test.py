@@ -573,3 +573,18 @@ def test_a_file_that_needs_more_memory_than_there_is_becomes_unreadable(tmp_path
     with contextlib.closing(sqlite3.connect(tmp_path / "sqlite")) as database:
         rows = database.execute("SELECT path, status FROM files ORDER BY id").fetchall()
     assert rows == [(record["file"], record["status"]) for record in records]
+
+
+@pytest.mark.parametrize(
+    "options", [{"extensions": "tif"}, {"part_size": 1000.5}, {"max_values": 1.5}, {"client": None}]
+)
+def test_arguments_of_other_types_are_refused_before_anything_is_written(
+    tmp_path: Path, options: dict[str, Any]
+) -> None:
+    class NoClient:
+        def submit(self) -> None: ...
+
+    arguments: dict[str, Any] = {"client": NoClient(), **options}
+    with pytest.raises(TypeError):
+        cluster.scan(tmp_path, out_dir=tmp_path / "out", **arguments)
+    assert not (tmp_path / "out").exists()

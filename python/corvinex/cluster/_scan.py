@@ -1,6 +1,7 @@
 """The client's side of a scan: finds the files, hands them to workers, and notes what they tell."""
 
 import contextlib
+import operator
 import os
 import uuid
 from collections.abc import Callable, Iterable, Iterator
@@ -76,10 +77,18 @@ def scan(
     :param progress: called with what is known so far whenever a part is there; its parts stand in
         the order in which they were done
     :returns: what was found and read; the same stands in `manifest.json`
+    :raises TypeError: for arguments of other types
     :raises ValueError: for a size of parts, or a name, that cannot be
     :raises ClusterError: when a part could not be written, the cluster was lost, or another scan
         writes into the folder
     """
+    if isinstance(extensions, str):
+        raise TypeError("extensions are any number of endings, not one text")
+    part_size, max_values = operator.index(part_size), operator.index(max_values)
+    if header_offset is not None:
+        header_offset = operator.index(header_offset)
+    if not callable(getattr(client, "submit", None)):
+        raise TypeError(f"the client is a distributed.Client, not {type(client).__name__}")
     if not LEAST_PATHS <= part_size <= MOST_PATHS:
         raise ValueError(
             f"part_size is {part_size}; a part has from {LEAST_PATHS} to {MOST_PATHS} files"
