@@ -67,9 +67,10 @@ set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS
 set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
   ${CMAKE_CURRENT_SOURCE_DIR}/debian/python/postinst ${CMAKE_CURRENT_SOURCE_DIR}/debian/python/prerm)
 set(CPACK_DEBIAN_PYTHON_DESCRIPTION "reader of the tags of TIFF, BigTIFF and EXIF files for Python
-The package corvinex reads what image files hold beside their pixels: as
-directories with their fields, with numbers in arrays of NumPy. Damaged files
-are read as far as they can be, and what is wrong with them is told.")
+The package corvinex reads what image files hold beside their pixels:
+exact values and their meaning, with numbers in arrays of NumPy, and tables
+about any number of files. Damaged files are read as far as they can be, and
+what is wrong with them is told.")
 
 # What programs depend on that are linked with the libraries. Until 1.0 a minor version may break them.
 math(EXPR next_minor "${PROJECT_VERSION_MINOR} + 1")
