@@ -117,7 +117,7 @@ std::vector<std::uint16_t> numbersAskedFor(std::string_view word) {
     const std::string_view path = word.substr(0, word.size() - behindPath(word).size());
     if (!path.empty() && !isDigit(path.front())) {
         throw UsageError("there is no tag \"" + std::string(word) +
-                         "\": a path begins with the number of a page, as \"0.exif\"");
+                         R"(": a path begins with the number of a page, as "0.exif")");
     }
     return numbers;
 }
