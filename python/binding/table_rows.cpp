@@ -201,7 +201,9 @@ class FileCells {
         const auto* whole = fact == nullptr ? nullptr : std::get_if<std::uint64_t>(&fact->value);
         const auto* number = fact == nullptr ? nullptr : std::get_if<double>(&fact->value);
         if (size || whole != nullptr) {
-            cells.add(static_cast<std::int64_t>(size ? *size : *whole));
+            const std::uint64_t integer = size ? *size : *whole;
+            const bool fits = std::in_range<std::int64_t>(integer);
+            addOr(cells, fits ? std::optional(static_cast<std::int64_t>(integer)) : std::nullopt);
         } else if (number != nullptr) {
             cells.add(*number);
         } else {

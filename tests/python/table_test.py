@@ -110,6 +110,20 @@ def test_a_number_of_a_tag_may_be_any_of_64_bits_with_a_sign() -> None:
     )
 
 
+@pytest.mark.parametrize("number", [2**63 - 1, 2**63, 2**64 - 1])
+def test_a_fact_beyond_64_bits_with_a_sign_is_missing(number: int) -> None:
+    row = of_tags(
+        ["file.width", "file.height"],
+        (256, 16, 1, struct.pack("<Q", number)),
+        (257, 16, 1, struct.pack("<Q", number)),
+    )
+    for fact in ("file.width", "file.height"):
+        if number < 2**63:
+            assert row[fact] == number
+        else:
+            assert pandas.isna(row[fact])
+
+
 def test_bad_files_are_rows_with_a_status(tmp_path: pathlib.Path) -> None:
     (tmp_path / "a.tif").write_bytes(b"no image")
     (tmp_path / "b.txt").write_bytes(b"no image")
