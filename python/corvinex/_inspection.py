@@ -9,6 +9,7 @@ from types import TracebackType
 from typing import Any, NoReturn, TypeVar, Union, overload
 
 from corvinex import _html, _native
+from corvinex._arguments import Key, is_key, tag_word
 from corvinex._native import Entry
 from corvinex._source import Source, resolve
 
@@ -81,19 +82,20 @@ class FileDirectory:
         """Facts of a main or sub directory: compression, photometric, strips or tiles, bytes."""
         return self._file._native.derived_of_directory(self._index)
 
-    def get(self, key: str | int, default: Default | None = None) -> Entry | Default | None:
+    def get(self, key: Key, default: Default | None = None) -> Entry | Default | None:
         """The first entry with this name or number, or the default."""
-        found = self._file._native.find(_word(key), self._index)
+        found = self._file._native.find(tag_word(key), self._index)
         return default if found is None else found
 
-    def __getitem__(self, key: str | int) -> Entry:
-        found = self._file._native.find(_word(key), self._index)
+    def __getitem__(self, key: Key) -> Entry:
+        word = tag_word(key)
+        found = self._file._native.find(word, self._index)
         if found is None:
-            _refuse(key, self.path)
+            _refuse(word, self.path)
         return found
 
     def __contains__(self, key: object) -> bool:
-        return isinstance(key, (str, int)) and self.get(key) is not None
+        return is_key(key) and self.get(key) is not None
 
     def __iter__(self) -> Iterator[Entry]:
         return iter(self._file._native.entries(self._index))
@@ -231,22 +233,26 @@ class File:
             raise KeyError(f'there is no directory "{path}"')
         return FileDirectory(self, index)
 
-    def get(self, key: str, default: Default | None = None) -> Entry | Default | None:
+    def get(self, key: Key, default: Default | None = None) -> Entry | Default | None:
         """The entry that file[key] gives, or the default when there is none."""
-        found = self._native.find(_word(key))
+        found = self._native.find(tag_word(key))
         return default if found is None else found
 
-    def __getitem__(self, key: str) -> Entry:
-        found = self._native.find(_word(key))
+    def __getitem__(self, key: Key) -> Entry:
+        word = tag_word(key)
+        found = self._native.find(word)
         if found is None:
-            path, point, _ = key.rpartition(".")
+            path, point, _ = word.rpartition(".")
             if point:
                 self.directory(path.lower())
-            _refuse(key, path or "the file")
+            _refuse(word, path or "the file")
         return found
 
     def __contains__(self, key: object) -> bool:
-        return isinstance(key, str) and self.get(key) is not None
+        return is_key(key) and self.get(key) is not None
+
+    def __iter__(self) -> NoReturn:
+        raise TypeError("a file is no sequence: loop over its directories, file.directories")
 
     def to_json(self) -> str:
         """The record of the file in one line, as `corvinex json` prints it."""
@@ -286,28 +292,21 @@ class File:
         raise TypeError("an open file cannot be pickled; its to_dict() can")
 
 
-def _word(key: str | int) -> str:
-    """A tag as the command line would name it."""
-    if isinstance(key, bool) or not isinstance(key, (str, int)):
-        raise TypeError(f"a tag is named by str or int, not {type(key).__name__}")
-    return key if isinstance(key, str) else str(key)
+def _refuse(word: str, place: str) -> NoReturn:
+    reason = _native.why_no_tag(word)
+    raise KeyError(reason or f"{place} has no {word.rpartition('.')[2]}")
 
 
-def _refuse(key: str | int, place: str) -> NoReturn:
-    reason = _native.why_no_tag(_word(key))
-    raise KeyError(reason or f"{place} has no {str(key).rpartition('.')[2]}")
-
-
-def _words(tags: Iterable[str | int] | None) -> list[str]:
+def _words(tags: Iterable[Key] | None) -> list[str]:
     if isinstance(tags, (str, bytes)):
         raise TypeError("tags is a list of names or numbers, not one text")
-    return [] if tags is None else [_word(tag) for tag in tags]
+    return [] if tags is None else [tag_word(tag) for tag in tags]
 
 
 def inspect(
     source: Source,
     *,
-    tags: Iterable[str | int] | None = None,
+    tags: Iterable[Key] | None = None,
     header_offset: int | None = None,
 ) -> File:
     """Opens a file for inspection: everything that stands in it, exact, and what is wrong with it.

@@ -8,6 +8,8 @@ import os
 import tempfile
 from typing import Any, BinaryIO, Union
 
+from corvinex._arguments import system_name
+
 Source = Union[
     str, "os.PathLike[str]", "os.PathLike[bytes]", bytes, bytearray, memoryview, BinaryIO
 ]
@@ -23,14 +25,6 @@ class Resolved:
     """As it was given."""
     system_name: bytes | None = None
     """As the system has it."""
-
-
-def system_name(name: str | bytes) -> bytes:
-    """A name as the system has it. Raises ValueError for one that no file can have."""
-    encoded = os.fsencode(name)
-    if b"\0" in encoded:
-        raise ValueError("there is a zero in the name of the file")
-    return encoded
 
 
 def resolve(source: Source) -> Resolved:

@@ -8,6 +8,7 @@ import pathlib
 import pickle
 from typing import Any
 
+import numpy
 import pytest
 
 import corvinex
@@ -69,11 +70,14 @@ def test_a_file_finds_an_entry_by_path_and_name() -> None:
         ("1.exif.FNumber", 'there is no directory "1.exif"'),
         ("0.exif.LensModel", "0.exif has no LensModel"),
         ("InkNames", "the file has no InkNames"),
+        (9999, "the file has no 9999"),
+        (numpy.uint16(9999), "the file has no 9999"),
+        (99999, 'there is no tag "99999"'),
         ("", 'there is no tag ""'),
         ("0.", 'there is no tag "0."'),
     ],
 )
-def test_a_key_that_finds_nothing_tells_why(key: str, reason: str) -> None:
+def test_a_key_that_finds_nothing_tells_why(key: Any, reason: str) -> None:
     with pytest.raises(KeyError) as error:
         corvinex.inspect(PHOTO)[key]
     assert error.value.args == (reason,)
@@ -84,16 +88,33 @@ def test_an_empty_name_is_that_of_no_tag() -> None:
     assert "" not in file and "0." not in file and "" not in file.directories[0]
 
 
+@pytest.mark.parametrize("number", [271, numpy.uint16(271), numpy.int64(271)])
+def test_a_number_of_python_or_numpy_names_a_tag(number: Any) -> None:
+    file = corvinex.inspect(PHOTO, tags=[number])
+    places: list[Any] = [file, file.directories[0]]
+    for place in places:
+        assert number in place and place[number].name == "Make"
+        assert place.get(number) is not None
+
+
+def test_a_loop_over_a_file_is_refused_and_told_of_its_directories() -> None:
+    with pytest.raises(TypeError, match="file.directories"):
+        list(corvinex.inspect(PHOTO))
+
+
 def test_a_stack_of_many_pages_is_read_from_any_page() -> None:
     directories = corvinex.inspect(many_pages(50_000)).directories
     assert len(directories) == 50_000
     assert directories[49_999]["ImageDescription"].value == "page of many"
 
 
-@pytest.mark.parametrize("key", [1.5, None, b"Make", True])
+@pytest.mark.parametrize("key", [1.5, None, b"Make", True, numpy.float64(1), numpy.array([1, 2])])
 def test_a_key_of_another_type_is_refused(key: Any) -> None:
-    with pytest.raises(TypeError):
-        corvinex.inspect(PHOTO).directories[0][key]
+    file = corvinex.inspect(PHOTO)
+    places: list[Any] = [file, file.directories[0]]
+    for place in places:
+        with pytest.raises(TypeError, match="a tag is named by str or int, not"):
+            place[key]
 
 
 def test_a_missing_directory_is_a_key_error() -> None:

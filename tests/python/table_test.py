@@ -18,6 +18,7 @@ import pytest
 
 pytest.importorskip("pandas")
 
+import numpy
 import pandas  # type: ignore[import]
 import corvinex
 from files import SAMPLES, TOOL, Row, corpus, damaged, samples, tiff
@@ -122,6 +123,12 @@ def test_a_fact_beyond_64_bits_with_a_sign_is_missing(number: int) -> None:
             assert row[fact] == number
         else:
             assert pandas.isna(row[fact])
+
+
+def test_numbers_of_numpy_are_numbers() -> None:
+    one, none = numpy.int64(1), numpy.uint8(0)
+    told = corvinex.table(PHOTO, tags=[numpy.uint16(271)], jobs=one, max_values=none)
+    assert told.equals(corvinex.table(PHOTO, tags=[271], jobs=1, max_values=0))
 
 
 def test_bad_files_are_rows_with_a_status(tmp_path: pathlib.Path) -> None:
