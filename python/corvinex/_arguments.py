@@ -34,6 +34,15 @@ def whole_double(name: str, number: SupportsIndex) -> int:
     return checked
 
 
+def element_index(index: SupportsIndex) -> int:
+    """The index of one directory of a sequence. Raises TypeError for what is no whole number."""
+    try:
+        return operator.index(index)
+    except TypeError:
+        kind = type(index).__name__
+        raise TypeError(f"directories are counted by whole numbers or slices, not {kind}") from None
+
+
 def is_key(key: object) -> TypeGuard[Key]:
     """Whether an object is of a type that names tags."""
     return isinstance(key, (str, SupportsIndex)) and not isinstance(key, bool)

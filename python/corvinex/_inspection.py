@@ -6,10 +6,10 @@ import dataclasses
 import json
 from collections.abc import Iterable, Iterator, Sequence
 from types import TracebackType
-from typing import Any, NoReturn, TypeVar, Union, overload
+from typing import Any, NoReturn, SupportsIndex, TypeVar, Union, overload
 
 from corvinex import _html, _native
-from corvinex._arguments import Key, is_key, tag_word
+from corvinex._arguments import Key, element_index, is_key, tag_word, whole
 from corvinex._native import Entry
 from corvinex._source import Source, resolve
 
@@ -139,20 +139,23 @@ class FileDirectories(Sequence[FileDirectory]):
             yield FileDirectory(file, place)
 
     @overload
-    def __getitem__(self, index: int) -> FileDirectory:
+    def __getitem__(self, index: SupportsIndex) -> FileDirectory:
         ...
 
     @overload
     def __getitem__(self, index: slice) -> list[FileDirectory]:
         ...
 
-    def __getitem__(self, index: int | slice) -> FileDirectory | list[FileDirectory]:
+    def __getitem__(self, index: SupportsIndex | slice) -> FileDirectory | list[FileDirectory]:
         if isinstance(index, slice):
             return [FileDirectory(self._file, place) for place in range(*index.indices(len(self)))]
+        if isinstance(index, str):
+            raise TypeError(f"directories are counted; one with a path is file.directory({index!r})")
+        wanted = element_index(index)
         count = len(self)
-        place = index + count if index < 0 else index
+        place = wanted + count if wanted < 0 else wanted
         if not 0 <= place < count:
-            raise IndexError(f"there is no directory {index}: the file has {count}")
+            raise IndexError(f"there is no directory {wanted}: the file has {count}")
         return FileDirectory(self._file, place)
 
     def __repr__(self) -> str:
@@ -228,6 +231,9 @@ class File:
 
     def directory(self, path: str) -> FileDirectory:
         """The directory with this path, such as "0.exif". Raises KeyError when there is none."""
+        if not isinstance(path, str):
+            kind = type(path).__name__
+            raise TypeError(f'a directory is named by its path, such as "0.exif", not by {kind}')
         index = self._native.find_directory(path)
         if index is None:
             raise KeyError(f'there is no directory "{path}"')
@@ -307,7 +313,7 @@ def inspect(
     source: Source,
     *,
     tags: Iterable[Key] | None = None,
-    header_offset: int | None = None,
+    header_offset: SupportsIndex | None = None,
 ) -> File:
     """Opens a file for inspection: everything that stands in it, exact, and what is wrong with it.
 
@@ -333,11 +339,12 @@ def inspect(
     >>> str(file["0.exif.FNumber"])
     'f/2.8'
     """
-    if header_offset is not None and not 0 <= header_offset < 2**64:
+    position = None if header_offset is None else whole("header_offset", header_offset)
+    if position is not None and not 0 <= position < 2**64:
         raise ValueError("header_offset is a position: 0 to 2^64 - 1")
     words = _words(tags)
     opened = resolve(source)
     native = _native.Inspection(
-        opened.content, opened.descriptor, opened.system_name, header_offset, words
+        opened.content, opened.descriptor, opened.system_name, position, words
     )
     return File(native, opened.name)

@@ -8,7 +8,7 @@ from collections.abc import ItemsView, Iterable, Iterator, Mapping, Sequence, Va
 from typing import Any, SupportsIndex, Union, overload
 
 from corvinex import _native, _reports
-from corvinex._arguments import system_name, whole_double
+from corvinex._arguments import element_index, system_name, whole_double
 
 Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
 
@@ -47,7 +47,10 @@ class Directories(Sequence["Directory"]):
     def __getitem__(self, index: slice) -> Directories: ...
     def __getitem__(self, index: SupportsIndex | slice) -> Directory | Directories:
         if not isinstance(index, slice):
-            return Directory(self, self._elements[index])
+            place, count = element_index(index), len(self)
+            if not -count <= place < count:
+                raise IndexError(f"there is no directory {place}: there are {count}")
+            return Directory(self, self._elements[place])
         part = Directories.__new__(Directories)
         part._array = self._array
         part._places = self._places

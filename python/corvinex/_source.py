@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import dataclasses
+import errno
 import io
 import os
 import tempfile
@@ -39,12 +40,15 @@ def resolve(source: Source) -> Resolved:
 
 def _of_bytes(source: Any) -> Resolved:
     try:
-        return Resolved(content=memoryview(source))
-    except TypeError:
+        content = memoryview(source)
+    except (TypeError, BufferError):
         raise TypeError(
             "a file is given by its name, its bytes or a binary file object, "
             f"not by {type(source).__name__}"
         ) from None
+    if not content.c_contiguous:
+        raise TypeError("the bytes of a file must lie in memory one after the other; make a copy")
+    return Resolved(content=content)
 
 
 def _of_file_object(source: Any) -> Resolved:
@@ -79,13 +83,18 @@ def _is_plain(source: Any) -> bool:
 
 def _content_of(source: Any) -> Any:
     """All that a file object gives, from its start where it can go there."""
-    can_seek = hasattr(source, "seekable") and source.seekable()
-    place = source.tell() if can_seek else 0
-    if can_seek:
-        source.seek(0)
-    content = source.read()
-    if can_seek:
-        source.seek(place)
+    if hasattr(source, "seekable") and source.seekable():
+        place = source.tell()
+        try:
+            source.seek(0)
+            content = source.read()
+        finally:
+            source.seek(place)
+    else:
+        content = source.read()
     if isinstance(content, str):
         raise TypeError("the file object gives text; open it in binary mode")
+    if content is None:
+        # What does not wait for its bytes tells so that there are none yet.
+        raise BlockingIOError(errno.EAGAIN, "the file object has no bytes yet and does not wait")
     return content

@@ -117,6 +117,25 @@ def test_a_key_of_another_type_is_refused(key: Any) -> None:
             place[key]
 
 
+@pytest.mark.parametrize(
+    ("index", "reason"),
+    [("0", r"file.directory\('0'\)"), (1.5, "not float"), (None, "not NoneType")],
+)
+def test_an_index_of_another_type_is_refused(index: Any, reason: str) -> None:
+    with pytest.raises(TypeError, match=reason):
+        corvinex.inspect(PHOTO).directories[index]
+
+
+def test_a_number_of_numpy_is_an_index() -> None:
+    assert corvinex.inspect(PHOTO).directories[numpy.int64(-1)].path == "0.gps"
+
+
+@pytest.mark.parametrize("path", [1, None, b"0"])
+def test_a_path_of_another_type_is_refused(path: Any) -> None:
+    with pytest.raises(TypeError, match="a directory is named by its path"):
+        corvinex.inspect(PHOTO).directory(path)
+
+
 def test_a_missing_directory_is_a_key_error() -> None:
     with pytest.raises(KeyError):
         corvinex.inspect(PHOTO).directory("7")
@@ -169,6 +188,11 @@ def test_a_header_is_read_where_it_is_told_to_be() -> None:
     for wrong in (-1, 2**64):
         with pytest.raises(ValueError):
             corvinex.inspect(content, header_offset=wrong)
+    no_number: Any
+    for no_number in (1.5, "1", True):
+        with pytest.raises(TypeError, match="header_offset must be a whole number, not"):
+            corvinex.inspect(content, header_offset=no_number)
+    assert corvinex.inspect(content, header_offset=numpy.int64(8)).header_offset == 8
 
 
 def test_the_record_is_that_of_the_tool(tmp_path: pathlib.Path) -> None:
