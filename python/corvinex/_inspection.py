@@ -79,7 +79,10 @@ class FileDirectory:
 
     @property
     def derived(self) -> dict[str, Fact]:
-        """Facts of a main or sub directory: compression, photometric, strips or tiles, bytes."""
+        """Facts of a main or sub directory: compression, photometric, strips or tiles.
+
+        Widths and heights are in pixels, sizes in bytes.
+        """
         return self._file._native.derived_of_directory(self._index)
 
     def get(self, key: Key, default: Default | None = None) -> Entry | Default | None:
@@ -112,8 +115,9 @@ class FileDirectory:
         return hash((id(self._file), self._index))
 
     def __repr__(self) -> str:
-        file = self._file.name or "bytes"
-        return f"<corvinex.FileDirectory {self.path} of {file}: {len(self)} entries>"
+        if self._file.closed:
+            return f"<corvinex.FileDirectory of {_shown(self._file)}: closed>"
+        return f"<corvinex.FileDirectory {self.path} of {_shown(self._file)}: {len(self)} entries>"
 
     def _repr_html_(self) -> str:
         return _html.directory_page(self)
@@ -159,7 +163,8 @@ class FileDirectories(Sequence[FileDirectory]):
         return FileDirectory(self._file, place)
 
     def __repr__(self) -> str:
-        return f"<corvinex.FileDirectories of {self._file.name or 'bytes'}: {len(self)}>"
+        told = "closed" if self._file.closed else len(self)
+        return f"<corvinex.FileDirectories of {_shown(self._file)}: {told}>"
 
 
 class File:
@@ -221,7 +226,11 @@ class File:
 
     @property
     def derived(self) -> dict[str, Fact]:
-        """Facts of the file as a whole, such as width, height, pages, taken, latitude."""
+        """Facts of the file as a whole, such as width, height, pages, taken, latitude.
+
+        Widths and heights are in pixels, latitude and longitude in degrees, south and west
+        negative, the altitude in metres, below the sea negative.
+        """
         return self._native.derived()
 
     @property
@@ -288,7 +297,7 @@ class File:
 
     def __repr__(self) -> str:
         what = "closed" if self.closed else self.container or "no image"
-        return f"<corvinex.File {self.name or 'bytes'}: {what}>"
+        return f"<corvinex.File {_shown(self)}: {what}>"
 
     def _repr_html_(self) -> str:
         """What a notebook shows: a table that folds, of the first pages and entries."""
@@ -296,6 +305,11 @@ class File:
 
     def __reduce__(self) -> NoReturn:
         raise TypeError("an open file cannot be pickled; its to_dict() can")
+
+
+def _shown(file: File) -> str:
+    """What a file is called in one line: its name with whatever is not printable escaped."""
+    return "bytes" if file.name is None else repr(file.name)
 
 
 def _refuse(word: str, place: str) -> NoReturn:

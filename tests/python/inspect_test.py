@@ -22,7 +22,7 @@ def test_a_file_tells_what_it_is() -> None:
     assert (file.container, file.byte_order, file.header_offset) == ("JPEG", "big-endian", 30)
     assert (file.status, file.size, file.name) == ("ok", PHOTO.stat().st_size, str(PHOTO))
     assert file.derived["model"] == "EO-1"
-    assert repr(file) == f"<corvinex.File {PHOTO}: JPEG>"
+    assert repr(file) == f"<corvinex.File '{PHOTO}': JPEG>"
 
 
 def test_directories_are_a_sequence_in_the_order_of_the_walk() -> None:
@@ -232,6 +232,26 @@ def test_open_files_cannot_be_pickled() -> None:
     for part in (file, file.directories[0], file["Make"]):
         with pytest.raises(TypeError, match="cannot be pickled"):
             pickle.dumps(part)
+
+
+def test_what_belongs_to_a_closed_file_is_told_to_be_closed() -> None:
+    file = corvinex.inspect(PHOTO)
+    parts = [file, file.directories, file.directories[0], file["Make"]]
+    file.close()
+    assert [repr(part) for part in parts] == [
+        f"<corvinex.File '{PHOTO}': closed>",
+        f"<corvinex.FileDirectories of '{PHOTO}': closed>",
+        f"<corvinex.FileDirectory of '{PHOTO}': closed>",
+        "<corvinex.Entry: closed>",
+    ]
+
+
+def test_a_name_is_told_without_its_control_characters(tmp_path: pathlib.Path) -> None:
+    path = tmp_path / "a\x1b[31m\n.tif"
+    path.write_bytes(tiff([(271, 2, 3, b"EO\0")]))
+    file = corvinex.inspect(path)
+    for part in (file, file.directories, file.directories[0]):
+        assert "a\\x1b[31m\\n.tif" in repr(part) and repr(part).isprintable()
 
 
 def test_names_are_given_to_the_record_as_they_are(tmp_path: pathlib.Path) -> None:
