@@ -88,15 +88,21 @@ def table(
     max_values cuts values that become strings to so many numbers or characters.
 
     jobs threads read; by default as many as there are processors. A file that cannot be read is a
-    row too: nothing but its name, its status and its findings. Raises ValueError for a tag that
-    does not exist, and TypeError for wrong types.
+    row too: nothing but its name, its status and its findings. Latitudes and longitudes are in
+    degrees, south and west negative, altitudes in metres, below the sea negative, sizes in bytes.
+    Raises ValueError for a tag that does not exist or is asked for twice, TypeError for wrong
+    types, and ModuleNotFoundError without pandas.
 
     >>> import corvinex
     >>> frame = corvinex.table("samples/photo.jpg", tags=["Model", "FNumber", "DateTime"])
     >>> frame.loc[0, ["directory", "status", "Model", "FNumber"]].tolist()
     ['0', 'ok', 'EO-1', 2.8]
     """
-    import pandas
+    try:
+        import pandas
+    except ModuleNotFoundError as error:
+        hint = f"corvinex.table() needs {error.name}; Debian has it as python3-{error.name}"
+        raise ModuleNotFoundError(hint, name=error.name) from None
 
     names = _names(tags)
     threads = _checked(jobs, "jobs", 1) or len(os.sched_getaffinity(0))
