@@ -54,6 +54,11 @@ std::optional<std::int64_t> timeOf(std::string_view date, std::string_view time)
     }
     chrono::seconds clock(0);
     if (!time.empty()) {
+        // A leap second has no nanoseconds of its own: those of the next minute tell another time.
+        constexpr int leapSecond = 60;
+        if (numberAt(time, 6, 2) == leapSecond) {
+            return std::nullopt;
+        }
         clock = chrono::hours(numberAt(time, 0, 2)) + chrono::minutes(numberAt(time, 3, 2)) +
                 chrono::seconds(numberAt(time, 6, 2));
     }
