@@ -7,7 +7,7 @@ import os
 from collections.abc import ItemsView, Iterable, Iterator, Mapping, Sequence, ValuesView
 from typing import Any, SupportsIndex, Union, overload
 
-from corvinex import _native, _reports
+from corvinex import _html, _native, _reports
 from corvinex._arguments import element_index, system_name, whole_double
 
 Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
@@ -63,6 +63,10 @@ class Directories(Sequence["Directory"]):
 
     def __repr__(self) -> str:
         return f"<Directories: {len(self)} with {len(self._places)} fields>"
+
+    def _repr_html_(self) -> str:
+        """What a notebook shows: a table that folds, of the first directories and fields."""
+        return _html.result_page(self)
 
 
 class Directory(Mapping[str, Any]):
@@ -138,6 +142,9 @@ class Directory(Mapping[str, Any]):
 
     def __repr__(self) -> str:
         return f"<{type(self).__name__}: {_listed(list(self))}>"
+
+    def _repr_html_(self) -> str:
+        return _html.result_directory_page(self)
 
     def _all_values(self) -> list[Any]:
         values, places = _array_of(self._set).values(self._element)
