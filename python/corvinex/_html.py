@@ -147,9 +147,7 @@ def _field_value(value: Any) -> str:
 
 
 def _field_fold(directory: Directory, summary: str, is_open: bool) -> str:
-    rows = (
-        _row((name, _field_value(directory[name]))) for name in _first(directory, MOST_ENTRIES)
-    )
+    rows = (_row((name, _field_value(directory[name]))) for name in _first(directory, MOST_ENTRIES))
     content = _table(("field", "value"), rows) + _more(len(directory), MOST_ENTRIES, "fields")
     return _fold(f"<b>{_escaped(summary)}</b> {len(directory):,} fields", content, is_open)
 
@@ -161,9 +159,7 @@ def result_page(directories: Directories) -> str:
         for place, directory in enumerate(_first(directories, MOST_DIRECTORIES))
     ]
     head = f"<div><b>{len(directories):,} directories</b></div>"
-    return _page(
-        head + "".join(folds) + _more(len(directories), MOST_DIRECTORIES, "directories")
-    )
+    return _page(head + "".join(folds) + _more(len(directories), MOST_DIRECTORIES, "directories"))
 
 
 def result_directory_page(directory: Directory) -> str:

@@ -154,7 +154,9 @@ class FileDirectories(Sequence[FileDirectory]):
         if isinstance(index, slice):
             return [FileDirectory(self._file, place) for place in range(*index.indices(len(self)))]
         if isinstance(index, str):
-            raise TypeError(f"directories are counted; one with a path is file.directory({index!r})")
+            raise TypeError(
+                f"directories are counted; one with a path is file.directory({index!r})"
+            )
         wanted = element_index(index)
         count = len(self)
         place = wanted + count if wanted < 0 else wanted
