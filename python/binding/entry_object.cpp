@@ -189,8 +189,10 @@ std::array<PyGetSetDef, 14> properties{{
     {"directory", get<pathOf>, nullptr, "The path of the directory that holds the entry.", nullptr},
     {"value", get<valueOf>, nullptr,
      "The value, read anew each time: int, float, Rational, str, list of str, bytes, a NumPy\n"
-     "array, or None for what the file does not hold. Raises OSError when the file cannot be\n"
-     "read.",
+     "array, or None for what the file does not hold. Arrays of numbers have the shape (n,) and\n"
+     "the file's type, uint8 to int64, float32 or float64; those of rationals have the shape\n"
+     "(n, 2), numerators and denominators, and are uint32 or int32. Raises OSError when the\n"
+     "file cannot be read.",
      nullptr},
     {"text", get<textOf>, nullptr,
      "What a person wants to read, where that says more than the value; else None.", nullptr},
@@ -215,6 +217,9 @@ std::array<PyGetSetDef, 14> properties{{
 PyObject* represent(PyObject* object) {
     return answered([&]() -> py::object {
         const Asked asked(object);
+        if (asked.inspection().isClosed()) {
+            return py::str("<corvinex.Entry: closed>");
+        }
         const py::str format("<corvinex.Entry {}.{}: {}, count {}>");
         const py::object name = nameOf(asked);
         return format.format(pathOf(asked), name.is_none() ? numberOf(asked) : name, typeOf(asked),

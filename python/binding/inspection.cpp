@@ -60,15 +60,16 @@ void refuseClosed() {
     throw py::value_error("the file is closed");
 }
 
-void raiseSystemError(const std::system_error& error, const std::string& name) {
+void raiseSystemError(const std::system_error& error, const std::optional<std::string>& name) {
     const int number = error.code().value();
     // Of a pipe or a device the system only says that one cannot seek in it.
-    const auto special = number == ESPIPE ? tool::refusalOfSpecialFile(name) : std::nullopt;
+    const auto special =
+        number == ESPIPE ? tool::refusalOfSpecialFile(name.value_or("")) : std::nullopt;
     const std::string text = special ? std::string(*special) : error.code().message();
     const py::object file =
-        name.empty() ? py::object(py::none())
-                     : py::reinterpret_steal<py::object>(PyUnicode_DecodeFSDefaultAndSize(
-                           name.data(), static_cast<Py_ssize_t>(name.size())));
+        name ? py::reinterpret_steal<py::object>(PyUnicode_DecodeFSDefaultAndSize(
+                   name->data(), static_cast<Py_ssize_t>(name->size())))
+             : py::object(py::none());
     PyErr_SetObject(PyExc_OSError, py::make_tuple(number, text, file).ptr());
     throw py::error_already_set();
 }
@@ -81,7 +82,7 @@ Inspection::Inspection(Input input, const corvinex::inspect::Options& options,
     try {
         withoutGil([&] { file_ = open(input_, options); });
     } catch (const std::system_error& error) {
-        raiseSystemError(error, input_.name.value_or(std::string()));
+        raiseSystemError(error, input_.name);
     }
 }
 

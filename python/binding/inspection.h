@@ -44,7 +44,8 @@ class HeldBuffer {
 /// Raised by what is asked of a file that was closed.
 [[noreturn]] void refuseClosed();
 /// Raises OSError, or the class of it that belongs to the error's number.
-[[noreturn]] void raiseSystemError(const std::system_error& error, const std::string& name);
+[[noreturn]] void raiseSystemError(const std::system_error& error,
+                                   const std::optional<std::string>& name);
 
 /// A file as Python has it open. Any number of threads may ask at once.
 ///
@@ -103,7 +104,7 @@ class Inspection {
         } catch (const Closed&) {
             refuseClosed();
         } catch (const std::system_error& error) {
-            raiseSystemError(error, input_.name.value_or(std::string()));
+            raiseSystemError(error, input_.name);
         }
         return *std::move(result);
     }
@@ -119,7 +120,7 @@ class Inspection {
         try {
             return task(file());
         } catch (const std::system_error& error) {
-            raiseSystemError(error, input_.name.value_or(std::string()));
+            raiseSystemError(error, input_.name);
         }
     }
 

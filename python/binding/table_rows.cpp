@@ -54,6 +54,11 @@ std::optional<std::int64_t> timeOf(std::string_view date, std::string_view time)
     }
     chrono::seconds clock(0);
     if (!time.empty()) {
+        // A leap second has no nanoseconds of its own: those of the next minute tell another time.
+        constexpr int leapSecond = 60;
+        if (numberAt(time, 6, 2) == leapSecond) {
+            return std::nullopt;
+        }
         clock = chrono::hours(numberAt(time, 0, 2)) + chrono::minutes(numberAt(time, 3, 2)) +
                 chrono::seconds(numberAt(time, 6, 2));
     }
@@ -201,7 +206,9 @@ class FileCells {
         const auto* whole = fact == nullptr ? nullptr : std::get_if<std::uint64_t>(&fact->value);
         const auto* number = fact == nullptr ? nullptr : std::get_if<double>(&fact->value);
         if (size || whole != nullptr) {
-            cells.add(static_cast<std::int64_t>(size ? *size : *whole));
+            const std::uint64_t integer = size ? *size : *whole;
+            const bool fits = std::in_range<std::int64_t>(integer);
+            addOr(cells, fits ? std::optional(static_cast<std::int64_t>(integer)) : std::nullopt);
         } else if (number != nullptr) {
             cells.add(*number);
         } else {

@@ -18,11 +18,12 @@ from corvinex._table import table
 if TYPE_CHECKING:
     from corvinex import cluster as cluster
     from corvinex import report as report
-    from corvinex._catalogue import Catalogue, CatalogueError, catalogue
+    from corvinex._catalogue import Catalogue as Catalogue
+    from corvinex._catalogue import CatalogueError as CatalogueError
+    from corvinex._catalogue import catalogue as catalogue
 
+# What needs pandas, and the packages inside, are imported by name: a star must work without.
 __all__ = [
-    "Catalogue",
-    "CatalogueError",
     "Directories",
     "Directory",
     "Entry",
@@ -34,7 +35,6 @@ __all__ = [
     "RawDirectory",
     "Rational",
     "TagWarning",
-    "catalogue",
     "inspect",
     "read",
     "table",
@@ -52,3 +52,7 @@ def __getattr__(name: str) -> Any:
     if name in _PACKAGES:
         return importlib.import_module(f"corvinex.{name}")
     raise AttributeError(f"module {__name__!r} has no attribute {name!r}")
+
+
+def __dir__() -> list[str]:
+    return sorted([*__all__, *_OF_CATALOGUES, *_PACKAGES, "__version__"])

@@ -5,12 +5,13 @@ from __future__ import annotations
 import html
 import itertools
 from collections.abc import Iterable, Iterator
-from typing import TYPE_CHECKING, TypeVar
+from typing import TYPE_CHECKING, Any, TypeVar
 
 from corvinex._native import Entry
 
 if TYPE_CHECKING:
     from corvinex._inspection import File, FileDirectory, Finding
+    from corvinex._result import Directories, Directory
 
 MOST_DIRECTORIES = 50
 MOST_ENTRIES = 200
@@ -131,6 +132,39 @@ def file_page(file: File) -> str:
 def directory_page(directory: FileDirectory) -> str:
     """One directory by itself."""
     return _page(directory_fold(directory, is_open=True))
+
+
+def _field_value(value: Any) -> str:
+    """A value of read() in a few words. What is long is cut before a text is made of it."""
+    if isinstance(value, str):
+        return value[: MOST_CHARACTERS + 1]
+    if isinstance(value, list):
+        return f"list of {len(value):,}"
+    size = getattr(value, "size", 0)
+    if size > MOST_ELEMENTS:
+        return f"{' x '.join(map(str, value.shape))} of {value.dtype}"
+    return "" if value is None else str(value)
+
+
+def _field_fold(directory: Directory, summary: str, is_open: bool) -> str:
+    rows = (_row((name, _field_value(directory[name]))) for name in _first(directory, MOST_ENTRIES))
+    content = _table(("field", "value"), rows) + _more(len(directory), MOST_ENTRIES, "fields")
+    return _fold(f"<b>{_escaped(summary)}</b> {len(directory):,} fields", content, is_open)
+
+
+def result_page(directories: Directories) -> str:
+    """What read() gives: its directories, of which the first stands open."""
+    folds = [
+        _field_fold(directory, str(place), is_open=place == 0)
+        for place, directory in enumerate(_first(directories, MOST_DIRECTORIES))
+    ]
+    head = f"<div><b>{len(directories):,} directories</b></div>"
+    return _page(head + "".join(folds) + _more(len(directories), MOST_DIRECTORIES, "directories"))
+
+
+def result_directory_page(directory: Directory) -> str:
+    """One directory of what read() gives by itself."""
+    return _page(_field_fold(directory, type(directory).__name__, is_open=True))
 
 
 def closed_page(file: File) -> str:

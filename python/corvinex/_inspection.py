@@ -6,9 +6,10 @@ import dataclasses
 import json
 from collections.abc import Iterable, Iterator, Sequence
 from types import TracebackType
-from typing import Any, NoReturn, TypeVar, Union, overload
+from typing import Any, NoReturn, SupportsIndex, TypeVar, Union, overload
 
 from corvinex import _html, _native
+from corvinex._arguments import Key, element_index, is_key, tag_word, whole
 from corvinex._native import Entry
 from corvinex._source import Source, resolve
 
@@ -78,22 +79,26 @@ class FileDirectory:
 
     @property
     def derived(self) -> dict[str, Fact]:
-        """Facts of a main or sub directory: compression, photometric, strips or tiles, bytes."""
+        """Facts of a main or sub directory: compression, photometric, strips or tiles.
+
+        Widths and heights are in pixels, sizes in bytes.
+        """
         return self._file._native.derived_of_directory(self._index)
 
-    def get(self, key: str | int, default: Default | None = None) -> Entry | Default | None:
+    def get(self, key: Key, default: Default | None = None) -> Entry | Default | None:
         """The first entry with this name or number, or the default."""
-        found = self._file._native.find(_word(key), self._index)
+        found = self._file._native.find(tag_word(key), self._index)
         return default if found is None else found
 
-    def __getitem__(self, key: str | int) -> Entry:
-        found = self._file._native.find(_word(key), self._index)
+    def __getitem__(self, key: Key) -> Entry:
+        word = tag_word(key)
+        found = self._file._native.find(word, self._index)
         if found is None:
-            _refuse(key, self.path)
+            _refuse(word, self.path)
         return found
 
     def __contains__(self, key: object) -> bool:
-        return isinstance(key, (str, int)) and self.get(key) is not None
+        return is_key(key) and self.get(key) is not None
 
     def __iter__(self) -> Iterator[Entry]:
         return iter(self._file._native.entries(self._index))
@@ -110,8 +115,9 @@ class FileDirectory:
         return hash((id(self._file), self._index))
 
     def __repr__(self) -> str:
-        file = self._file.name or "bytes"
-        return f"<corvinex.FileDirectory {self.path} of {file}: {len(self)} entries>"
+        if self._file.closed:
+            return f"<corvinex.FileDirectory of {_shown(self._file)}: closed>"
+        return f"<corvinex.FileDirectory {self.path} of {_shown(self._file)}: {len(self)} entries>"
 
     def _repr_html_(self) -> str:
         return _html.directory_page(self)
@@ -137,24 +143,30 @@ class FileDirectories(Sequence[FileDirectory]):
             yield FileDirectory(file, place)
 
     @overload
-    def __getitem__(self, index: int) -> FileDirectory:
+    def __getitem__(self, index: SupportsIndex) -> FileDirectory:
         ...
 
     @overload
     def __getitem__(self, index: slice) -> list[FileDirectory]:
         ...
 
-    def __getitem__(self, index: int | slice) -> FileDirectory | list[FileDirectory]:
+    def __getitem__(self, index: SupportsIndex | slice) -> FileDirectory | list[FileDirectory]:
         if isinstance(index, slice):
             return [FileDirectory(self._file, place) for place in range(*index.indices(len(self)))]
+        if isinstance(index, str):
+            raise TypeError(
+                f"directories are counted; one with a path is file.directory({index!r})"
+            )
+        wanted = element_index(index)
         count = len(self)
-        place = index + count if index < 0 else index
+        place = wanted + count if wanted < 0 else wanted
         if not 0 <= place < count:
-            raise IndexError(f"there is no directory {index}: the file has {count}")
+            raise IndexError(f"there is no directory {wanted}: the file has {count}")
         return FileDirectory(self._file, place)
 
     def __repr__(self) -> str:
-        return f"<corvinex.FileDirectories of {self._file.name or 'bytes'}: {len(self)}>"
+        told = "closed" if self._file.closed else len(self)
+        return f"<corvinex.FileDirectories of {_shown(self._file)}: {told}>"
 
 
 class File:
@@ -216,7 +228,11 @@ class File:
 
     @property
     def derived(self) -> dict[str, Fact]:
-        """Facts of the file as a whole, such as width, height, pages, taken, latitude."""
+        """Facts of the file as a whole, such as width, height, pages, taken, latitude.
+
+        Widths and heights are in pixels, latitude and longitude in degrees, south and west
+        negative, the altitude in metres, below the sea negative.
+        """
         return self._native.derived()
 
     @property
@@ -226,27 +242,34 @@ class File:
 
     def directory(self, path: str) -> FileDirectory:
         """The directory with this path, such as "0.exif". Raises KeyError when there is none."""
+        if not isinstance(path, str):
+            kind = type(path).__name__
+            raise TypeError(f'a directory is named by its path, such as "0.exif", not by {kind}')
         index = self._native.find_directory(path)
         if index is None:
             raise KeyError(f'there is no directory "{path}"')
         return FileDirectory(self, index)
 
-    def get(self, key: str, default: Default | None = None) -> Entry | Default | None:
+    def get(self, key: Key, default: Default | None = None) -> Entry | Default | None:
         """The entry that file[key] gives, or the default when there is none."""
-        found = self._native.find(_word(key))
+        found = self._native.find(tag_word(key))
         return default if found is None else found
 
-    def __getitem__(self, key: str) -> Entry:
-        found = self._native.find(_word(key))
+    def __getitem__(self, key: Key) -> Entry:
+        word = tag_word(key)
+        found = self._native.find(word)
         if found is None:
-            path, point, _ = key.rpartition(".")
+            path, point, _ = word.rpartition(".")
             if point:
                 self.directory(path.lower())
-            _refuse(key, path or "the file")
+            _refuse(word, path or "the file")
         return found
 
     def __contains__(self, key: object) -> bool:
-        return isinstance(key, str) and self.get(key) is not None
+        return is_key(key) and self.get(key) is not None
+
+    def __iter__(self) -> NoReturn:
+        raise TypeError("a file is no sequence: loop over its directories, file.directories")
 
     def to_json(self) -> str:
         """The record of the file in one line, as `corvinex json` prints it."""
@@ -276,7 +299,7 @@ class File:
 
     def __repr__(self) -> str:
         what = "closed" if self.closed else self.container or "no image"
-        return f"<corvinex.File {self.name or 'bytes'}: {what}>"
+        return f"<corvinex.File {_shown(self)}: {what}>"
 
     def _repr_html_(self) -> str:
         """What a notebook shows: a table that folds, of the first pages and entries."""
@@ -286,29 +309,27 @@ class File:
         raise TypeError("an open file cannot be pickled; its to_dict() can")
 
 
-def _word(key: str | int) -> str:
-    """A tag as the command line would name it."""
-    if isinstance(key, bool) or not isinstance(key, (str, int)):
-        raise TypeError(f"a tag is named by str or int, not {type(key).__name__}")
-    return key if isinstance(key, str) else str(key)
+def _shown(file: File) -> str:
+    """What a file is called in one line: its name with whatever is not printable escaped."""
+    return "bytes" if file.name is None else repr(file.name)
 
 
-def _refuse(key: str | int, place: str) -> NoReturn:
-    reason = _native.why_no_tag(_word(key))
-    raise KeyError(reason or f"{place} has no {str(key).rpartition('.')[2]}")
+def _refuse(word: str, place: str) -> NoReturn:
+    reason = _native.why_no_tag(word)
+    raise KeyError(reason or f"{place} has no {word.rpartition('.')[2]}")
 
 
-def _words(tags: Iterable[str | int] | None) -> list[str]:
+def _words(tags: Iterable[Key] | None) -> list[str]:
     if isinstance(tags, (str, bytes)):
         raise TypeError("tags is a list of names or numbers, not one text")
-    return [] if tags is None else [_word(tag) for tag in tags]
+    return [] if tags is None else [tag_word(tag) for tag in tags]
 
 
 def inspect(
     source: Source,
     *,
-    tags: Iterable[str | int] | None = None,
-    header_offset: int | None = None,
+    tags: Iterable[Key] | None = None,
+    header_offset: SupportsIndex | None = None,
 ) -> File:
     """Opens a file for inspection: everything that stands in it, exact, and what is wrong with it.
 
@@ -334,11 +355,12 @@ def inspect(
     >>> str(file["0.exif.FNumber"])
     'f/2.8'
     """
-    if header_offset is not None and not 0 <= header_offset < 2**64:
+    position = None if header_offset is None else whole("header_offset", header_offset)
+    if position is not None and not 0 <= position < 2**64:
         raise ValueError("header_offset is a position: 0 to 2^64 - 1")
     words = _words(tags)
     opened = resolve(source)
     native = _native.Inspection(
-        opened.content, opened.descriptor, opened.system_name, header_offset, words
+        opened.content, opened.descriptor, opened.system_name, position, words
     )
     return File(native, opened.name)

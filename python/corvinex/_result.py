@@ -3,17 +3,14 @@
 from __future__ import annotations
 
 import difflib
-import operator
 import os
 from collections.abc import ItemsView, Iterable, Iterator, Mapping, Sequence, ValuesView
 from typing import Any, SupportsIndex, Union, overload
 
-from corvinex import _native, _reports
+from corvinex import _html, _native, _reports
+from corvinex._arguments import element_index, system_name, whole_double
 
 Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
-
-# Numbers are handed to the module as doubles.
-_LARGEST_NUMBER = 2**53
 
 
 class Directories(Sequence["Directory"]):
@@ -50,7 +47,10 @@ class Directories(Sequence["Directory"]):
     def __getitem__(self, index: slice) -> Directories: ...
     def __getitem__(self, index: SupportsIndex | slice) -> Directory | Directories:
         if not isinstance(index, slice):
-            return Directory(self, self._elements[index])
+            place, count = element_index(index), len(self)
+            if not -count <= place < count:
+                raise IndexError(f"there is no directory {place}: there are {count}")
+            return Directory(self, self._elements[place])
         part = Directories.__new__(Directories)
         part._array = self._array
         part._places = self._places
@@ -63,6 +63,10 @@ class Directories(Sequence["Directory"]):
 
     def __repr__(self) -> str:
         return f"<Directories: {len(self)} with {len(self._places)} fields>"
+
+    def _repr_html_(self) -> str:
+        """What a notebook shows: a table that folds, of the first directories and fields."""
+        return _html.result_page(self)
 
 
 class Directory(Mapping[str, Any]):
@@ -139,6 +143,9 @@ class Directory(Mapping[str, Any]):
     def __repr__(self) -> str:
         return f"<{type(self).__name__}: {_listed(list(self))}>"
 
+    def _repr_html_(self) -> str:
+        return _html.result_directory_page(self)
+
     def _all_values(self) -> list[Any]:
         values, places = _array_of(self._set).values(self._element)
         for place in places:
@@ -208,13 +215,11 @@ def read(
     other thread waits for it. Raises :class:`Error` where a file cannot be read, TypeError and
     ValueError for arguments that cannot be used.
     """
-    native_path = os.fsencode(path)
-    if b"\0" in native_path:
-        raise ValueError("embedded null byte in the path")
+    native_path = system_name(os.fspath(path))
     numbers = (
-        None if header_offset is None else _whole("header_offset", header_offset),
-        _whole("skip", skip),
-        _whole("limit", limit),
+        None if header_offset is None else whole_double("header_offset", header_offset),
+        whole_double("skip", skip),
+        whole_double("limit", limit),
     )
     shown = os.fspath(path)
     try:
@@ -225,17 +230,6 @@ def read(
     if failure is not None:
         raise _reports.error_from(*failure, shown)
     return Directories(array)
-
-
-def _whole(name: str, number: SupportsIndex) -> int:
-    try:
-        whole = operator.index(number)
-    except TypeError:
-        kind = type(number).__name__
-        raise TypeError(f"{name} must be a whole number, not {kind}") from None
-    if not 0 <= whole <= _LARGEST_NUMBER:
-        raise ValueError(f"{name} must be from 0 to 2**53, not {whole}")
-    return whole
 
 
 def _array_of(directories: Directories) -> _native.StructArray:

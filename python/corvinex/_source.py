@@ -3,10 +3,13 @@
 from __future__ import annotations
 
 import dataclasses
+import errno
 import io
 import os
 import tempfile
 from typing import Any, BinaryIO, Union
+
+from corvinex._arguments import system_name
 
 Source = Union[
     str, "os.PathLike[str]", "os.PathLike[bytes]", bytes, bytearray, memoryview, BinaryIO
@@ -25,14 +28,6 @@ class Resolved:
     """As the system has it."""
 
 
-def system_name(name: str | bytes) -> bytes:
-    """A name as the system has it. Raises ValueError for one that no file can have."""
-    encoded = os.fsencode(name)
-    if b"\0" in encoded:
-        raise ValueError("there is a zero in the name of the file")
-    return encoded
-
-
 def resolve(source: Source) -> Resolved:
     """What a source reads. Raises TypeError for what is none, ValueError for what is closed."""
     if isinstance(source, (str, os.PathLike)):
@@ -45,12 +40,15 @@ def resolve(source: Source) -> Resolved:
 
 def _of_bytes(source: Any) -> Resolved:
     try:
-        return Resolved(content=memoryview(source))
-    except TypeError:
+        content = memoryview(source)
+    except (TypeError, BufferError):
         raise TypeError(
             "a file is given by its name, its bytes or a binary file object, "
             f"not by {type(source).__name__}"
         ) from None
+    if not content.c_contiguous:
+        raise TypeError("the bytes of a file must lie in memory one after the other; make a copy")
+    return Resolved(content=content)
 
 
 def _of_file_object(source: Any) -> Resolved:
@@ -85,13 +83,18 @@ def _is_plain(source: Any) -> bool:
 
 def _content_of(source: Any) -> Any:
     """All that a file object gives, from its start where it can go there."""
-    can_seek = hasattr(source, "seekable") and source.seekable()
-    place = source.tell() if can_seek else 0
-    if can_seek:
-        source.seek(0)
-    content = source.read()
-    if can_seek:
-        source.seek(place)
+    if hasattr(source, "seekable") and source.seekable():
+        place = source.tell()
+        try:
+            source.seek(0)
+            content = source.read()
+        finally:
+            source.seek(place)
+    else:
+        content = source.read()
     if isinstance(content, str):
         raise TypeError("the file object gives text; open it in binary mode")
+    if content is None:
+        # What does not wait for its bytes tells so that there are none yet.
+        raise BlockingIOError(errno.EAGAIN, "the file object has no bytes yet and does not wait")
     return content

@@ -4,10 +4,10 @@ from __future__ import annotations
 
 import os
 from collections.abc import Iterable
-from typing import TYPE_CHECKING, Any, Union
+from typing import TYPE_CHECKING, Any, SupportsIndex, Union
 
 from corvinex import _native
-from corvinex._source import system_name
+from corvinex._arguments import Key, system_name, tag_word, whole
 
 if TYPE_CHECKING:
     import pandas  # type: ignore[import]
@@ -30,27 +30,21 @@ def _operands(paths: Path | Iterable[Path]) -> list[bytes]:
     return [_operand(path) for path in paths]
 
 
-def _names(tags: Iterable[str | int] | None) -> list[str]:
+def _names(tags: Iterable[Key] | None) -> list[str]:
     if tags is None:
         return [name for name in _native.usual_columns() if name != "file.status"]
     if isinstance(tags, (str, bytes)):
         raise TypeError("tags is a list of names or numbers, not one text")
-    names = []
-    for tag in tags:
-        if isinstance(tag, bool) or not isinstance(tag, (str, int)):
-            raise TypeError(f"a tag is named by str or int, not {type(tag).__name__}")
-        names.append(str(tag))
-    return names
+    return [tag_word(tag) for tag in tags]
 
 
-def _checked(number: int | None, what: str, least: int) -> int | None:
+def _checked(number: SupportsIndex | None, what: str, least: int) -> int | None:
     if number is None:
         return None
-    if isinstance(number, bool) or not isinstance(number, int):
-        raise TypeError(f"{what} is an int or None, not {type(number).__name__}")
-    if not least <= number < 2**63:
+    checked = whole(what, number)
+    if not least <= checked < 2**63:
         raise ValueError(f"{what} is a whole number from {least}")
-    return number
+    return checked
 
 
 def _column(kind: str, cells: Any, missing: Any) -> Any:
@@ -71,9 +65,9 @@ def _column(kind: str, cells: Any, missing: Any) -> Any:
 def table(
     paths: Path | Iterable[Path],
     *,
-    tags: Iterable[str | int] | None = None,
-    jobs: int | None = None,
-    max_values: int | None = None,
+    tags: Iterable[Key] | None = None,
+    jobs: SupportsIndex | None = None,
+    max_values: SupportsIndex | None = None,
 ) -> pandas.DataFrame:
     """Reads the tags of many files into a data frame, a row for each main directory.
 
@@ -94,15 +88,21 @@ def table(
     max_values cuts values that become strings to so many numbers or characters.
 
     jobs threads read; by default as many as there are processors. A file that cannot be read is a
-    row too: nothing but its name, its status and its findings. Raises ValueError for a tag that
-    does not exist, and TypeError for wrong types.
+    row too: nothing but its name, its status and its findings. Latitudes and longitudes are in
+    degrees, south and west negative, altitudes in metres, below the sea negative, sizes in bytes.
+    Raises ValueError for a tag that does not exist or is asked for twice, TypeError for wrong
+    types, and ModuleNotFoundError without pandas.
 
     >>> import corvinex
     >>> frame = corvinex.table("samples/photo.jpg", tags=["Model", "FNumber", "DateTime"])
     >>> frame.loc[0, ["directory", "status", "Model", "FNumber"]].tolist()
     ['0', 'ok', 'EO-1', 2.8]
     """
-    import pandas
+    try:
+        import pandas
+    except ModuleNotFoundError as error:
+        hint = f"corvinex.table() needs {error.name}; Debian has it as python3-{error.name}"
+        raise ModuleNotFoundError(hint, name=error.name) from None
 
     names = _names(tags)
     threads = _checked(jobs, "jobs", 1) or len(os.sched_getaffinity(0))

@@ -150,3 +150,28 @@ def test_a_closed_file_and_one_that_is_no_image_are_shown(show: Show) -> None:
     assert texts(show(file), ".corvinex > div") == ["bytes no image, not-an-image, 8 bytes"]
     file.close()
     assert texts(show(file), ".corvinex > div") == ["bytes closed"]
+
+
+def test_a_result_is_shown_with_its_first_directory_open(show: Show) -> None:
+    page = show(corvinex.read(SAMPLES / "pages-big-endian.tif"))
+    assert texts(page, ".corvinex > div") == ["3 directories"]
+    assert texts(page, "summary") == ["0 39 fields", "1 39 fields", "2 39 fields"]
+    assert "Width\t48.0" in texts(page, "tbody tr")
+    one = show(corvinex.read(SAMPLES / "pages-big-endian.tif")[1])
+    assert texts(one, "summary") == ["Directory 39 fields"]
+    assert "Width\t32.0" in texts(one, "tbody tr")
+
+
+def test_a_result_is_bounded_and_runs_nothing_of_the_file(
+    show: Show, tmp_path: pathlib.Path
+) -> None:
+    path = tmp_path / "hostile.tif"
+    text = HOSTILE + b"x" * 100_000 + b"\0"
+    path.write_bytes(tiff([(271, 2, len(text), text)]))
+    result = corvinex.read(path)
+    page = show(result)
+    assert page.title == "still"
+    assert any("<script>" in row for row in texts(page, "tbody tr"))
+    assert len(result._repr_html_()) < 20_000
+    path.write_bytes(many_pages(1000))
+    assert len(corvinex.read(path)._repr_html_()) < 500_000

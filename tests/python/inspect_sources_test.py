@@ -164,7 +164,6 @@ def test_a_file_object_needs_no_more_than_read() -> None:
         object(),
         io.StringIO("text"),
         OnlyReads("text"),
-        OnlyReads(None),
         PathLike(3),  # type: ignore[arg-type]
     ],
     ids=repr,
@@ -191,15 +190,51 @@ def test_a_closed_file_object_is_a_value_error() -> None:
         corvinex.inspect(opened)
 
 
-def test_memory_with_gaps_is_refused() -> None:
-    with pytest.raises((BufferError, ValueError)):
-        corvinex.inspect(memoryview(CONTENT)[::2])
+@pytest.mark.parametrize(
+    "content",
+    [
+        memoryview(CONTENT)[::2],
+        numpy.frombuffer(CONTENT, numpy.uint8)[::2],
+        numpy.asfortranarray(numpy.zeros((3, 4), numpy.uint8)),
+    ],
+)
+def test_memory_with_gaps_is_a_type_error(content: Any) -> None:
+    with pytest.raises(TypeError, match="one after the other"):
+        corvinex.inspect(content)
+
+
+def test_a_pipe_that_does_not_wait_is_an_error_while_it_has_no_bytes() -> None:
+    reader, writer = os.pipe()
+    os.set_blocking(reader, False)
+    with open(writer, "wb"), open(reader, "rb") as pipe:
+        with pytest.raises(BlockingIOError, match="no bytes yet"):
+            corvinex.inspect(pipe)
+
+
+class FailsToRead(io.BytesIO):
+    def read(self, size: int | None = -1, /) -> bytes:
+        super().read(5)
+        raise OSError("no more")
+
+
+def test_the_position_of_a_file_object_stays_when_it_cannot_be_read() -> None:
+    content = FailsToRead(CONTENT)
+    content.seek(7)
+    with pytest.raises(OSError, match="no more"):
+        corvinex.inspect(content)
+    assert content.tell() == 7
 
 
 def test_a_missing_file_is_told_with_its_name(tmp_path: pathlib.Path) -> None:
     with pytest.raises(FileNotFoundError) as error:
         corvinex.inspect(tmp_path / "none.tif")
     assert error.value.filename == str(tmp_path / "none.tif")
+
+
+def test_an_empty_name_is_that_of_no_file() -> None:
+    with pytest.raises(FileNotFoundError) as error:
+        corvinex.inspect("")
+    assert error.value.filename == ""
 
 
 def test_folders_and_special_files_are_os_errors(tmp_path: pathlib.Path) -> None:

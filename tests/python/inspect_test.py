@@ -8,6 +8,7 @@ import pathlib
 import pickle
 from typing import Any
 
+import numpy
 import pytest
 
 import corvinex
@@ -21,7 +22,7 @@ def test_a_file_tells_what_it_is() -> None:
     assert (file.container, file.byte_order, file.header_offset) == ("JPEG", "big-endian", 30)
     assert (file.status, file.size, file.name) == ("ok", PHOTO.stat().st_size, str(PHOTO))
     assert file.derived["model"] == "EO-1"
-    assert repr(file) == f"<corvinex.File {PHOTO}: JPEG>"
+    assert repr(file) == f"<corvinex.File '{PHOTO}': JPEG>"
 
 
 def test_directories_are_a_sequence_in_the_order_of_the_walk() -> None:
@@ -69,11 +70,14 @@ def test_a_file_finds_an_entry_by_path_and_name() -> None:
         ("1.exif.FNumber", 'there is no directory "1.exif"'),
         ("0.exif.LensModel", "0.exif has no LensModel"),
         ("InkNames", "the file has no InkNames"),
+        (9999, "the file has no 9999"),
+        (numpy.uint16(9999), "the file has no 9999"),
+        (99999, 'there is no tag "99999"'),
         ("", 'there is no tag ""'),
         ("0.", 'there is no tag "0."'),
     ],
 )
-def test_a_key_that_finds_nothing_tells_why(key: str, reason: str) -> None:
+def test_a_key_that_finds_nothing_tells_why(key: Any, reason: str) -> None:
     with pytest.raises(KeyError) as error:
         corvinex.inspect(PHOTO)[key]
     assert error.value.args == (reason,)
@@ -84,16 +88,52 @@ def test_an_empty_name_is_that_of_no_tag() -> None:
     assert "" not in file and "0." not in file and "" not in file.directories[0]
 
 
+@pytest.mark.parametrize("number", [271, numpy.uint16(271), numpy.int64(271)])
+def test_a_number_of_python_or_numpy_names_a_tag(number: Any) -> None:
+    file = corvinex.inspect(PHOTO, tags=[number])
+    places: list[Any] = [file, file.directories[0]]
+    for place in places:
+        assert number in place and place[number].name == "Make"
+        assert place.get(number) is not None
+
+
+def test_a_loop_over_a_file_is_refused_and_told_of_its_directories() -> None:
+    with pytest.raises(TypeError, match="file.directories"):
+        list(corvinex.inspect(PHOTO))
+
+
 def test_a_stack_of_many_pages_is_read_from_any_page() -> None:
     directories = corvinex.inspect(many_pages(50_000)).directories
     assert len(directories) == 50_000
     assert directories[49_999]["ImageDescription"].value == "page of many"
 
 
-@pytest.mark.parametrize("key", [1.5, None, b"Make", True])
+@pytest.mark.parametrize("key", [1.5, None, b"Make", True, numpy.float64(1), numpy.array([1, 2])])
 def test_a_key_of_another_type_is_refused(key: Any) -> None:
-    with pytest.raises(TypeError):
-        corvinex.inspect(PHOTO).directories[0][key]
+    file = corvinex.inspect(PHOTO)
+    places: list[Any] = [file, file.directories[0]]
+    for place in places:
+        with pytest.raises(TypeError, match="a tag is named by str or int, not"):
+            place[key]
+
+
+@pytest.mark.parametrize(
+    ("index", "reason"),
+    [("0", r"file.directory\('0'\)"), (1.5, "not float"), (None, "not NoneType")],
+)
+def test_an_index_of_another_type_is_refused(index: Any, reason: str) -> None:
+    with pytest.raises(TypeError, match=reason):
+        corvinex.inspect(PHOTO).directories[index]
+
+
+def test_a_number_of_numpy_is_an_index() -> None:
+    assert corvinex.inspect(PHOTO).directories[numpy.int64(-1)].path == "0.gps"
+
+
+@pytest.mark.parametrize("path", [1, None, b"0"])
+def test_a_path_of_another_type_is_refused(path: Any) -> None:
+    with pytest.raises(TypeError, match="a directory is named by its path"):
+        corvinex.inspect(PHOTO).directory(path)
 
 
 def test_a_missing_directory_is_a_key_error() -> None:
@@ -148,6 +188,11 @@ def test_a_header_is_read_where_it_is_told_to_be() -> None:
     for wrong in (-1, 2**64):
         with pytest.raises(ValueError):
             corvinex.inspect(content, header_offset=wrong)
+    no_number: Any
+    for no_number in (1.5, "1", True):
+        with pytest.raises(TypeError, match="header_offset must be a whole number, not"):
+            corvinex.inspect(content, header_offset=no_number)
+    assert corvinex.inspect(content, header_offset=numpy.int64(8)).header_offset == 8
 
 
 def test_the_record_is_that_of_the_tool(tmp_path: pathlib.Path) -> None:
@@ -187,6 +232,26 @@ def test_open_files_cannot_be_pickled() -> None:
     for part in (file, file.directories[0], file["Make"]):
         with pytest.raises(TypeError, match="cannot be pickled"):
             pickle.dumps(part)
+
+
+def test_what_belongs_to_a_closed_file_is_told_to_be_closed() -> None:
+    file = corvinex.inspect(PHOTO)
+    parts = [file, file.directories, file.directories[0], file["Make"]]
+    file.close()
+    assert [repr(part) for part in parts] == [
+        f"<corvinex.File '{PHOTO}': closed>",
+        f"<corvinex.FileDirectories of '{PHOTO}': closed>",
+        f"<corvinex.FileDirectory of '{PHOTO}': closed>",
+        "<corvinex.Entry: closed>",
+    ]
+
+
+def test_a_name_is_told_without_its_control_characters(tmp_path: pathlib.Path) -> None:
+    path = tmp_path / "a\x1b[31m\n.tif"
+    path.write_bytes(tiff([(271, 2, 3, b"EO\0")]))
+    file = corvinex.inspect(path)
+    for part in (file, file.directories, file.directories[0]):
+        assert "a\\x1b[31m\\n.tif" in repr(part) and repr(part).isprintable()
 
 
 def test_names_are_given_to_the_record_as_they_are(tmp_path: pathlib.Path) -> None:

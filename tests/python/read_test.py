@@ -29,6 +29,16 @@ def test_a_file_is_a_sequence_of_its_directories() -> None:
         directories[3]
 
 
+def test_an_index_that_finds_no_directory_tells_why() -> None:
+    directories: Any = corvinex.read(PAGES)
+    for index in (3, -4):
+        with pytest.raises(IndexError, match=f"there is no directory {index}: there are 3"):
+            directories[index]
+    for wrong in ("a", 1.5, None):
+        with pytest.raises(TypeError, match="directories are counted by whole numbers"):
+            directories[wrong]
+
+
 def test_a_directory_is_a_mapping_in_field_order() -> None:
     directory = corvinex.read(PAGES)[0]
     assert isinstance(directory, Mapping)
@@ -120,7 +130,7 @@ def test_other_things_are_no_paths(wrong: Any) -> None:
 
 @pytest.mark.parametrize("wrong", ["a\0b", b"\0"])
 def test_no_path_has_a_null_byte(wrong: str | bytes) -> None:
-    with pytest.raises(ValueError, match="embedded null byte"):
+    with pytest.raises(ValueError, match="there is a zero in the name"):
         corvinex.read(wrong)
 
 

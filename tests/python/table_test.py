@@ -18,6 +18,7 @@ import pytest
 
 pytest.importorskip("pandas")
 
+import numpy
 import pandas  # type: ignore[import]
 import corvinex
 from files import SAMPLES, TOOL, Row, corpus, damaged, samples, tiff
@@ -85,7 +86,7 @@ def test_what_is_not_there_or_does_not_fit_is_missing() -> None:
     [
         (b"1999:12:31 23:59:59\0", "1999-12-31 23:59:59"),
         (b"1890:01:02 03:04:05\0", "1890-01-02 03:04:05"),
-        (b"2024:02:29 00:00:60\0", "2024-02-29 00:01:00"),
+        (b"2016:12:31 23:59:60\0", None),
         (b"0001:01:01 00:00:00\0", None),
         (b"9999:12:31 00:00:00\0", None),
         (b"    :  :     :  :  \0", None),
@@ -108,6 +109,26 @@ def test_a_number_of_a_tag_may_be_any_of_64_bits_with_a_sign() -> None:
     assert pandas.isna(
         of_tags(["ImageWidth"], (256, 16, 1, struct.pack("<Q", 2**63)))["ImageWidth"]
     )
+
+
+@pytest.mark.parametrize("number", [2**63 - 1, 2**63, 2**64 - 1])
+def test_a_fact_beyond_64_bits_with_a_sign_is_missing(number: int) -> None:
+    row = of_tags(
+        ["file.width", "file.height"],
+        (256, 16, 1, struct.pack("<Q", number)),
+        (257, 16, 1, struct.pack("<Q", number)),
+    )
+    for fact in ("file.width", "file.height"):
+        if number < 2**63:
+            assert row[fact] == number
+        else:
+            assert pandas.isna(row[fact])
+
+
+def test_numbers_of_numpy_are_numbers() -> None:
+    one, none = numpy.int64(1), numpy.uint8(0)
+    told = corvinex.table(PHOTO, tags=[numpy.uint16(271)], jobs=one, max_values=none)
+    assert told.equals(corvinex.table(PHOTO, tags=[271], jobs=1, max_values=0))
 
 
 def test_bad_files_are_rows_with_a_status(tmp_path: pathlib.Path) -> None:
