@@ -64,7 +64,10 @@ def test_other_threads_go_on_while_one_reads(stack: pathlib.Path) -> None:
         seen = []
         def read():
             started.set()
-            corvinex.read(sys.argv[1])
+            for _ in range(100):
+                corvinex.read(sys.argv[1])
+                if seen:
+                    break
             seen.append("read")
         thread = threading.Thread(target=read)
         thread.start()

@@ -93,7 +93,10 @@ started = threading.Event()
 seen = []
 def read():
     started.set()
-    {reading}
+    for _ in range(100):
+        {reading}
+        if seen:
+            break
     seen.append("read")
 thread = threading.Thread(target=read)
 thread.start()
