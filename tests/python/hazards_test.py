@@ -99,6 +99,40 @@ def test_the_process_ends_while_threads_read(stack: pathlib.Path) -> None:
         assert (result.returncode, result.stderr) == (0, "")
 
 
+@pytest.mark.parametrize("asked", ["write_part", "take", "stamps", "why_unreadable"])
+def test_the_process_ends_while_threads_prepare_a_catalogue(
+    asked: str, tmp_path: pathlib.Path
+) -> None:
+    code = """
+        import itertools, sys, threading, time
+        from corvinex import _native
+        folder, samples, asked = sys.argv[1:]
+        names = [f"{samples}/photo.jpg".encode()] * 40
+        numbers = itertools.count()
+        def write_part():
+            part = f"{folder}/{next(numbers)}".encode()
+            _native.write_part(
+                names, b"\\1" * len(names), records=part + b".jsonl", catalogue=part + b".sqlite",
+                max_values=64, header_offset=None, refused={},
+            )
+        def take():
+            _native.Listing([samples.encode()] * 40, extensions=[], follow_links=False).take(1000)
+        def stamps():
+            _native.stamps(names * 50)
+        def why_unreadable():
+            _native.why_unreadable(names[0], None)
+        def repeat():
+            while True:
+                globals()[asked]()
+        for _ in range(2):
+            threading.Thread(target=repeat, daemon=True).start()
+        time.sleep(0.1)
+    """
+    for _ in range(3):
+        result = run(code, tmp_path, SAMPLES, asked)
+        assert (result.returncode, result.stderr) == (0, "")
+
+
 def test_a_forked_process_reads_while_threads_of_its_parent_did(stack: pathlib.Path) -> None:
     code = """
         import os, sys, threading, time, corvinex
