@@ -7,6 +7,8 @@
 #include <exception>
 #include <utility>
 
+#include "python/binding/throwing.h"
+
 namespace python {
 
 /// Takes the interpreter's lock again. Where the interpreter ends meanwhile, it ends the thread by
@@ -27,6 +29,7 @@ inline void takeGil(PyThreadState* thread) {
 /// The work touches no Python object.
 template <class Work>
 void withoutGil(Work&& work) {
+    prepareToThrow();
     std::exception_ptr raised;
     PyThreadState* const thread = PyEval_SaveThread();
     try {
