@@ -209,6 +209,35 @@ def test_memory_that_runs_out_is_a_memory_error(tmp_path: pathlib.Path) -> None:
     assert result.stdout.splitlines() == [line, line, line, "1"], result.stderr
 
 
+@pytest.mark.parametrize(
+    "task",
+    [
+        "kept.append(_native.Listing(samples, extensions=[], follow_links=False))",
+        "_native.read_table(samples, [], 1, None, None)",
+    ],
+)
+def test_the_first_memory_that_is_missing_is_a_memory_error(task: str) -> None:
+    # What is missing first depends on how much there is.
+    code = f"""
+        import os, resource, sys
+        from corvinex import _native
+        samples, kept = [sys.argv[1].encode()], []
+        for kilobytes in range(800, 4800, 100):
+            child = os.fork()
+            if child == 0:
+                limit = int(open("/proc/self/statm").read().split()[0]) * 4096 + (kilobytes << 10)
+                resource.setrlimit(resource.RLIMIT_AS, (limit, limit))
+                try:
+                    while True:
+                        {task}
+                except MemoryError:
+                    os._exit(0)
+            assert os.waitpid(child, 0)[1] == 0, kilobytes
+    """
+    result = run(code, SAMPLES)
+    assert (result.returncode, result.stderr) == (0, "")
+
+
 @pytest.mark.filterwarnings("ignore::corvinex.TagWarning")
 @pytest.mark.parametrize("name", ["photo.jpg", "damaged.tif", "none.tif"])
 def test_ten_thousand_reads_of_a_file_leave_nothing(name: str) -> None:
