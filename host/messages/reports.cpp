@@ -8,7 +8,8 @@ namespace host {
 
 namespace {
 
-thread_local constinit const WarningSink* currentSink = nullptr;
+// The loader has memory at hand for this one, and ends the process where it finds none for others.
+[[gnu::tls_model("initial-exec")]] thread_local constinit const WarningSink* currentSink = nullptr;
 
 }  // namespace
 

@@ -1,8 +1,6 @@
 #include "python/binding/entry_object.h"
 
 #include <array>
-#include <exception>
-#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,6 +8,7 @@
 
 #include "corvinex/directory.h"
 #include "inspect/file_content.h"
+#include "python/binding/answered.h"
 #include "python/binding/entry_value.h"
 
 namespace py = pybind11;
@@ -145,26 +144,6 @@ py::object directoriesOf(const Asked& asked) {
             target < all.size() ? py::object(toText(all[target].path())) : py::object(py::none());
     }
     return paths;
-}
-
-/// What a function answers to the interpreter: null when an exception is set there.
-template <class Answer>
-PyObject* answered(Answer answer) {
-    try {
-        return py::object(answer()).release().ptr();
-    } catch (py::error_already_set& error) {
-        error.restore();
-    } catch (const py::builtin_exception& error) {
-        error.set_error();
-    } catch (const std::bad_alloc&) {
-        PyErr_NoMemory();
-    } catch (const std::exception& error) {
-        // pybind11 raises this where the interpreter has said why already.
-        if (PyErr_Occurred() == nullptr) {
-            PyErr_SetString(PyExc_RuntimeError, error.what());
-        }
-    }
-    return nullptr;
 }
 
 template <py::object (*property)(const Asked&)>

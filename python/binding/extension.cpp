@@ -2,8 +2,11 @@
 #include <pybind11/pybind11.h>
 
 #include <exception>
+#include <stdexcept>
+#include <string_view>
 
 #include "python/binding/bindings.h"
+#include "python/binding/throwing.h"
 
 // What PYBIND11_MODULE would write, with a look at the interpreter before anything else: what
 // pybind11 keeps for the process would be lost with the one that imports the module first.
@@ -24,8 +27,21 @@ void requireMainInterpreter() {
     }
 }
 
+/// pybind11 has no exception of its own for objects that the interpreter has no memory for.
+void translateNoMemory(std::exception_ptr raised) {
+    try {
+        std::rethrow_exception(raised);
+    } catch (const std::runtime_error& error) {
+        if (!std::string_view(error.what()).starts_with("Could not allocate ")) {
+            throw;
+        }
+        PyErr_NoMemory();
+    }
+}
+
 void bind(pybind11::module_& extension) {
     extension.doc() = "The part of the package corvinex that is written in C++.";
+    pybind11::register_local_exception_translator(translateNoMemory);
     extension.attr("version") = CORVINEX_VERSION;
     extension.def("require_main_interpreter", requireMainInterpreter);
     // Two threads that want the first array at the same time would wait for each other for ever:
@@ -50,6 +66,7 @@ PYBIND11_PLUGIN_IMPL(_native) {
         return nullptr;
     }
     PYBIND11_ENSURE_INTERNALS_READY
+    python::prepareToThrow();
     try {
         auto extension =
             pybind11::module_::create_extension_module("_native", nullptr, &definition);

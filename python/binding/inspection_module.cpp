@@ -21,6 +21,7 @@
 #include "python/binding/entry_value.h"
 #include "python/binding/inspection.h"
 #include "python/binding/rational.h"
+#include "python/binding/word.h"
 #include "tool/tag_catalog.h"
 
 namespace py = pybind11;
@@ -50,7 +51,7 @@ tool::FileDescriptor duplicateOf(int number) {
 std::unique_ptr<Inspection> openInspection(py::handle content, std::optional<int> descriptor,
                                            std::optional<std::string> name,
                                            std::optional<std::uint64_t> headerOffset,
-                                           const std::vector<std::string>& tags) {
+                                           const std::vector<Word>& tags) {
     Inspection::Input input;
     input.name = std::move(name);
     if (!content.is_none()) {
@@ -60,7 +61,7 @@ std::unique_ptr<Inspection> openInspection(py::handle content, std::optional<int
         input.descriptor = duplicateOf(*descriptor);
     }
     return std::make_unique<Inspection>(
-        std::move(input), corvinex::inspect::Options{.headerOffset = headerOffset}, tags);
+        std::move(input), corvinex::inspect::Options{.headerOffset = headerOffset}, textsOf(tags));
 }
 
 struct FactObject {
@@ -168,10 +169,10 @@ py::list entriesOf(const py::object& self, std::size_t index) {
     return selected;
 }
 
-std::optional<std::size_t> findDirectory(const Inspection& inspection, std::string_view path) {
+std::optional<std::size_t> findDirectory(const Inspection& inspection, const Word& path) {
     const std::span<const Directory> all = inspection.file().directories();
     for (std::size_t index = 0; index < all.size(); ++index) {
-        if (all[index].path() == path) {
+        if (all[index].path() == path.text) {
             return index;
         }
     }
@@ -179,10 +180,9 @@ std::optional<std::size_t> findDirectory(const Inspection& inspection, std::stri
 }
 
 /// The first entry that a word selects in one directory, or in the file; None where there is none.
-py::object findEntry(const py::object& self, const std::string& word,
-                     std::optional<std::size_t> index) {
+py::object findEntry(const py::object& self, const Word& word, std::optional<std::size_t> index) {
     const auto& inspection = self.cast<const Inspection&>();
-    const std::string full = tool::fullName(word);
+    const std::string full = tool::fullName(word.text);
     // Tags that are not known have no name, which is none to ask for.
     if (full.empty() || full.ends_with('.')) {
         return py::none();
@@ -264,9 +264,10 @@ void bindInspection(py::module_& extension) {
         .def("to_json", &jsonOf);
     extension.def(
         "why_no_tag",
-        [](const std::string& word) {
-            return tool::numbersMeantBy(word).empty() ? std::optional(tool::noSuchTag(word))
-                                                      : std::nullopt;
+        [](const Word& word) {
+            return tool::numbersMeantBy(word.text).empty()
+                       ? std::optional(tool::noSuchTag(word.text))
+                       : std::nullopt;
         },
         "Why a word means no tag; None for one that means any.");
 }

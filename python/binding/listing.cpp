@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "python/binding/bindings.h"
+#include "python/binding/without_gil.h"
 #include "tool/path_list.h"
 
 namespace py = pybind11;
@@ -28,8 +29,7 @@ class Listing {
 
     py::tuple take(std::size_t most) {
         std::vector<tool::ListedPath> taken;
-        {
-            const py::gil_scoped_release released;
+        withoutGil([&] {
             while (taken.size() < most) {
                 auto path = paths_.next();
                 if (!path) {
@@ -37,7 +37,7 @@ class Listing {
                 }
                 taken.push_back(*std::move(path));
             }
-        }
+        });
         py::list names(taken.size());
         std::string asked;
         for (std::size_t place = 0; place < taken.size(); ++place) {

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "python/binding/bindings.h"
+#include "python/binding/without_gil.h"
 #include "tool/catalogue/catalogue_merge.h"
 #include "tool/catalogue/part_writer.h"
 
@@ -26,11 +27,12 @@ namespace {
 /// Does what a function does without holding the interpreter. What a database or the system refuses
 /// is an OSError.
 template <class Function>
-auto withoutInterpreter(const std::string& path, Function function) -> decltype(function()) {
+auto orSystemError(const std::string& path, Function function) -> decltype(function()) {
     std::string reason;
     try {
-        const py::gil_scoped_release released;
-        return function();
+        std::optional<decltype(function())> result;
+        withoutGil([&] { result.emplace(function()); });
+        return *std::move(result);
     } catch (const tool::DatabaseError& error) {
         reason = path + ": " + error.what();
     } catch (const std::system_error& error) {
@@ -66,10 +68,7 @@ std::string packed(std::span<const std::optional<tool::FileStamp>> stamps) {
 py::bytes stampsOf(const std::vector<std::string>& names) {
     std::vector<std::optional<tool::FileStamp>> stamps;
     stamps.reserve(names.size());
-    {
-        const py::gil_scoped_release released;
-        std::ranges::transform(names, std::back_inserter(stamps), tool::stampOf);
-    }
+    withoutGil([&] { std::ranges::transform(names, std::back_inserter(stamps), tool::stampOf); });
     return packed(stamps);
 }
 
@@ -108,7 +107,7 @@ py::dict writePart(const std::vector<std::string>& names, const std::string& ask
                               .headerOffset = headerOffset,
                               .refused = std::move(refused)};
     return resultOf(
-        withoutInterpreter(catalogue, [&] { return tool::writePart(files, std::move(options)); }));
+        orSystemError(catalogue, [&] { return tool::writePart(files, std::move(options)); }));
 }
 
 py::tuple tupleOf(const tool::RowCounts& rows) {
@@ -119,15 +118,15 @@ py::tuple tupleOf(const tool::RowCounts& rows) {
 class Merge {
   public:
     Merge(std::string path, const tool::MergedScan& scan)
-        : path_(std::move(path)), merge_(withoutInterpreter(path_, [&] {
+        : path_(std::move(path)), merge_(orSystemError(path_, [&] {
               return std::make_unique<tool::CatalogueMerge>(path_, scan);
           })) {}
     py::tuple add(const std::string& part) {
-        const auto added = withoutInterpreter(part, [&] { return merge_->add(part); });
+        const auto added = orSystemError(part, [&] { return merge_->add(part); });
         return py::make_tuple(tupleOf(added.rows), added.repeated);
     }
     py::tuple finish() {
-        const auto rows = withoutInterpreter(path_, [&] { return merge_->finish(); });
+        const auto rows = orSystemError(path_, [&] { return merge_->finish(); });
         merge_.reset();  // closes the database
         return tupleOf(rows);
     }
@@ -162,8 +161,7 @@ void bindParts(py::module_& extension) {
     extension.def(
         "why_unreadable",
         [](const std::string& name, std::optional<std::uint64_t> headerOffset) {
-            return withoutInterpreter(name,
-                                      [&] { return tool::whyUnreadable(name, headerOffset); });
+            return orSystemError(name, [&] { return tool::whyUnreadable(name, headerOffset); });
         },
         py::arg("name"), py::arg("header_offset"),
         "Why a file cannot be read; None for one that can.");

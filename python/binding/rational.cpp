@@ -8,6 +8,8 @@
 #include <limits>
 #include <string>
 
+#include "python/binding/answered.h"
+
 namespace py = pybind11;
 
 namespace python {
@@ -62,15 +64,17 @@ void destroy(PyObject* object) {
 }
 
 PyObject* represent(PyObject* object) {
-    const std::string text = "Rational(" + std::to_string(from(object).numerator) + ", " +
-                             std::to_string(from(object).denominator) + ")";
-    return PyUnicode_FromStringAndSize(text.data(), static_cast<Py_ssize_t>(text.size()));
+    return answered([object] {
+        return py::str("Rational(" + std::to_string(from(object).numerator) + ", " +
+                       std::to_string(from(object).denominator) + ")");
+    });
 }
 
 PyObject* asText(PyObject* object) {
-    const std::string text =
-        std::to_string(from(object).numerator) + "/" + std::to_string(from(object).denominator);
-    return PyUnicode_FromStringAndSize(text.data(), static_cast<Py_ssize_t>(text.size()));
+    return answered([object] {
+        return py::str(std::to_string(from(object).numerator) + "/" +
+                       std::to_string(from(object).denominator));
+    });
 }
 
 PyObject* asFloat(PyObject* object) {
@@ -83,13 +87,9 @@ PyObject* asFloat(PyObject* object) {
 }
 
 Py_hash_t hash(PyObject* object) {
-    try {
-        const py::tuple pair = py::make_tuple(from(object).numerator, from(object).denominator);
-        return PyObject_Hash(pair.ptr());
-    } catch (py::error_already_set& error) {
-        error.restore();
-        return -1;
-    }
+    const auto pair = py::reinterpret_steal<py::object>(answered(
+        [object] { return py::make_tuple(from(object).numerator, from(object).denominator); }));
+    return pair ? PyObject_Hash(pair.ptr()) : -1;
 }
 
 /// Only equality: 1/2 and 2/4 stand for one number and are two values, so that an order would

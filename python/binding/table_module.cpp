@@ -18,6 +18,7 @@
 #include "python/binding/table_rows.h"
 #include "python/binding/table_run.h"
 #include "python/binding/without_gil.h"
+#include "python/binding/word.h"
 #include "tool/usage_error.h"
 
 namespace py = pybind11;
@@ -129,11 +130,11 @@ void await(TableRun& run) {
     run.raiseFailure();
 }
 
-py::list readTable(const std::vector<std::string>& paths, const std::vector<std::string>& names,
+py::list readTable(const std::vector<std::string>& paths, const std::vector<Word>& names,
                    unsigned jobs, std::optional<std::uint64_t> maxValues,
                    const py::object& nothing) {
     try {
-        const TablePlan plan(names, {.maxValues = maxValues, .codesAsNumbers = false});
+        const TablePlan plan(textsOf(names), {.maxValues = maxValues, .codesAsNumbers = false});
         tool::PathOptions options;
         options.operands = paths;
         TableRun run(plan, options, jobs);

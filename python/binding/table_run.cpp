@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <system_error>
 #include <utility>
 
+#include "python/binding/throwing.h"
 #include "tool/inspected_file.h"
 
 namespace python {
@@ -26,7 +28,10 @@ TableRun::TableRun(const TablePlan& plan, const tool::PathOptions& paths, unsign
         try {
             threads_.emplace_back([this, &rows, number] { work(rows, number); });
             ++running_;
-        } catch (const std::system_error&) {
+        } catch (const std::system_error& error) {
+            if (threads_.empty() && error.code() == std::errc::resource_unavailable_try_again) {
+                throw std::bad_alloc();  // what the system lacks is a stack
+            }
             if (threads_.empty()) {
                 throw;
             }
@@ -41,6 +46,7 @@ TableRun::~TableRun() {
 }
 
 void TableRun::work(TableRows& rows, std::size_t thread) {
+    prepareToThrow();
     while (const auto taken = paths_.take(thread)) {
         try {
             read(rows, *taken);

@@ -102,6 +102,40 @@ def test_the_process_ends_while_threads_read(stack: pathlib.Path) -> None:
         assert (result.returncode, result.stderr) == (0, "")
 
 
+@pytest.mark.parametrize("asked", ["write_part", "take", "stamps", "why_unreadable"])
+def test_the_process_ends_while_threads_prepare_a_catalogue(
+    asked: str, tmp_path: pathlib.Path
+) -> None:
+    code = """
+        import itertools, sys, threading, time
+        from corvinex import _native
+        folder, samples, asked = sys.argv[1:]
+        names = [f"{samples}/photo.jpg".encode()] * 40
+        numbers = itertools.count()
+        def write_part():
+            part = f"{folder}/{next(numbers)}".encode()
+            _native.write_part(
+                names, b"\\1" * len(names), records=part + b".jsonl", catalogue=part + b".sqlite",
+                max_values=64, header_offset=None, refused={},
+            )
+        def take():
+            _native.Listing([samples.encode()] * 40, extensions=[], follow_links=False).take(1000)
+        def stamps():
+            _native.stamps(names * 50)
+        def why_unreadable():
+            _native.why_unreadable(names[0], None)
+        def repeat():
+            while True:
+                globals()[asked]()
+        for _ in range(2):
+            threading.Thread(target=repeat, daemon=True).start()
+        time.sleep(0.1)
+    """
+    for _ in range(3):
+        result = run(code, tmp_path, SAMPLES, asked)
+        assert (result.returncode, result.stderr) == (0, "")
+
+
 def test_a_forked_process_reads_while_threads_of_its_parent_did(stack: pathlib.Path) -> None:
     code = """
         import os, sys, threading, time, corvinex
@@ -176,6 +210,35 @@ def test_memory_that_runs_out_is_a_memory_error(tmp_path: pathlib.Path) -> None:
     result = run(code, path, SAMPLES / "palette.tif")
     line = f"True {path}: not enough memory for what the file holds"
     assert result.stdout.splitlines() == [line, line, line, "1"], result.stderr
+
+
+@pytest.mark.parametrize(
+    "task",
+    [
+        "kept.append(_native.Listing(samples, extensions=[], follow_links=False))",
+        "_native.read_table(samples, [], 1, None, None)",
+    ],
+)
+def test_the_first_memory_that_is_missing_is_a_memory_error(task: str) -> None:
+    # What is missing first depends on how much there is.
+    code = f"""
+        import os, resource, sys
+        from corvinex import _native
+        samples, kept = [sys.argv[1].encode()], []
+        for kilobytes in range(800, 4800, 100):
+            child = os.fork()
+            if child == 0:
+                limit = int(open("/proc/self/statm").read().split()[0]) * 4096 + (kilobytes << 10)
+                resource.setrlimit(resource.RLIMIT_AS, (limit, limit))
+                try:
+                    while True:
+                        {task}
+                except MemoryError:
+                    os._exit(0)
+            assert os.waitpid(child, 0)[1] == 0, kilobytes
+    """
+    result = run(code, SAMPLES)
+    assert (result.returncode, result.stderr) == (0, "")
 
 
 @pytest.mark.filterwarnings("ignore::corvinex.TagWarning")

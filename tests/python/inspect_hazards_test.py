@@ -298,3 +298,13 @@ for _ in range(2):
 """
     child = run(program, str(path))
     assert child.communicate(timeout=60) == (f"refused {length}\n" * 2, "")
+
+
+def test_a_name_that_is_no_unicode_is_like_other_names_that_there_are_not() -> None:
+    with pytest.raises(ValueError, match=r"\\udcff"):
+        corvinex.inspect(PHOTO, tags=["\udcff"])
+    with pytest.raises(ValueError, match=r"\\udcff"):
+        corvinex._native.read_table([bytes(PHOTO)], ["\udcff"], 1, None, None)
+    with corvinex.inspect(PHOTO) as file:
+        with pytest.raises(KeyError):
+            file["\udcff"]
