@@ -4,6 +4,7 @@
 #include <exception>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include "python/binding/bindings.h"
 #include "python/binding/throwing.h"
@@ -30,7 +31,7 @@ void requireMainInterpreter() {
 /// pybind11 has no exception of its own for objects that the interpreter has no memory for.
 void translateNoMemory(std::exception_ptr raised) {
     try {
-        std::rethrow_exception(raised);
+        std::rethrow_exception(std::move(raised));
     } catch (const std::runtime_error& error) {
         if (!std::string_view(error.what()).starts_with("Could not allocate ")) {
             throw;
