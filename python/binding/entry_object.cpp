@@ -273,9 +273,9 @@ void bindEntry(py::module_& extension) {
         {Py_tp_methods, methods.data()},
         {},
     }};
-    PyType_Spec specification{"corvinex.Entry", sizeof(EntryObject), 0,
-                              Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots.data()};
-    const auto type = py::reinterpret_steal<py::object>(PyType_FromSpec(&specification));
+    PyType_Spec layout{"corvinex.Entry", sizeof(EntryObject), 0,
+                       Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots.data()};
+    const auto type = py::reinterpret_steal<py::object>(PyType_FromSpec(&layout));
     if (!type) {
         throw py::error_already_set();
     }

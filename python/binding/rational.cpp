@@ -167,9 +167,9 @@ void bindRational(py::module_& extension) {
         {Py_tp_methods, methods.data()},
         {},
     }};
-    PyType_Spec specification{"corvinex.Rational", sizeof(RationalObject), 0, Py_TPFLAGS_DEFAULT,
-                              slots.data()};
-    const auto type = py::reinterpret_steal<py::object>(PyType_FromSpec(&specification));
+    PyType_Spec layout{"corvinex.Rational", sizeof(RationalObject), 0, Py_TPFLAGS_DEFAULT,
+                       slots.data()};
+    const auto type = py::reinterpret_steal<py::object>(PyType_FromSpec(&layout));
     if (!type) {
         throw py::error_already_set();
     }
