@@ -103,8 +103,8 @@ std::optional<Value> readValue(const FileContent& file, const EntryRecord& entry
     return Value(entry.type, std::move(bytes), byteCount, static_cast<std::size_t>(entry.count));
 }
 
-std::optional<PointerValue> readPointerValue(const FileContent& file, const EntryRecord& entry,
-                                             std::uint64_t index) {
+std::optional<StoredInteger> readInteger(const FileContent& file, const EntryRecord& entry,
+                                         std::uint64_t index) {
     const FieldTypeFact& type = *findFieldType(entry.type);
     std::array<unsigned char, 8> buffer{};
     const std::span bytes = std::span(buffer).first(type.width);
@@ -112,7 +112,7 @@ std::optional<PointerValue> readPointerValue(const FileContent& file, const Entr
         return std::nullopt;
     }
     const bool isSigned = type.form == ElementForm::Signed;
-    PointerValue value;
+    StoredInteger value;
     switch (type.width) {
         case 1:
             value.bits = widen<std::uint8_t, std::int8_t>(bytes, isSigned, file.swap);
@@ -130,8 +130,8 @@ std::optional<PointerValue> readPointerValue(const FileContent& file, const Entr
     return value;
 }
 
-std::optional<PointerValue> readPointerOfModule(const FileContent& file, const EntryRecord& entry,
-                                                std::uint64_t index) {
+std::optional<StoredInteger> readPointerOfModule(const FileContent& file, const EntryRecord& entry,
+                                                 std::uint64_t index) {
     constexpr std::uint64_t stride = 4;
     const std::uint64_t numberSize = findFieldType(entry.type)->number;
     // Whole numbers are read, as their bytes are put in order together.
@@ -139,7 +139,7 @@ std::optional<PointerValue> readPointerOfModule(const FileContent& file, const E
     const std::uint64_t start = index * stride / unit * unit;
     const std::uint64_t byteCount = getByteCount(file, entry);
     if (start >= byteCount) {
-        return PointerValue{};
+        return StoredInteger{};
     }
     const std::uint64_t length = std::min(unit, byteCount - start);
     std::array<unsigned char, 8> buffer{};
@@ -149,7 +149,7 @@ std::optional<PointerValue> readPointerOfModule(const FileContent& file, const E
     }
     raw2native(bytes.data(), numberSize, length / numberSize, file.swap);
     const auto place = static_cast<std::size_t>(index * stride - start);
-    return PointerValue{.bits = loadNative<std::uint32_t>(buffer, place), .isNegative = false};
+    return StoredInteger{.bits = loadNative<std::uint32_t>(buffer, place), .isNegative = false};
 }
 
 }  // namespace corvinex::inspect

@@ -39,22 +39,22 @@ namespace corvinex::inspect {
                                   std::uint64_t from, std::span<std::byte> target);
 
 /// An integer of any type.
-struct PointerValue {
+struct StoredInteger {
     std::uint64_t bits = 0;  ///< two's complement of a negative one
     bool isNegative = false;
 };
 
 /// One element of a value of integers that lies in the file; nothing when the file has become
 /// shorter.
-[[nodiscard]] std::optional<PointerValue> readPointerValue(const FileContent& file,
-                                                           const EntryRecord& entry,
-                                                           std::uint64_t index);
+[[nodiscard]] std::optional<StoredInteger> readInteger(const FileContent& file,
+                                                       const EntryRecord& entry,
+                                                       std::uint64_t index);
 
 /// The offset that the module takes for one of a pointer's values: 4 bytes of the value as it lies
 /// in memory, whatever its type, with zeros behind its end. Nothing when the file has become
 /// shorter.
-[[nodiscard]] std::optional<PointerValue> readPointerOfModule(const FileContent& file,
-                                                              const EntryRecord& entry,
-                                                              std::uint64_t index);
+[[nodiscard]] std::optional<StoredInteger> readPointerOfModule(const FileContent& file,
+                                                               const EntryRecord& entry,
+                                                               std::uint64_t index);
 
 }  // namespace corvinex::inspect

@@ -31,7 +31,7 @@ std::optional<std::uint64_t> onlyNumber(const FileContent& file, const Entry* en
     if (type == nullptr || !holdsIntegers(*type)) {
         return std::nullopt;
     }
-    const auto number = readPointerValue(file, entry->record(), 0);
+    const auto number = readInteger(file, entry->record(), 0);
     return number && !number->isNegative ? std::optional(number->bits) : std::nullopt;
 }
 

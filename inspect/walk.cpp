@@ -138,9 +138,9 @@ class Walk {
         const std::uint32_t entry = parent.firstEntry + level.entry - 1;
         const EntryRecord record = file_.entries[entry].record();
         const std::uint64_t index = level.value++;
-        const std::optional<PointerValue> value = rule_ == PointerRule::Exact
-                                                      ? readPointerValue(file_, record, index)
-                                                      : readPointerOfModule(file_, record, index);
+        const std::optional<StoredInteger> value = rule_ == PointerRule::Exact
+                                                       ? readInteger(file_, record, index)
+                                                       : readPointerOfModule(file_, record, index);
         if (!value || value->isNegative || value->bits == 0) {
             return;
         }

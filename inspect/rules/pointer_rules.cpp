@@ -11,7 +11,7 @@ namespace corvinex::inspect {
 
 namespace {
 
-Argument offsetOf(const PointerValue& value) {
+Argument offsetOf(const StoredInteger& value) {
     return value.isNegative ? Argument(static_cast<std::int64_t>(value.bits))
                             : Argument(value.bits);
 }
@@ -91,7 +91,7 @@ bool PointerRules::isPointerType(std::uint16_t code) const {
 void PointerRules::checkValue(std::uint32_t entryIndex, std::uint64_t element,
                               std::uint64_t valueIndex, std::uint32_t target) {
     const EntryRecord& entry = file_.entries[entryIndex].record();
-    const std::optional<PointerValue> value = readPointerValue(file_, entry, element);
+    const std::optional<StoredInteger> value = readInteger(file_, entry, element);
     if (!value) {
         return;
     }

@@ -28,7 +28,7 @@ std::optional<std::uint64_t> readFirstNumber(const FileContent& file, const Entr
     if (type == nullptr || !holdsIntegers(*type)) {
         return std::nullopt;
     }
-    const std::optional<PointerValue> value = readPointerValue(file, entry, 0);
+    const std::optional<StoredInteger> value = readInteger(file, entry, 0);
     return value && !value->isNegative ? std::optional(value->bits) : std::nullopt;
 }
 
