@@ -99,6 +99,9 @@ py::object pathOf(const Asked& asked) {
 
 py::object valueOf(const Asked& asked) {
     const Entry& entry = asked.entry();
+    if (py::object number = numberInEntry(entry)) {
+        return number;
+    }
     // Numbers that lie in the entry are read like what else it tells: nothing of the file is asked.
     if (!entry.offset() && corvinex::inspect::formOfNumbers(entry, 1)) {
         return toPython(readValue(entry));

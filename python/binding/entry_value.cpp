@@ -11,6 +11,8 @@
 #include <variant>
 #include <vector>
 
+#include "inspect/field_type.h"
+#include "inspect/stored_value.h"
 #include "python/binding/rational.h"
 
 namespace py = pybind11;
@@ -84,6 +86,22 @@ struct NumbersVisitor {
 };
 
 }  // namespace
+
+py::object numberInEntry(const corvinex::inspect::Entry& entry) {
+    using corvinex::inspect::findFieldType;
+    const corvinex::inspect::FieldTypeFact* type = findFieldType(entry.typeCode());
+    const bool isOneInteger = entry.count() == 1 && type != nullptr && holdsIntegers(*type);
+    if (!isOneInteger || entry.offset() ||
+        corvinex::inspect::formOfNumbers(entry, 1) != Form::Number) {
+        return {};
+    }
+    const auto number = corvinex::inspect::readInteger(entry.file(), entry.record(), 0);
+    if (!number) {
+        return {};
+    }
+    return number->isNegative ? py::int_(static_cast<std::int64_t>(number->bits))
+                              : py::int_(number->bits);
+}
 
 ReadValue readValue(const corvinex::inspect::Entry& entry) {
     ReadValue read{.value = entry.value(), .interpretation = {}};

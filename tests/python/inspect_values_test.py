@@ -27,6 +27,38 @@ def test_a_tag_that_holds_exactly_one_number_gives_a_number() -> None:
     assert type(value_of(3, 1, struct.pack("<H", 1), 259)) is int
 
 
+@pytest.mark.parametrize("letter", ["<", ">"])
+@pytest.mark.parametrize(
+    ("code", "form", "numbers"),
+    [
+        (3, "H", [0, 2**16 - 1]),
+        (4, "I", [0, 2**32 - 1]),
+        (6, "b", [-128, 127]),
+        (8, "h", [-(2**15), 2**15 - 1]),
+        (9, "i", [-(2**31), 2**31 - 1]),
+        (13, "I", [0, 2**32 - 1]),
+    ],
+)
+def test_a_single_integer_is_exact_in_either_byte_order(
+    letter: str, code: int, form: str, numbers: list[int]
+) -> None:
+    for number in numbers:
+        stored = struct.pack(letter + form, number)
+        file = corvinex.inspect(tiff([(259, code, 1, stored)], order=letter))
+        assert file["Compression"].value == number
+
+
+@pytest.mark.parametrize(
+    ("code", "letter", "numbers"),
+    [(16, "Q", [0, 2**64 - 1]), (17, "q", [-(2**63), 2**63 - 1]), (18, "Q", [0, 2**64 - 1])],
+)
+def test_a_single_integer_is_exact_with_64_bits(
+    code: int, letter: str, numbers: list[int]
+) -> None:
+    for number in numbers:
+        assert value_of(code, 1, struct.pack("<" + letter, number), 259) == number
+
+
 def test_a_tag_that_may_hold_several_numbers_gives_an_array_of_one_too() -> None:
     value = value_of(3, 1, struct.pack("<H", 8), 258)
     assert isinstance(value, numpy.ndarray)

@@ -11,7 +11,7 @@ import pytest
 
 import corvinex
 from corvinex import _native
-from tiff_bytes import BYTE, doubles, grey_page, longs, shorts, text, tiff
+from tiff_bytes import BYTE, LONG, doubles, grey_page, longs, shorts, text, tiff
 
 SAMPLES = pathlib.Path(os.environ["CORVINEX_SAMPLES"])
 
@@ -180,16 +180,17 @@ def test_arrays_cannot_be_written_to(page: corvinex.Directory) -> None:
     copy[0] = 1
 
 
-def test_a_large_array_is_at_hand_without_a_copy(tmp_path: pathlib.Path) -> None:
+def test_an_array_of_40_megabytes_is_at_hand_without_a_copy(tmp_path: pathlib.Path) -> None:
     path = tmp_path / "large.tif"
-    count = 1_000_000
-    path.write_bytes(tiff([*grey_page(), longs(65000, *range(count))]))
+    count = 5_000_000
+    numbers = numpy.arange(count, dtype="<u4").tobytes()
+    path.write_bytes(tiff([*grey_page(), (65000, LONG, numbers)]))
     result = _native.read(os.fsencode(path), None, 0, 0)[0]
     assert result is not None
     unknown = result.value(0, result.fields.index("UnknownTags"))
     array = unknown.value(0, 2)
     assert address_of_array(array) == unknown.address(0, 2)
-    assert array.shape == (count,) and array[-1] == count - 1
+    assert (array.shape, array.nbytes, array[-1]) == ((count,), 40_000_000, count - 1)
 
 
 def test_a_result_is_destroyed_with_its_last_user(page: corvinex.Directory) -> None:
