@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "tool/directory_path.h"
 #include "tool/nearest_name.h"
 #include "tool/usage_error.h"
 #include "vocabulary/tag_table.h"
@@ -62,6 +63,20 @@ std::string_view behindPath(std::string_view word) {
     return point == std::string_view::npos ? word : word.substr(point + 1);
 }
 
+/// Refuses a word whose path no directory can have, which would select nothing in any file.
+void checkPath(std::string_view word, std::string_view path) {
+    if (isDirectoryPath(lowered(path))) {
+        return;
+    }
+    std::string text = "there is no tag \"" + std::string(word) + "\": ";
+    if (path.empty() || !isDigit(path.front())) {
+        text += R"(a path begins with the number of a page, as "0.exif")";
+    } else {
+        text.append("no directory has a path such as \"").append(path).append("\"");
+    }
+    throw UsageError(text);
+}
+
 }  // namespace
 
 std::vector<CatalogTag> allTags() {
@@ -114,10 +129,8 @@ std::vector<std::uint16_t> numbersAskedFor(std::string_view word) {
     if (numbers.empty()) {
         throw UsageError(noSuchTag(word));
     }
-    const std::string_view path = word.substr(0, word.size() - behindPath(word).size());
-    if (!path.empty() && !isDigit(path.front())) {
-        throw UsageError("there is no tag \"" + std::string(word) +
-                         R"(": a path begins with the number of a page, as "0.exif")");
+    if (const std::size_t point = word.rfind('.'); point != std::string_view::npos) {
+        checkPath(word, word.substr(0, point));
     }
     return numbers;
 }

@@ -235,6 +235,12 @@ TEST(CsvCommand, RefusesATagOrAFactThatNobodyKnows) {
               "corvinex: there is no tag \"exif.ExposureTime\": a path begins with the number of a "
               "page, as \"0.exif\"\n"
               "corvinex: --help tells what can be given\n");
+    const auto directory = runTool({"csv", "--tag", "0.Foo.Make", "a.tif"});
+    EXPECT_EQ(directory.exitStatus, 2);
+    EXPECT_EQ(directory.err,
+              "corvinex: there is no tag \"0.Foo.Make\": no directory has a path such as "
+              "\"0.Foo\"\n"
+              "corvinex: --help tells what can be given\n");
     EXPECT_EQ(runTool({"csv", "--tag", "file.weight", "a.tif"}).exitStatus, 2);
     EXPECT_EQ(runTool({"csv", "--tag", "", "a.tif"}).exitStatus, 2);
     EXPECT_EQ(runTool({"csv", "--tag", "65536", "a.tif"}).exitStatus, 2);
