@@ -1,6 +1,5 @@
 #include "tool/path_list.h"
 
-#include <dirent.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -8,9 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <functional>
 #include <iostream>
-#include <memory>
 #include <system_error>
 
 namespace tool {
@@ -97,34 +94,6 @@ std::optional<std::string> PathList::nextOperand() {
     return std::nullopt;
 }
 
-/// The names in a folder, last first. All threads wait for them: the iterators of the standard
-/// library, which make a path of each name, take twice the time.
-std::optional<std::vector<PathList::Listed>> PathList::namesIn(const std::string& folder) {
-    struct Close {
-        void operator()(DIR* place) const noexcept { closedir(place); }
-    };
-    const std::unique_ptr<DIR, Close> place(opendir(folder.c_str()));
-    std::vector<Listed> names;
-    while (place) {
-        errno = 0;
-        const dirent* const entry = readdir(place.get());
-        if (entry == nullptr) {
-            break;
-        }
-        const std::string_view name(static_cast<const char*>(entry->d_name));
-        if (name != "." && name != "..") {
-            // File systems tell the type with the name, but for links and where they have none.
-            names.push_back({std::string(name), entry->d_type == DT_REG});
-        }
-    }
-    if (!place || errno != 0) {
-        return std::nullopt;
-    }
-    // Characters compare as unsigned bytes in a string.
-    std::ranges::sort(names, std::ranges::greater(), &Listed::name);
-    return names;
-}
-
 bool PathList::enter(const std::string& path) {
     struct stat facts {};
     if (stat(path.c_str(), &facts) != 0) {
@@ -138,7 +107,7 @@ bool PathList::enter(const std::string& path) {
     if (isOnTheWay) {
         return true;
     }
-    auto names = namesIn(path);
+    auto names = FolderNames::read(path);
     if (!names) {
         return false;
     }
@@ -157,18 +126,17 @@ bool PathList::isWanted(std::string_view name) const {
 std::optional<ListedPath> PathList::nextInFolder() {
     while (!folders_.empty()) {
         Folder& folder = folders_.back();
-        if (folder.names.empty()) {
+        if (folder.names.isEmpty()) {
             folders_.pop_back();
             continue;
         }
-        const Listed listed = std::move(folder.names.back());
-        folder.names.pop_back();
-        std::string path = joined(folder.path, listed.name);
-        if (listed.isFile && !options_.wantsStamps) {
-            if (isWanted(listed.name)) {
-                return ListedPath{std::move(path), promisesImage(listed.name)};
+        const FolderNames::Name name = folder.names.takeFirst();
+        std::string path = joined(folder.path, name.text);
+        if (name.isFile && !options_.wantsStamps) {
+            if (isWanted(name.text)) {
+                return ListedPath{std::move(path), promisesImage(name.text)};
             }
-        } else if (auto found = look(listed.name, std::move(path))) {
+        } else if (auto found = look(name.text, std::move(path))) {
             return found;
         }
     }
@@ -199,7 +167,8 @@ std::optional<ListedPath> PathList::look(const std::string& name, std::string pa
 }
 
 bool PathList::mayWait() const {
-    if (std::ranges::any_of(folders_, [](const Folder& folder) { return !folder.names.empty(); })) {
+    if (std::ranges::any_of(folders_,
+                            [](const Folder& folder) { return !folder.names.isEmpty(); })) {
         return false;
     }
     if (operand_ < options_.operands.size()) {

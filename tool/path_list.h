@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tool/folder_names.h"
+
 namespace tool {
 
 struct PathOptions {
@@ -60,20 +62,14 @@ class PathList {
     [[nodiscard]] bool mayWait() const;
 
   private:
-    /// What a folder tells of a name in it.
-    struct Listed {
-        std::string name;
-        bool isFile = false;  ///< a regular one
-    };
-    /// A folder on the way, and the names in it that are left, last first.
+    /// A folder on the way, and the names in it that are left.
     struct Folder {
         std::string path;
-        std::vector<Listed> names;
+        FolderNames names;
         unsigned long device = 0;
         unsigned long inode = 0;
     };
 
-    [[nodiscard]] static std::optional<std::vector<Listed>> namesIn(const std::string& folder);
     std::optional<std::string> nextOperand();
     /// Goes into a folder. False when it cannot be read, or when it is one of those on the way.
     bool enter(const std::string& path);
