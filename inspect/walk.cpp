@@ -219,6 +219,7 @@ class Walk {
     void readEntries(DirectoryRecord& record, std::uint32_t directory, std::uint64_t position,
                      std::uint32_t count) {
         const auto entrySize = static_cast<std::size_t>(file_.layout.entrySize);
+        makeRoom(count);
         std::uint32_t unknown = 0;
         std::uint32_t blank = 0;
         while (record.entryCount < count) {
@@ -239,6 +240,14 @@ class Walk {
         }
         // Pixels and other data that are read as a directory tell types at random.
         record.isGarbled = unknown - blank > (record.entryCount - blank) / 2;
+    }
+
+    /// For so many entries more, which the file holds, at once.
+    void makeRoom(std::uint32_t count) {
+        std::vector<Entry>& entries = file_.entries;
+        if (count > entries.capacity() - entries.size()) {
+            entries.reserve(std::max(entries.size() + count, 2 * entries.size()));
+        }
     }
 
     EntryRecord parseEntry(std::span<const unsigned char> bytes, std::uint32_t directory) const {
