@@ -58,11 +58,12 @@ constexpr std::array<bool, 256> plainBytes = [] {
 
 }  // namespace
 
-JsonWriter::JsonWriter(TextSink& sink, Style style)
-    : sink_(sink), style_(style), part_(std::make_unique_for_overwrite<char[]>(partSize)) {}
+// The part is not set, which would take longer than to write a record.
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
+JsonWriter::JsonWriter(TextSink& sink, Style style) : sink_(sink), style_(style) {}
 
 void JsonWriter::flush() {
-    sink_.write({part_.get(), length_});
+    sink_.write({part_.data(), length_});
     length_ = 0;
 }
 
@@ -72,7 +73,7 @@ void JsonWriter::putInParts(std::string_view text) {
             flush();
         }
         const std::string_view start = text.substr(0, partSize - length_);
-        std::ranges::copy(start, part_.get() + length_);
+        std::ranges::copy(start, part_.data() + length_);
         length_ += start.size();
         text.remove_prefix(start.size());
     }
@@ -133,7 +134,7 @@ JsonWriter& JsonWriter::string(std::string_view text) {
 /// Puts what needs no escape at the start of a text, as far as there is room, and returns the rest.
 std::string_view JsonWriter::putPlainStart(std::string_view text) {
     const std::size_t most = std::min(text.size(), partSize - length_);
-    char* const target = part_.get() + length_;
+    char* const target = part_.data() + length_;
     std::size_t plain = 0;
     while (plain < most && plainBytes[static_cast<std::uint8_t>(text[plain])]) {
         target[plain] = text[plain];

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -150,7 +149,7 @@ class JsonWriter {
         if (length > partSize - length_) {
             flush();
         }
-        return part_.get() + length_;
+        return part_.data() + length_;
     }
     void put(char character) {
         *room(1) = character;
@@ -161,7 +160,7 @@ class JsonWriter {
             putInParts(text);
             return;
         }
-        std::memcpy(part_.get() + length_, text.data(), text.size());
+        std::memcpy(part_.data() + length_, text.data(), text.size());
         length_ += text.size();
     }
     void putInParts(std::string_view text);
@@ -178,8 +177,8 @@ class JsonWriter {
 
     TextSink& sink_;
     Style style_;
-    std::unique_ptr<char[]> part_;  ///< what is handed on next
-    std::size_t length_ = 0;        ///< of the text in it
+    std::array<char, partSize> part_;  ///< what is handed on next; not set behind its length
+    std::size_t length_ = 0;           ///< of the text in it
     std::vector<Level> levels_;
     bool isAfterKey_ = false;
 };
