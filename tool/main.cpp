@@ -1,8 +1,6 @@
 // The command-line tool: finds out what the command line asks for and has it done.
 
-#include <array>
 #include <cstddef>
-#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <new>
@@ -49,17 +47,9 @@ tool::ExitStatus runWords(std::span<char*> words) {
     }
 }
 
-/// What the C library would choose by itself is a few records: every other one would wait for a
-/// call of the system.
-void useLargeOutputBlocks() {
-    static std::array<char, std::size_t{64} << 10U> block;
-    static_cast<void>(std::setvbuf(stdout, block.data(), _IOFBF, block.size()));
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-    useLargeOutputBlocks();
     tool::ExitStatus status = tool::Failed;
     try {
         tool::setProcessLocale();
