@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 #include "corvinex/directory.h"
 #include "inspect/field_type.h"
@@ -78,6 +79,13 @@ std::string_view charactersOf(ByteSpan bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
+/// A braced list would copy the text.
+std::vector<std::string> listOf(std::string text) {
+    std::vector<std::string> list;
+    list.push_back(std::move(text));
+    return list;
+}
+
 /// Padding is nothing to tell.
 ByteSpan withoutPadding(ByteSpan rest) {
     const bool isPadding = std::ranges::all_of(rest, [](std::uint8_t byte) { return byte == 0; });
@@ -87,7 +95,7 @@ ByteSpan withoutPadding(ByteSpan rest) {
 Interpretation textUpToZero(ByteSpan bytes) {
     const reading::CutBytes cut = reading::cutAtZero(bytes);
     return {.form = Form::Text,
-            .texts = {reading::decodeText(charactersOf(cut.text))},
+            .texts = listOf(reading::decodeText(charactersOf(cut.text))),
             .charset = {},
             .rest = withoutPadding(cut.behind)};
 }
@@ -111,7 +119,7 @@ Interpretation textsBetweenZeros(ByteSpan bytes) {
 Interpretation wideText(ByteSpan bytes) {
     const reading::CutBytes cut = reading::cutAtWideZero(bytes);
     return {.form = Form::Text,
-            .texts = {reading::decodeUtf16(cut.text, std::endian::little)},
+            .texts = listOf(reading::decodeUtf16(cut.text, std::endian::little)),
             .charset = {},
             .rest = withoutPadding(cut.behind)};
 }
@@ -123,7 +131,7 @@ Interpretation asBytes() {
 Interpretation comment(ByteSpan bytes, bool isUndefined, std::endian fileOrder) {
     if (auto found = reading::decodeComment(bytes, fileOrder)) {
         return {.form = Form::Text,
-                .texts = {std::move(found->text)},
+                .texts = listOf(std::move(found->text)),
                 .charset = found->charset,
                 .rest = withoutPadding(found->behind)};
     }
@@ -135,7 +143,7 @@ Interpretation version(ByteSpan bytes) {
     for (const std::uint8_t number : bytes) {
         text.append(text.empty() ? "" : ".").append(std::to_string(number));
     }
-    return {.form = Form::Text, .texts = {std::move(text)}, .charset = {}, .rest = {}};
+    return {.form = Form::Text, .texts = listOf(std::move(text)), .charset = {}, .rest = {}};
 }
 
 /// Of numbers.
@@ -174,15 +182,11 @@ Interpretation interpret(const Entry& entry, const Value& value) {
 }
 
 std::optional<Form> formOfNumbers(const Entry& entry, std::size_t size) {
-    switch (entry.type().value_or(FieldType::Undefined)) {
-        case FieldType::Byte:
-        case FieldType::Undefined:
-        case FieldType::Ascii:
-        case FieldType::Utf8:
-            return std::nullopt;
-        default:
-            return formOf(entry, size);
-    }
+    constexpr auto byte = static_cast<std::uint16_t>(FieldType::Byte);
+    const FieldTypeFact* type = findFieldType(entry.typeCode());
+    const bool holdsNumbers = type != nullptr && type->form != ElementForm::Text &&
+                              type->form != ElementForm::Bytes && entry.typeCode() != byte;
+    return holdsNumbers ? std::optional(formOf(entry, size)) : std::nullopt;
 }
 
 bool holdsCodes(const Entry& entry) {
