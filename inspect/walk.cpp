@@ -242,11 +242,18 @@ class Walk {
         record.isGarbled = unknown - blank > (record.entryCount - blank) / 2;
     }
 
-    /// For so many entries more, which the file holds, at once.
+    /// For so many entries more, which the file holds, at once. What is reserved beyond them is no
+    /// more than the file has room for, and costs nothing before it is used, where a copy to a
+    /// larger place costs as much as the walk.
     void makeRoom(std::uint32_t count) {
+        constexpr std::size_t growth = 4;
         std::vector<Entry>& entries = file_.entries;
-        if (count > entries.capacity() - entries.size()) {
-            entries.reserve(std::max(entries.size() + count, 2 * entries.size()));
+        const std::size_t size = entries.size();
+        if (count > entries.capacity() - size) {
+            const std::uint64_t most = file_.source.size() / file_.layout.entrySize;
+            entries.reserve(
+                std::max({size + count, 2 * size,
+                          static_cast<std::size_t>(std::min<std::uint64_t>(most, growth * size))}));
         }
     }
 
