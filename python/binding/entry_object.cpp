@@ -253,17 +253,15 @@ void* slot(Function* function) {
 }  // namespace
 
 py::object makeEntry(py::handle file, const Inspection& inspection, std::uint32_t index) {
-    PyTypeObject* const type = entryType();
-    PyObject* const made = type->tp_alloc(type, 0);
+    EntryObject* const made = PyObject_New(EntryObject, entryType());
     if (made == nullptr) {
         throw py::error_already_set();
     }
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): it is an instance of the class
-    auto& entry = *reinterpret_cast<EntryObject*>(made);
-    entry.file = file.inc_ref().ptr();
-    entry.inspection = &inspection;
-    entry.index = index;
-    return py::reinterpret_steal<py::object>(made);
+    made->file = file.inc_ref().ptr();
+    made->inspection = &inspection;
+    made->index = index;
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): it begins with an object
+    return py::reinterpret_steal<py::object>(reinterpret_cast<PyObject*>(made));
 }
 
 void bindEntry(py::module_& extension) {

@@ -146,11 +146,14 @@ void* slot(Function* function) {
 }  // namespace
 
 py::object makeRational(std::int64_t numerator, std::int64_t denominator) {
-    auto made = py::reinterpret_steal<py::object>(create(rationalType(), numerator, denominator));
-    if (!made) {
+    RationalObject* const made = PyObject_New(RationalObject, rationalType());
+    if (made == nullptr) {
         throw py::error_already_set();
     }
-    return made;
+    made->numerator = numerator;
+    made->denominator = denominator;
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): it begins with an object
+    return py::reinterpret_steal<py::object>(reinterpret_cast<PyObject*>(made));
 }
 
 void bindRational(py::module_& extension) {
