@@ -16,6 +16,7 @@
 #include "corvinex/entry.h"
 #include "corvinex/file.h"
 #include "inspect/record/record.h"
+#include "python/binding/fork_safe_mutex.h"
 #include "python/binding/without_gil.h"
 #include "tool/file_descriptor.h"
 
@@ -54,9 +55,8 @@ class HeldBuffer {
 /// - Directories and entries do not change after opening. The interpreter's lock is enough for what
 ///   they hold, numbers that lie in an entry included.
 /// - Other values, findings, facts and records are read through buffers that belong to the file,
-/// under
-///   its own lock. No thread waits for that one while it has the interpreter's, so that the two
-///   cannot lock each other out.
+///   with its own lock. No thread waits for that one while it has the interpreter's, so that the
+///   two cannot lock each other out. A process is forked while no thread has it.
 /// - close() has both.
 class Inspection {
   public:
@@ -140,7 +140,7 @@ class Inspection {
     Input input_;
     corvinex::inspect::RecordOptions options_;
     bool isSelective_;
-    mutable std::mutex mutex_;
+    mutable ForkSafeMutex mutex_;
     std::optional<corvinex::inspect::File> file_;
 };
 

@@ -276,6 +276,36 @@ def test_a_forked_process_may_use_what_was_opened() -> None:
     assert os.waitpid(child, 0)[1] == 0
 
 
+def test_a_forked_process_may_use_what_another_thread_was_reading(tmp_path: pathlib.Path) -> None:
+    path = tmp_path / "stack.tif"
+    path.write_bytes(many_pages(5_000))
+    program = """
+import os, sys, threading, corvinex
+file = corvinex.inspect(sys.argv[1])
+length = len(file.to_json())
+is_over = False
+def read():
+    while not is_over:
+        file.to_json()
+threads = [threading.Thread(target=read) for _ in range(2)]
+for thread in threads:
+    thread.start()
+for _ in range(20):
+    child = os.fork()
+    if child == 0:
+        is_read = len(file.to_json()) == length
+        file.close()
+        os._exit(0 if is_read else 1)
+    assert os.waitpid(child, 0)[1] == 0
+is_over = True
+for thread in threads:
+    thread.join()
+"""
+    child = run(program, str(path))
+    assert child.communicate(timeout=60) == ("", "")
+    assert child.returncode == 0
+
+
 def test_what_does_not_fit_into_memory_is_a_memory_error(tmp_path: pathlib.Path) -> None:
     path = tmp_path / "large.tif"
     length = 100 * 2**20
