@@ -21,6 +21,7 @@
 #include "python/binding/entry_value.h"
 #include "python/binding/inspection.h"
 #include "python/binding/rational.h"
+#include "python/binding/refused_memory.h"
 #include "python/binding/word.h"
 #include "tool/tag_catalog.h"
 
@@ -229,7 +230,8 @@ void bindInspection(py::module_& extension) {
     bindRational(extension);
     bindEntry(extension);
     py::class_<Inspection>(extension, "Inspection",
-                           "A file that is open for inspection. Any number of threads may use it.")
+                           "A file that is open for inspection. Any number of threads may use it.",
+                           refusingWithoutMemory())
         .def(py::init(&openInspection), py::arg("content"), py::arg("descriptor"), py::arg("name"),
              py::arg("header_offset"), py::arg("tags"))
         .def_property_readonly("closed", &Inspection::isClosed)

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "python/binding/bindings.h"
+#include "python/binding/refused_memory.h"
 #include "python/binding/without_gil.h"
 #include "tool/path_list.h"
 
@@ -55,7 +56,8 @@ class Listing {
 
 void bindListing(py::module_& extension) {
     py::class_<Listing>(extension, "Listing",
-                        "The files below operands, in the order in which the tool reads them.")
+                        "The files below operands, in the order in which the tool reads them.",
+                        refusingWithoutMemory())
         .def(py::init<std::vector<std::string>, std::vector<std::string>, bool>(),
              py::arg("operands"), py::kw_only(), py::arg("extensions"), py::arg("follow_links"))
         .def(

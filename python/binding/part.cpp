@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "python/binding/bindings.h"
+#include "python/binding/refused_memory.h"
 #include "python/binding/without_gil.h"
 #include "tool/catalogue/catalogue_merge.h"
 #include "tool/catalogue/part_writer.h"
@@ -165,7 +166,8 @@ void bindParts(py::module_& extension) {
         },
         py::arg("name"), py::arg("header_offset"),
         "Why a file cannot be read; None for one that can.");
-    py::class_<Merge>(extension, "Merge", "Joins catalogues into a new one.")
+    py::class_<Merge>(extension, "Merge", "Joins catalogues into a new one.",
+                      refusingWithoutMemory())
         .def(py::init(&makeMerge), py::arg("path"), py::kw_only(), py::arg("started"),
              py::arg("finished"), py::arg("version"), py::arg("folder"), py::arg("max_values"),
              py::arg("header_offset"))

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "python/binding/bindings.h"
+#include "python/binding/refused_memory.h"
 #include "python/binding/texts.h"
 
 // Values become Python objects when they are asked for. Numbers, texts and cells are new objects;
@@ -220,7 +221,8 @@ py::tuple valuesOf(const py::object& self, std::size_t element) {
 void bindResult(py::module_& extension) {
     py::class_<StructArray>(
         extension, "StructArray",
-        "A struct array of the module's result, with values made when asked for.")
+        "A struct array of the module's result, with values made when asked for.",
+        refusingWithoutMemory())
         .def("__len__", &StructArray::size)
         .def_property_readonly("shape",
                                [](const StructArray& array) {
