@@ -11,6 +11,7 @@ from typing import Any
 import pandas as pd  # type: ignore[import]
 
 from corvinex import _native
+from corvinex._arguments import Key
 from corvinex._catalogue_file import (
     CatalogueError,
     allow_reading_only,
@@ -112,7 +113,7 @@ class Catalogue:
         """A row for each run of `corvinex scan`, with the index `id`."""
         return self._read("SELECT * FROM scans ORDER BY id", "scans").set_index("id")
 
-    def tags(self, name: str | int | None = None) -> pd.DataFrame:
+    def tags(self, name: Key | None = None) -> pd.DataFrame:
         """A row for each entry of a directory that has a tag, or of all without one.
 
         `name` is the tag's number, or its name by the standard or in `corvinex.read`, without
@@ -126,6 +127,8 @@ class Catalogue:
         if isinstance(name, str):
             if "." in name or (reason := _native.why_no_tag(name)):
                 raise ValueError(reason if "." not in name else f"{name!r} is no name of a tag")
+            if name[0].isdigit():  # a number as the command line takes it; no name begins so
+                return self.tags(int(name, 16 if name[:2].lower() == "0x" else 10))
             condition = "t.name = ?1 COLLATE NOCASE OR t.field = ?1 COLLATE NOCASE"
             return self._read(f"{_TAGS} WHERE {condition}{order}", "tags", (name,))
         if isinstance(name, bool) or not 0 <= operator.index(name) < 1 << 16:

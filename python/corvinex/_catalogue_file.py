@@ -37,7 +37,8 @@ def errors_told(path: str) -> Iterator[None]:
     """Turns errors of SQLite into a CatalogueError that names the catalogue."""
     try:
         yield
-    except (sqlite3.Error, OverflowError) as error:
+    # Of a damaged catalogue SQLite repeats bytes that are no text, in its messages too.
+    except (sqlite3.Error, OverflowError, UnicodeError) as error:
         raise CatalogueError(f"{path}: {error}") from error
 
 

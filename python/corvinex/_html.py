@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import html
 import itertools
+import unicodedata
 from collections.abc import Iterable, Iterator
 from typing import TYPE_CHECKING, Any, TypeVar
 
@@ -41,7 +42,16 @@ def _escaped(text: object) -> str:
     shown = str(text)
     if len(shown) > MOST_CHARACTERS:
         shown = shown[:MOST_CHARACTERS] + " …"
-    return html.escape("".join(c if c.isprintable() or c in "\n\t" else "\ufffd" for c in shown))
+    return html.escape("".join(c if _is_shown(c) else "\ufffd" for c in shown))
+
+
+def _is_shown(character: str) -> bool:
+    # Python calls no blank but one printable. Joiners shape letters, and join pictures into one.
+    return (
+        character.isprintable()
+        or character in "\n\t\u200c\u200d"
+        or unicodedata.category(character) == "Zs"
+    )
 
 
 def _row(cells: Iterable[object], tag: str = "td") -> str:

@@ -120,7 +120,8 @@ class FileDirectory:
         return f"<corvinex.FileDirectory {self.path} of {_shown(self._file)}: {len(self)} entries>"
 
     def _repr_html_(self) -> str:
-        return _html.directory_page(self)
+        is_closed = self._file.closed
+        return _html.closed_page(self._file) if is_closed else _html.directory_page(self)
 
     def __reduce__(self) -> NoReturn:
         raise TypeError("a directory belongs to its open file and cannot be pickled")

@@ -65,7 +65,6 @@ class OutOfMemory(Error, MemoryError):
 
 _OF_SYSTEM_ERROR: dict[int, type[Error]] = {
     errno.ENOENT: FileMissing,
-    errno.ENOTDIR: FileMissing,
     errno.EACCES: AccessDenied,
     errno.EPERM: AccessDenied,
     errno.EISDIR: FolderRefused,
@@ -77,8 +76,9 @@ _MISSING = "quorra:corvinex:statFailure"
 def error_from(report: Report, system_error: int, path: str | bytes) -> Error:
     """The exception for a file of that name: what the report or the system says of it."""
     report_id, arguments, text = report
-    if report_id == _MISSING:
-        system_error = errno.ENOENT
+    # The module is not asked for a name that is no UTF-8, of which the system tells the same.
+    if report_id == _MISSING or system_error in (errno.ENOENT, errno.ENOTDIR):
+        report_id, system_error = _MISSING, errno.ENOENT
     error: Error
     if system_error != 0:
         kind = _OF_SYSTEM_ERROR.get(system_error, SystemRefusal)

@@ -5,14 +5,33 @@ from __future__ import annotations
 import dataclasses
 import errno
 import io
+import mmap
 import os
 import tempfile
-from typing import Any, BinaryIO, Union
+from typing import Any, Protocol, Union
+
+import numpy
 
 from corvinex._arguments import system_name
 
+
+class Readable(Protocol):
+    """A binary file object: what open() gives, and whatever else gives all of its bytes."""
+
+    def read(self) -> bytes | bytearray | memoryview | None:
+        """All bytes; None when there are none yet."""
+
+
 Source = Union[
-    str, "os.PathLike[str]", "os.PathLike[bytes]", bytes, bytearray, memoryview, BinaryIO
+    str,
+    os.PathLike[str],
+    os.PathLike[bytes],
+    bytes,
+    bytearray,
+    memoryview,
+    mmap.mmap,
+    numpy.ndarray[Any, Any],
+    Readable,
 ]
 
 
@@ -33,9 +52,18 @@ def resolve(source: Source) -> Resolved:
     if isinstance(source, (str, os.PathLike)):
         name = os.fspath(source)
         return Resolved(name=os.fsdecode(name), system_name=system_name(name))
-    if hasattr(source, "read"):
+    # A mapping has both memory and a method to read.
+    if hasattr(source, "read") and not _has_memory(source):
         return _of_file_object(source)
     return _of_bytes(source)
+
+
+def _has_memory(source: Any) -> bool:
+    try:
+        memoryview(source).release()
+    except (TypeError, BufferError):
+        return False
+    return True
 
 
 def _of_bytes(source: Any) -> Resolved:

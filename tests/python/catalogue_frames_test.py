@@ -120,6 +120,9 @@ def test_tags_are_found_by_name_and_by_number(frames: Catalogue) -> None:
     assert set(makes.text.dropna()) == {"Example Optics"}
     pd.testing.assert_frame_equal(makes, frames.tags(271))
     pd.testing.assert_frame_equal(makes, frames.tags("make"))
+    pd.testing.assert_frame_equal(makes, frames.tags("271"))
+    pd.testing.assert_frame_equal(makes, frames.tags("0X10f"))
+    pd.testing.assert_frame_equal(makes, frames.tags(np.int64(271)))
     assert len(frames.tags("Width")) == len(frames.tags("ImageWidth")) > 0
 
 

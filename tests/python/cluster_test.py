@@ -1,5 +1,6 @@
 """A scan on a cluster of worker processes, beside the tool's on one machine."""
 
+import asyncio
 import contextlib
 import json
 import os
@@ -587,4 +588,15 @@ def test_arguments_of_other_types_are_refused_before_anything_is_written(
     arguments: dict[str, Any] = {"client": NoClient(), **options}
     with pytest.raises(TypeError):
         cluster.scan(tmp_path, out_dir=tmp_path / "out", **arguments)
+    assert not (tmp_path / "out").exists()
+
+
+def test_an_asynchronous_client_is_refused(tmp_path: Path) -> None:
+    async def scan() -> None:
+        options = {"n_workers": 0, "processes": False, "dashboard_address": None}
+        async with Client(asynchronous=True, **options) as client:  # type: ignore[no-untyped-call]
+            cluster.scan(tmp_path, client, tmp_path / "out")
+
+    with pytest.raises(TypeError, match="asynchronous"):
+        asyncio.run(asyncio.wait_for(scan(), 60))
     assert not (tmp_path / "out").exists()

@@ -107,6 +107,13 @@ def test_control_characters_do_not_reach_the_page(show: Show) -> None:
     assert texts(page, "tbody td:last-child") == ["a\ufffdb\ufffdc\ufffdd"]
 
 
+def test_blanks_and_joiners_of_all_scripts_stay_what_they_are(show: Show) -> None:
+    text = "東京\u3000太郎, 18\xa0mm, می\u200cخواهم, 👨\u200d👧"
+    content = text.encode() + b"\0"
+    page = show(corvinex.inspect(tiff([(271, 2, len(content), content)])))
+    assert texts(page, "tbody td:last-child") == [text]
+
+
 def test_a_page_is_bounded_whatever_the_file_holds(show: Show) -> None:
     page = show(corvinex.inspect(many_pages(300)))
     assert texts(page, ".more") == ["… and 250 more directories"]
@@ -150,6 +157,9 @@ def test_a_closed_file_and_one_that_is_no_image_are_shown(show: Show) -> None:
     assert texts(show(file), ".corvinex > div") == ["bytes no image, not-an-image, 8 bytes"]
     file.close()
     assert texts(show(file), ".corvinex > div") == ["bytes closed"]
+    with corvinex.inspect(tiff([])) as other:
+        directory = other.directories[0]
+    assert texts(show(directory), ".corvinex > div") == ["bytes closed"]
 
 
 def test_a_result_is_shown_with_its_first_directory_open(show: Show) -> None:

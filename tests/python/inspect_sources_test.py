@@ -79,6 +79,17 @@ def test_a_mapped_file_is_bytes(tmp_path: pathlib.Path) -> None:
             assert make_of(mapped) == "Example Optics"
 
 
+def test_a_mapping_is_not_read_as_a_file_object_though_it_has_a_position() -> None:
+    with open(PHOTO, "rb") as opened:
+        with mmap.mmap(opened.fileno(), 0, access=mmap.ACCESS_READ) as mapped:
+            mapped.seek(100)
+            with corvinex.inspect(mapped) as file:
+                assert file.size == len(mapped) and file["Make"].value == "Example Optics"
+                assert mapped.tell() == 100
+                with pytest.raises(BufferError):
+                    mapped.close()
+
+
 @pytest.mark.parametrize("content", [b"", b"no image", bytes(100), b"II*\0", b"\xff\xd8"])
 def test_bytes_that_are_no_image_or_hold_nothing_are_no_error(content: bytes) -> None:
     file = corvinex.inspect(content)

@@ -1,5 +1,6 @@
 """The report page: what it tells, and that it tells it whatever a catalogue holds."""
 
+import contextlib
 import os
 import resource
 import shutil
@@ -20,6 +21,7 @@ from report_samples import ROOT, TOOL, make_hostile_tree, scan
 from synthetic_catalogue import empty_catalogue, make
 
 from corvinex.__main__ import main
+from corvinex._catalogue_file import CatalogueError
 from corvinex.report.display import share, shortened, size, visible
 from corvinex.report.distributions import MOST_DOTS, distributions
 from corvinex.report.page import report_page
@@ -254,6 +256,36 @@ def test_a_catalogue_that_is_cut_off_is_told(
     copy.write_bytes(catalogue.read_bytes()[:40000])
     assert main(["report", str(copy), "-o", f"{tmp_path}/page.html"]) == 1
     assert capsys.readouterr().err == f"corvinex: {copy}: database disk image is malformed\n"
+
+
+def test_a_catalogue_whose_index_tells_of_rows_that_are_not_there_is_told(
+    catalogue: Path, tmp_path: Path
+) -> None:
+    copy = shutil.copy(catalogue, tmp_path / "c.sqlite")
+    of_index = "FROM sqlite_master WHERE name = 'findings_by_id'"
+    with contextlib.closing(sqlite3.connect(copy)) as database:
+        index = database.execute(f"SELECT * {of_index}").fetchone()
+    for sql, values in (
+        (f"DELETE {of_index}", ()),
+        ("DELETE FROM findings", ()),
+        ("INSERT INTO sqlite_master VALUES (?, ?, ?, ?, ?)", index),
+    ):
+        with contextlib.closing(sqlite3.connect(copy)) as database, database:
+            database.execute("PRAGMA writable_schema = ON")
+            database.execute(sql, values)
+    with pytest.raises(CatalogueError, match="malformed"):
+        report_page(copy)
+
+
+def test_a_catalogue_whose_texts_are_no_texts_is_told(changed: Change, catalogue: Path) -> None:
+    with pytest.raises(CatalogueError, match="surrogates"):
+        changed("UPDATE findings SET id = CAST(x'ff' AS TEXT) WHERE position = 0")
+    # SQLite repeats the bytes that it does not understand.
+    content = catalogue.read_bytes().replace(b"CREATE TABLE scans", b"CREATE \xffABLE scans")
+    copy = catalogue.with_name("no-text.sqlite")
+    copy.write_bytes(content)
+    with pytest.raises(CatalogueError, match="no-text.sqlite"):
+        report_page(copy)
 
 
 @pytest.mark.parametrize(

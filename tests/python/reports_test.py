@@ -68,12 +68,14 @@ def test_the_option_of_the_interpreter_makes_them_errors_too() -> None:
     assert "TagWarning: " in result.stderr.splitlines()[-1]
 
 
-def test_a_missing_file_is_a_file_not_found_error(tmp_path: pathlib.Path) -> None:
+@pytest.mark.parametrize("name", ["none.tif", "none\udcff.tif", "file\udcff/none.tif"])
+def test_a_missing_file_is_a_file_not_found_error(name: str, tmp_path: pathlib.Path) -> None:
+    (tmp_path / "file\udcff").touch()
     with pytest.raises(FileNotFoundError) as raised:
-        corvinex.read(tmp_path / "none.tif")
+        corvinex.read(tmp_path / name)
     error = raised.value
     assert isinstance(error, corvinex.Error)
-    assert (error.errno, error.filename) == (errno.ENOENT, str(tmp_path / "none.tif"))
+    assert (error.errno, error.filename) == (errno.ENOENT, str(tmp_path / name))
     assert (error.id, error.arguments) == ("quorra:corvinex:statFailure", ())
 
 

@@ -32,8 +32,8 @@ def merge(
 ) -> Merged:
     """Makes one catalogue of the parts of a scan, the same as `corvinex scan` makes of the files.
 
-    The files have their rows in the order in which the scan found them. All parts are compared with
-    their sums, and the rows are counted, before the catalogue gets its name.
+    The files have their rows in the order in which the scan found them. The catalogues of all
+    parts are compared with their sums, and the rows are counted, before the new one gets its name.
 
     :param out_dir: the folder into which `scan` has written
     :param catalogue: the name of the catalogue

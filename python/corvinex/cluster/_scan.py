@@ -89,6 +89,9 @@ def scan(
         header_offset = operator.index(header_offset)
     if not callable(getattr(client, "submit", None)):
         raise TypeError(f"the client is a distributed.Client, not {type(client).__name__}")
+    if getattr(client, "asynchronous", False):
+        # Its answers would wait for the loop that waits for them.
+        raise TypeError("the client is asynchronous; scan in a thread, with a client of its own")
     if not LEAST_PATHS <= part_size <= MOST_PATHS:
         raise ValueError(
             f"part_size is {part_size}; a part has from {LEAST_PATHS} to {MOST_PATHS} files"

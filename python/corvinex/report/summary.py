@@ -190,9 +190,10 @@ def _findings(database: sqlite3.Connection) -> tuple[FindingTotal, ...]:
 
 
 def _finding(database: sqlite3.Connection, rule: str, count: int, files: int) -> FindingTotal:
-    severity: str = database.execute(
-        "SELECT severity FROM findings WHERE id = ? LIMIT 1", (rule,)
-    ).fetchone()[0]
+    row = database.execute("SELECT severity FROM findings WHERE id = ? LIMIT 1", (rule,)).fetchone()
+    if row is None:
+        raise sqlite3.DatabaseError("an index is malformed: it tells of rows that are not there")
+    severity: str = row[0]
     examples = tuple(
         Example(_name(file, file_bytes), directory, text)
         for file, file_bytes, directory, text in database.execute(_EXAMPLES, (rule, MOST_EXAMPLES))
