@@ -351,6 +351,8 @@ TEST_F(InspectCommand, FailsForWhatIsNoImageAndForWhatCannotBeRead) {
               std::string::npos)
         << result.out;
     EXPECT_NE(result.out.find("missing.tif: could not be read\n\n"), std::string::npos);
+    const std::string empty = folder.file("empty.tif", "");
+    EXPECT_EQ(runTool({"inspect", empty}).out, empty + ": no image, the file is empty\n");
     EXPECT_EQ(runTool({"inspect"}).exitStatus, 2);
     EXPECT_EQ(runTool({"inspect", good}, Output::DevFull).exitStatus, 3);
 }
