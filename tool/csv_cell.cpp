@@ -1,7 +1,6 @@
 #include "tool/csv_cell.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <concepts>
 #include <limits>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "inspect/interpretation.h"
+#include "inspect/reading/number_text.h"
 #include "inspect/record/value_json.h"
 
 namespace tool {
@@ -21,14 +21,14 @@ using corvinex::inspect::Value;
 
 constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
 
-/// The shortest decimal that reads back.
+/// The fewest digits that read back.
 template <class Number>
 std::string numberText(Number number) {
-    constexpr std::size_t longest = 32;
-    std::string text(longest, '\0');
-    const auto result = std::to_chars(text.data(), text.data() + text.size(), number);
-    text.resize(static_cast<std::size_t>(result.ptr - text.data()));
-    return text;
+    if constexpr (std::floating_point<Number>) {
+        return corvinex::inspect::reading::shortestText(number);
+    } else {
+        return std::to_string(number);
+    }
 }
 
 template <class Number>

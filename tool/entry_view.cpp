@@ -1,8 +1,5 @@
 #include "tool/entry_view.h"
 
-#include <array>
-#include <charconv>
-#include <cmath>
 #include <concepts>
 #include <limits>
 #include <optional>
@@ -43,13 +40,7 @@ void append(std::string& line, Number number) {
 
 template <std::floating_point Number>
 void append(std::string& line, Number number) {
-    if (!std::isfinite(number)) {
-        line += reading::shortestText(static_cast<double>(number));
-        return;
-    }
-    std::array<char, 32> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-    line.append(digits.data(), end);
+    line += reading::shortestText(number);
 }
 
 template <class Number>

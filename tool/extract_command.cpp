@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <fstream>
@@ -95,10 +96,22 @@ class NotThere : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// Where a block may stand that programs write into a JPEG, but not into its EXIF block.
+std::string besideExif(const File& file, const std::string& tag) {
+    static constexpr std::array<std::uint16_t, 4> blocks{700, 33723, 34377, 34675};
+    const auto numbers = numbersMeantBy(tag);
+    const bool isBlock = std::ranges::any_of(numbers, [](std::uint16_t number) {
+        return std::ranges::find(blocks, number) != blocks.end();
+    });
+    return isBlock && file.container() == corvinex::inspect::Container::Jpeg
+               ? "; beside the EXIF block of a JPEG it is not looked for"
+               : "";
+}
+
 Extract valueOf(const File& file, const std::string& tag) {
     const Entry* const entry = findEntry(file, tag);
     if (entry == nullptr) {
-        throw NotThere("the file has no tag " + tag);
+        throw NotThere("the file has no tag " + tag + besideExif(file, tag));
     }
     const std::string name = std::string(entry->name().empty() ? "tag" : entry->name()) + " (" +
                              std::to_string(entry->number()) + ')';

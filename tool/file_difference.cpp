@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "inspect/interpretation.h"
 #include "inspect/reading/number_text.h"
 #include "inspect/value_budget.h"
 #include "tool/directory_pairs.h"
@@ -46,6 +47,20 @@ bool tellsPositions(const Entry& entry) {
                         (fact->encoding == registry::Encoding::Pointer ||
                          (fact->encoding == registry::Encoding::Offsets && fact->unit != "byte"));
     return isTold || entry.isPointer();
+}
+
+/// Whether two values are comments of the same text. In UNICODE its bytes hang on the byte order of
+/// the file, or on that of the writer.
+bool isSameComment(const Entry& left, const Value& leftValue, const Entry& right,
+                   const Value& rightValue) {
+    const registry::TagFact* const fact = registry::findTag(left.directory().kind(), left.number());
+    if (fact == nullptr || fact->encoding != registry::Encoding::Comment) {
+        return false;
+    }
+    const auto one = corvinex::inspect::interpret(left, leftValue);
+    const auto other = corvinex::inspect::interpret(right, rightValue);
+    return !one.texts.empty() && one.texts == other.texts && one.charset == other.charset &&
+           one.rest.empty() && other.rest.empty();
 }
 
 /// How two entries of one number differ.
@@ -174,7 +189,10 @@ class Differences {
         if (!one || !other) {
             return EntryDifference{.isLeftOut = true, .values = {}};
         }
-        const auto difference = differenceOf(*one, *other);
+        auto difference = differenceOf(*one, *other);
+        if (difference && isSameComment(left, *one, right, *other)) {
+            difference.reset();
+        }
         return difference ? std::optional(EntryDifference{.isLeftOut = false, .values = difference})
                           : std::nullopt;
     }

@@ -42,6 +42,7 @@ constexpr std::uint16_t samplesPerPixel = 277;
 constexpr std::uint16_t stripByteCounts = 279;
 constexpr std::uint16_t tileOffsets = 324;
 constexpr std::uint16_t tileByteCounts = 325;
+constexpr std::uint16_t sampleFormat = 339;
 constexpr std::uint16_t geoKeyDirectory = 34735;
 constexpr std::uint16_t dngVersion = 50706;
 constexpr std::uint16_t microManagerMetadata = 51123;
@@ -161,7 +162,26 @@ std::string wordOf(const DirectorySiblings& siblings, std::uint16_t number) {
     return code ? reading::wordOrUnknown(*fact->words, *code) : "";
 }
 
-/// "8 bits", "3 x 8 bits", "5, 6, 5 bits".
+/// What the samples are when they are no unsigned integers and all the same.
+std::string_view numbersOf(const DirectorySiblings& siblings) {
+    struct Format {
+        std::uint64_t code;
+        std::string_view name;
+    };
+    static constexpr std::array formats{Format{2, "signed"}, Format{3, "float"},
+                                        Format{5, "complex integer"}, Format{6, "complex float"}};
+    const auto value = siblings.find(sampleFormat, reading::fewBytes);
+    const auto first = value ? reading::unsignedAt(*value, 0) : std::nullopt;
+    for (std::size_t i = 1; first && i < value->size(); ++i) {
+        if (reading::unsignedAt(*value, i) != first) {
+            return "";
+        }
+    }
+    const auto* const found = std::ranges::find(formats, first, &Format::code);
+    return found == formats.end() ? "" : found->name;
+}
+
+/// "8 bits", "3 x 8 bits", "5, 6, 5 bits", "32-bit float".
 std::string bitsOf(const DirectorySiblings& siblings) {
     const auto value = siblings.find(bitsPerSample, reading::fewBytes);
     if (!value || value->size() == 0) {
@@ -183,8 +203,10 @@ std::string bitsOf(const DirectorySiblings& siblings) {
         return all + " bits";
     }
     const std::uint64_t bits = *reading::unsignedAt(*value, 0);
+    const std::string_view numbers = numbersOf(siblings);
     return (samples > 1 ? std::to_string(samples) + " x " : "") +
-           reading::countText(bits, "bit", "bits");
+           (numbers.empty() ? reading::countText(bits, "bit", "bits")
+                            : std::to_string(bits) + "-bit " + std::string(numbers));
 }
 
 /// Strips or tiles and how many bytes they take.
@@ -242,11 +264,12 @@ std::string phraseOf(const File& file) {
         std::string taken = textOf(facts, "taken");
         std::ranges::replace(taken, 'T', ' ');
         add(phrase, taken);
-        const auto* const latitude = findFact<double>(facts, "latitude");
-        const auto* const longitude = findFact<double>(facts, "longitude");
-        if (latitude != nullptr && longitude != nullptr) {
-            add(phrase, coordinate(*latitude, 'N', 'S') + ' ' + coordinate(*longitude, 'E', 'W'));
-        }
+    }
+    // Maps and scans have a GPS directory as well, without one for EXIF.
+    const auto* const latitude = findFact<double>(facts, "latitude");
+    const auto* const longitude = findFact<double>(facts, "longitude");
+    if (latitude != nullptr && longitude != nullptr) {
+        add(phrase, coordinate(*latitude, 'N', 'S') + ' ' + coordinate(*longitude, 'E', 'W'));
     }
     const std::uint64_t reduced =
         readIfPossible([&] { return std::optional(reducedImages(file)); }).value_or(0);

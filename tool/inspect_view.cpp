@@ -96,7 +96,9 @@ class FileWriter {
         };
         if (!file_.container()) {
             writeText(view_.terminal.painted(Ink::Heading, name_) + ": ", columnsOf(name_) + 2,
-                      "no image, neither TIFF nor JPEG, " + reading::byteCountText(file_.size()));
+                      file_.size() == 0 ? "no image, the file is empty"
+                                        : "no image, neither TIFF nor JPEG, " +
+                                              reading::byteCountText(file_.size()));
             return;
         }
         add(containerName(*file_.container()));

@@ -8,6 +8,8 @@
 #include <limits>
 #include <string_view>
 
+#include "inspect/reading/number_text.h"
+
 namespace tool {
 namespace {
 
@@ -15,16 +17,12 @@ char* copied(std::string_view text, char* place) {
     return std::copy(text.begin(), text.end(), place);
 }
 
-/// Whether the shortest text of a number is that of the integer it is, which costs a fraction of
-/// finding it: most numbers in files are. Those with five zeros at the end may be shorter with an
-/// exponent, and zero may have a sign.
+/// Whether all digits of a number are those of the integer it is, which cost a fraction of finding
+/// the fewest: most numbers in files are. Zero may have a sign.
 bool isPlainInteger(double value) {
     constexpr double exact = std::uint64_t{1} << std::numeric_limits<double>::digits;
-    if (!(std::abs(value) < exact)) {
-        return false;
-    }
-    const auto integer = static_cast<std::int64_t>(value);
-    return static_cast<double>(integer) == value && integer % 100000 != 0;
+    return std::abs(value) < exact && value != 0 &&
+           static_cast<double>(static_cast<std::int64_t>(value)) == value;
 }
 
 }  // namespace
@@ -35,12 +33,12 @@ std::string numberText(double value) {
 }
 
 char* writeNumberText(double value, char* place) {
-    char* const end = place + longestNumberText;
     if (isPlainInteger(value)) {
-        return std::to_chars(place, end, static_cast<std::int64_t>(value)).ptr;
+        return std::to_chars(place, place + longestNumberText, static_cast<std::int64_t>(value))
+            .ptr;
     }
     if (std::isfinite(value)) {
-        return std::to_chars(place, end, value).ptr;
+        return corvinex::inspect::reading::writeShortestText(value, place);
     }
     if (std::isnan(value)) {
         return copied("NaN", place);

@@ -26,6 +26,8 @@ constexpr std::array shortNames{
     ShortName{"iptc", "IPTC_NAA"},
     ShortName{"geokeys", "GeoKeyDirectory"},
     ShortName{"photoshop", "ImageResources"},
+    // Of the standard's names one holds in EXIF directories, the other in main ones.
+    ShortName{"iso", "ISOSpeedRatings"},
 };
 
 std::string_view fieldName(std::span<const TagRow> rows, std::uint16_t number) {

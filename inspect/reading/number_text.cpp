@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <concepts>
 #include <cstddef>
 
 namespace corvinex::inspect::reading {
@@ -11,13 +12,34 @@ namespace {
 
 /// Up to here every digit of a double is shown; beyond, most of them would mean nothing.
 constexpr double mostShown = 1e15;
+/// Below this a number has an exponent. With it the longest text is a sign, "0.", four zeros and 17
+/// digits.
+constexpr double leastShown = 1e-5;
 constexpr int mostDecimals = 12;
 
-template <class Number>
+template <std::integral Number>
 std::string allDigits(Number value) {
     std::array<char, 32> text{};
     char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
     return {text.data(), end};
+}
+
+template <std::floating_point Number>
+char* writeDigits(Number value, char* place) {
+    char* const end = place + longestShortestText;
+    const auto size = static_cast<double>(std::abs(value));
+    return size >= leastShown && size < mostShown
+               ? std::to_chars(place, end, value, std::chars_format::fixed).ptr
+               : std::to_chars(place, end, value).ptr;
+}
+
+template <std::floating_point Number>
+std::string shortestDigits(Number value) {
+    if (!std::isfinite(value)) {
+        return std::isnan(value) ? "NaN" : value > 0 ? "Infinity" : "-Infinity";
+    }
+    std::array<char, longestShortestText> text{};
+    return {text.data(), writeDigits(value, text.data())};
 }
 
 }  // namespace
@@ -51,10 +73,15 @@ std::optional<std::string> decimalText(double value) {
 }
 
 std::string shortestText(double value) {
-    if (!std::isfinite(value)) {
-        return std::isnan(value) ? "NaN" : value > 0 ? "Infinity" : "-Infinity";
-    }
-    return allDigits(value);
+    return shortestDigits(value);
+}
+
+std::string shortestText(float value) {
+    return shortestDigits(value);
+}
+
+char* writeShortestText(double value, char* place) {
+    return writeDigits(value, place);
 }
 
 std::string integerText(std::uint64_t value) {

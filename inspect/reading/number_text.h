@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <optional>
@@ -17,9 +18,16 @@ namespace corvinex::inspect::reading {
 /// The same with as many decimals as give six significant digits, at most 12.
 [[nodiscard]] std::optional<std::string> decimalText(double value);
 
-/// The shortest text that reads back to the same number: "298.257223563", "1e+300", "NaN",
-/// "Infinity".
+/// The fewest digits that read back to the same number, with an exponent only where a person could
+/// not count the zeros: "500000", "298.257223563", "0.0001", "1e+300", "NaN", "Infinity".
 [[nodiscard]] std::string shortestText(double value);
+[[nodiscard]] std::string shortestText(float value);
+
+/// Most characters that shortestText gives.
+inline constexpr std::size_t longestShortestText = 24;
+/// Writes the same for a finite number to a place with room for the longest; gives the end of what
+/// is written.
+char* writeShortestText(double value, char* place);
 
 /// All digits: "65535".
 [[nodiscard]] std::string integerText(std::uint64_t value);

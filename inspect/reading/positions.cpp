@@ -20,9 +20,9 @@ constexpr double largestPart = 1e6;
 /// A whole number, sixtieths of it and sixtieths of these, of which the last may be missing.
 std::optional<double> sexagesimalOf(const Value& value) {
     constexpr std::size_t mostParts = 3;
+    // From the smallest part on, so that less is lost: 151 deg 12' 55.08" is 151.2153.
     double sum = 0;
-    double unit = 1;
-    for (std::size_t part = 0; part < std::min(value.size(), mostParts); ++part) {
+    for (std::size_t part = std::min(value.size(), mostParts); part-- > 0;) {
         const auto number = numberAt(value, part);
         if (number && !(std::abs(*number) <= largestPart)) {
             return std::nullopt;
@@ -30,8 +30,7 @@ std::optional<double> sexagesimalOf(const Value& value) {
         if (!number && part == 0) {
             return std::nullopt;
         }
-        sum += number.value_or(0) * unit;
-        unit /= inWhole;
+        sum = number.value_or(0) + sum / inWhole;
     }
     return value.size() == 0 || charactersOf(value) ? std::nullopt : std::optional(sum);
 }

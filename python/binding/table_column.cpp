@@ -29,6 +29,8 @@ constexpr std::array factKinds{
     FactKind{"longitude", ColumnKind::Number}, FactKind{"altitude", ColumnKind::Number},
 };
 
+constexpr std::uint16_t photographicSensitivity = 34855;
+
 constexpr std::array integerTypes{
     FieldType::Byte,  FieldType::SByte, FieldType::Short,  FieldType::SShort, FieldType::Long,
     FieldType::SLong, FieldType::Long8, FieldType::SLong8, FieldType::Ifd,    FieldType::Ifd8};
@@ -50,8 +52,10 @@ ColumnKind kindOf(DirectoryKind directory, const TagFact* fact) {
     if (fact->encoding == Encoding::DateTime || fact->encoding == Encoding::Date) {
         return ColumnKind::Time;
     }
-    const bool isText = fact->words != nullptr || allowsOneOf(*fact, otherTypes) ||
-                        !corvinex::registry::isScalar(directory, fact->number);
+    // The standard lets a sensitivity have several numbers; cameras give one.
+    const bool isOne = corvinex::registry::isScalar(directory, fact->number) ||
+                       fact->number == photographicSensitivity;
+    const bool isText = fact->words != nullptr || allowsOneOf(*fact, otherTypes) || !isOne;
     if (isText) {
         return ColumnKind::Text;
     }

@@ -82,10 +82,11 @@ def table(
     Without tags there is a useful set.
 
     The type of a column follows from the tag, whatever the files hold: Int64 where it is one
-    integer, float64 where it is one rational or floating-point number, datetime64[ns] for dates (as
-    the clock showed them), string for everything else: texts, words instead of codes, and several
-    numbers parted by blanks. What a file does not hold, and what does not fit the type, is missing.
-    max_values cuts values that become strings to so many numbers or characters.
+    integer or the ISO sensitivity, float64 where it is one rational or floating-point number,
+    datetime64[ns] for dates (as the clock showed them), string for everything else: texts, words
+    instead of codes, and several numbers parted by blanks. What a file does not hold, and what does
+    not fit the type, is missing. max_values cuts values that become strings to so many numbers or
+    characters.
 
     jobs threads read; by default as many as there are processors. A file that cannot be read is a
     row too: nothing but its name, its status and its findings. Latitudes and longitudes are in
@@ -105,6 +106,10 @@ def table(
         raise ModuleNotFoundError(hint, name=error.name) from None
 
     names = _names(tags)
+    headings = [*FIRST_COLUMNS, *names]
+    if len(set(headings)) < len(headings):
+        twice = next(name for name in headings if headings.count(name) > 1)
+        raise ValueError(f'the column "{twice}" is asked for twice')
     threads = _checked(jobs, "jobs", 1) or len(os.sched_getaffinity(0))
     columns = _native.read_table(
         _operands(paths),
@@ -113,10 +118,6 @@ def table(
         _checked(max_values, "max_values", 0),
         pandas.NA,
     )
-    headings = [*FIRST_COLUMNS, *names]
-    if len(set(headings)) < len(headings):
-        twice = next(name for name in headings if headings.count(name) > 1)
-        raise ValueError(f'the column "{twice}" is asked for twice')
     return pandas.DataFrame(
         {heading: _column(*column) for heading, column in zip(headings, columns)}
     )

@@ -182,6 +182,33 @@ TEST_F(DiffCommand, ComparesTextsWithoutTheZerosAtTheirEnd) {
               "         (they differ from byte 5 on)\n");
 }
 
+TEST_F(DiffCommand, ComparesCommentsByTheirTextInWhateverByteOrder) {
+    constexpr std::uint64_t userComment = 37510;
+    const auto comment = [](TiffBytes::Order order, std::string_view charset, unsigned last) {
+        return TiffBytes(order)
+            .header(8)
+            .count(1)
+            .entry(34665, longType, 1, 26)
+            .offset(0)
+            .count(1)
+            .entry(userComment, undefined, 12, 44)
+            .offset(0)
+            .raw(charset)
+            .number('a', 2)
+            .number(last, 2)
+            .bytes();
+    };
+    constexpr std::string_view unicode("UNICODE\0", 8);
+    const std::string little = comment(TiffBytes::Little, unicode, 'b');
+    EXPECT_EQ(differences(little, comment(TiffBytes::Big, unicode, 'b')), "");
+    EXPECT_EQ(differences(little, comment(TiffBytes::Big, unicode, 'c')),
+              "\n0.exif:\n- 37510  UserComment                 ab\n"
+              "+ 37510  UserComment                 ac\n");
+    EXPECT_NE(
+        differences(little, comment(TiffBytes::Little, std::string_view("ASCII\0\0\0", 8), 'b')),
+        "");
+}
+
 TEST_F(DiffCommand, TellsInWhatValuesDifferThatAreShownAlike) {
     std::string numbers(4000, '\1');
     std::string others = numbers;

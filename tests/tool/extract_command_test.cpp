@@ -127,6 +127,9 @@ TEST(ExtractCommand, TellsWhatTheFileDoesNotHold) {
     const TemporaryFolder folder;
     const std::string file = folder.file("a.tif", blocks(TiffBytes::Little));
     const std::string text = folder.file("b.txt", "no image");
+    const std::string photo = folder.file(
+        "c.jpg",
+        tool_test::jpegAround(TiffBytes().header(8).count(1).shortEntry(274, 1).offset(0).bytes()));
     const struct {
         std::string tag;
         std::string file;
@@ -136,6 +139,9 @@ TEST(ExtractCommand, TellsWhatTheFileDoesNotHold) {
         {"65333", file, "the file has no tag 65333"},
         {"XMP", file, "the value of XMP (700) does not lie in the file"},
         {"IPTC", file, "IPTC_NAA (33723) has no value"},
+        {"Make", photo, "the file has no tag Make"},
+        {"ICC", photo,
+         "the file has no tag ICCProfile; beside the EXIF block of a JPEG it is not looked for"},
         {"XMP", text, "no TIFF, BigTIFF or JPEG file"},
         {"XMP", folder.path("missing"), "No such file or directory"},
     };

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -170,6 +171,47 @@ TEST_F(InspectCommand, TellsTheCitationOfACoordinateSystemWithoutACode) {
     EXPECT_NE(registered.find("GeoTIFF, EPSG:32633\n"), std::string::npos) << registered;
 }
 
+TEST_F(InspectCommand, TellsWhereAPictureWithoutExifWasTaken) {
+    const TiffBytes gps = TiffBytes()
+                              .count(4)
+                              .entry(1, 2, 2, 'S')
+                              .entry(2, 5, 3, behind(1) + 54)
+                              .entry(3, 2, 2, 'E')
+                              .entry(4, 5, 3, behind(1) + 54)
+                              .offset(0);
+    TiffBytes degrees;
+    degrees.number(33, 4).number(1, 4).number(30, 4).number(1, 4).number(0, 4).number(1, 4);
+    const std::string bytes =
+        fileOf(1, TiffBytes().entry(34853, 4, 1, behind(1)), gps.bytes() + degrees.bytes());
+    const std::string out = inspected(bytes);
+    EXPECT_EQ(out.substr(0, out.find('\n')),
+              "TIFF, little-endian, 104 bytes, 1 page, 33.5 S 33.5 E");
+}
+
+TEST_F(InspectCommand, TellsWhatKindOfNumbersThePixelsAre) {
+    const auto heading = [&](std::uint64_t format) {
+        const std::string out =
+            inspected(fileOf(5, smallRows().shortEntry(258, 16).shortEntry(339, format)));
+        const std::size_t start = out.find("0: ");
+        return out.substr(start, out.find('\n', start) - start);
+    };
+    EXPECT_EQ(heading(1), "0: image 640 x 480, 16 bits, LZW, 5 entries");
+    EXPECT_EQ(heading(2), "0: image 640 x 480, 16-bit signed, LZW, 5 entries");
+    EXPECT_EQ(heading(3), "0: image 640 x 480, 16-bit float, LZW, 5 entries");
+    EXPECT_EQ(heading(6), "0: image 640 x 480, 16-bit complex float, LZW, 5 entries");
+    EXPECT_EQ(heading(9), "0: image 640 x 480, 16 bits, LZW, 5 entries");
+}
+
+TEST_F(InspectCommand, PrintsNumbersWithAllTheirDigitsWhereTheyCanBeRead) {
+    TiffBytes numbers;
+    for (const double number : {500000.0, 0.0001, 1e300}) {
+        numbers.number(std::bit_cast<std::uint64_t>(number), 8);
+    }
+    const std::string out =
+        inspected(fileOf(1, TiffBytes().entry(33550, 12, 3, behind(1)), numbers.bytes()));
+    EXPECT_NE(out.find("ModelPixelScale  500000, 0.0001, 1e+300\n"), std::string::npos) << out;
+}
+
 TEST_F(InspectCommand, SaysWhyAnEntryHasNoValue) {
     const auto rows = TiffBytes().entry(270, 2, 0, 0).entry(271, 2, 100, 5000).entry(305, 2, 1, 0);
     const std::string out = inspected(fileOf(3, rows));
@@ -309,6 +351,8 @@ TEST_F(InspectCommand, FailsForWhatIsNoImageAndForWhatCannotBeRead) {
               std::string::npos)
         << result.out;
     EXPECT_NE(result.out.find("missing.tif: could not be read\n\n"), std::string::npos);
+    const std::string empty = folder.file("empty.tif", "");
+    EXPECT_EQ(runTool({"inspect", empty}).out, empty + ": no image, the file is empty\n");
     EXPECT_EQ(runTool({"inspect"}).exitStatus, 2);
     EXPECT_EQ(runTool({"inspect", good}, Output::DevFull).exitStatus, 3);
 }

@@ -39,6 +39,11 @@ TEST(TagsCommand, PrintsATagByItsNameByItsFieldOfTheResultOrByItsNumber) {
     EXPECT_EQ(runTool({"tags", "icc"}).out, runTool({"tags", "ICCProfile"}).out);
 }
 
+TEST(TagsCommand, KnowsShortNames) {
+    EXPECT_EQ(runTool({"tags", "ISO"}).out, runTool({"tags", "34855"}).out);
+    EXPECT_EQ(runTool({"tags", "icc"}).out, runTool({"tags", "34675"}).out);
+}
+
 TEST(TagsCommand, PrintsTheWordsOfCodesFlagsAndTexts) {
     const std::string predictor = runTool({"tags", "Predictor"}).out;
     EXPECT_NE(predictor.find("  words\n    1  None\n    2  Horizontal differencing\n"),

@@ -52,7 +52,7 @@ TEST(TextDisplay, Utf8IsShownAsItsUtf16Is) {
     }
 }
 
-TEST(NumberText, IsTheShortestThatReadsBack) {
+TEST(NumberText, HasTheFewestDigitsThatReadBack) {
     EXPECT_EQ(tool::numberText(8), "8");
     EXPECT_EQ(tool::numberText(0.1), "0.1");
     EXPECT_EQ(tool::numberText(-2.5), "-2.5");
@@ -60,7 +60,12 @@ TEST(NumberText, IsTheShortestThatReadsBack) {
     EXPECT_EQ(tool::numberText(0), "0");
     EXPECT_EQ(tool::numberText(-0.0), "-0");
     EXPECT_EQ(tool::numberText(99999), "99999");
-    EXPECT_EQ(tool::numberText(100000), "1e+05");
+    EXPECT_EQ(tool::numberText(100000), "100000");
+    EXPECT_EQ(tool::numberText(0.0001), "0.0001");
+    EXPECT_EQ(tool::numberText(0.00001), "0.00001");
+    EXPECT_EQ(tool::numberText(0.000009), "9e-06");
+    EXPECT_EQ(tool::numberText(-0.000012345678901234567), "-0.000012345678901234568");
+    EXPECT_EQ(tool::numberText(1e16), "1e+16");
     EXPECT_EQ(tool::numberText(-123456789), "-123456789");
     EXPECT_EQ(tool::numberText(9007199254740991), "9007199254740991");
     EXPECT_EQ(tool::numberText(9007199254740992), "9007199254740992");

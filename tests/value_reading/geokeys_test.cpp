@@ -41,12 +41,12 @@ TEST(GeoKeys, UnknownKeysAndCodesKeepTheirNumbers) {
 }
 
 TEST(GeoKeys, NumbersAndTextsStandInOtherTags) {
-    EXPECT_EQ(
-        keysReading({1, 1, 0, 3, 1026, 34737, 10, 0, 3080, 34736, 1, 1, 2062, 34736, 3, 0},
-                    {{34736, doubles({0.5, -123.25, 1e300})}, {34737, ascii("UTM zone |rest|")}}),
-        "GTCitationGeoKey: \"UTM zone\"\n"
-        "ProjNatOriginLongGeoKey: -123.25\n"
-        "GeogTOWGS84GeoKey: 0.5, -123.25, 1e+300");
+    EXPECT_EQ(keysReading({1, 1, 0, 3, 1026, 34737, 10, 0, 3080, 34736, 1, 1, 2062, 34736, 4, 0},
+                          {{34736, doubles({0.5, -123.25, 500000, 1e300})},
+                           {34737, ascii("UTM zone |rest|")}}),
+              "GTCitationGeoKey: \"UTM zone\"\n"
+              "ProjNatOriginLongGeoKey: -123.25\n"
+              "GeogTOWGS84GeoKey: 0.5, -123.25, 500000, 1e+300");
 }
 
 TEST(GeoKeys, ValuesOutsideOfTheirTagsAreNotKnown) {

@@ -31,6 +31,13 @@ TEST(GpsCoordinate, DecimalPartsAreSpreadOverMinutesAndSeconds) {
     EXPECT_EQ(gpsReading(2, doubles({59.5})), "59 deg 30' 0.00\"");
 }
 
+TEST(GpsCoordinate, DegreesAreThoseThatTheirDecimalsTell) {
+    using corvinex::inspect::reading::degreesOf;
+    EXPECT_EQ(degreesOf(rationals({{151, 1}, {12, 1}, {5508, 100}}).value()), 151.2153);
+    EXPECT_EQ(degreesOf(rationals({{48, 1}, {53323, 1000}}).value()), 48.88871666666667);
+    EXPECT_EQ(degreesOf(rationals({{59, 1}, {30, 1}, {0, 0}}).value()), 59.5);
+}
+
 TEST(GpsCoordinate, SecondsAreRoundedIntoTheNextMinute) {
     EXPECT_EQ(gpsReading(2, rationals({{59, 1}, {59, 1}, {59999, 1000}})), "60 deg 0' 0.00\"");
 }
