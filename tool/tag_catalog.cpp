@@ -161,7 +161,11 @@ std::string noSuchTag(std::string_view word) {
     const std::vector<std::string_view> views(lower.begin(), lower.end());
     const std::string asked = lowered(behindPath(word));
     std::string text = "there is no tag \"" + std::string(word) + '"';
-    if (const auto nearest = nearestName(asked, views)) {
+    if (word.find('.') != std::string_view::npos && isDirectoryPath(lowered(word))) {
+        text.append(": it is the path of a directory, and a tag follows it, as in \"")
+            .append(word)
+            .append(".Make\"");
+    } else if (const auto nearest = nearestName(asked, views)) {
         const auto place = std::ranges::find(views, *nearest) - views.begin();
         text.append("; the nearest is \"")
             .append(names[static_cast<std::size_t>(place)])

@@ -241,6 +241,12 @@ TEST(CsvCommand, RefusesATagOrAFactThatNobodyKnows) {
               "corvinex: there is no tag \"0.Foo.Make\": no directory has a path such as "
               "\"0.Foo\"\n"
               "corvinex: --help tells what can be given\n");
+    const auto whole = runTool({"csv", "--tag", "0.exif", "a.tif"});
+    EXPECT_EQ(whole.exitStatus, 2);
+    EXPECT_EQ(whole.err,
+              "corvinex: there is no tag \"0.exif\": it is the path of a directory, and a tag "
+              "follows it, as in \"0.exif.Make\"\n"
+              "corvinex: --help tells what can be given\n");
     EXPECT_EQ(runTool({"csv", "--tag", "file.weight", "a.tif"}).exitStatus, 2);
     EXPECT_EQ(runTool({"csv", "--tag", "", "a.tif"}).exitStatus, 2);
     EXPECT_EQ(runTool({"csv", "--tag", "65536", "a.tif"}).exitStatus, 2);
