@@ -229,9 +229,8 @@ py::str jsonOf(const Inspection& inspection) {
 void bindInspection(py::module_& extension) {
     bindRational(extension);
     bindEntry(extension);
-    py::class_<Inspection>(extension, "Inspection",
-                           "A file that is open for inspection. Any number of threads may use it.",
-                           refusingWithoutMemory())
+    addClass<Inspection>(extension, "Inspection",
+                         "A file that is open for inspection. Any number of threads may use it.")
         .def(py::init(&openInspection), py::arg("content"), py::arg("descriptor"), py::arg("name"),
              py::arg("header_offset"), py::arg("tags"))
         .def_property_readonly("closed", &Inspection::isClosed)

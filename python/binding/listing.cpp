@@ -55,9 +55,8 @@ class Listing {
 }  // namespace
 
 void bindListing(py::module_& extension) {
-    py::class_<Listing>(extension, "Listing",
-                        "The files below operands, in the order in which the tool reads them.",
-                        refusingWithoutMemory())
+    addClass<Listing>(extension, "Listing",
+                      "The files below operands, in the order in which the tool reads them.")
         .def(py::init<std::vector<std::string>, std::vector<std::string>, bool>(),
              py::arg("operands"), py::kw_only(), py::arg("extensions"), py::arg("follow_links"))
         .def(

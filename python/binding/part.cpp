@@ -166,8 +166,7 @@ void bindParts(py::module_& extension) {
         },
         py::arg("name"), py::arg("header_offset"),
         "Why a file cannot be read; None for one that can.");
-    py::class_<Merge>(extension, "Merge", "Joins catalogues into a new one.",
-                      refusingWithoutMemory())
+    addClass<Merge>(extension, "Merge", "Joins catalogues into a new one.")
         .def(py::init(&makeMerge), py::arg("path"), py::kw_only(), py::arg("started"),
              py::arg("finished"), py::arg("version"), py::arg("folder"), py::arg("max_values"),
              py::arg("header_offset"))

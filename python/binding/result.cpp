@@ -219,10 +219,8 @@ py::tuple valuesOf(const py::object& self, std::size_t element) {
 }  // namespace
 
 void bindResult(py::module_& extension) {
-    py::class_<StructArray>(
-        extension, "StructArray",
-        "A struct array of the module's result, with values made when asked for.",
-        refusingWithoutMemory())
+    addClass<StructArray>(extension, "StructArray",
+                          "A struct array of the module's result, with values made when asked for.")
         .def("__len__", &StructArray::size)
         .def_property_readonly("shape",
                                [](const StructArray& array) {
