@@ -147,10 +147,7 @@ class Directory(Mapping[str, Any]):
         return _html.result_directory_page(self)
 
     def _all_values(self) -> list[Any]:
-        values, places = _array_of(self._set).values(self._element)
-        for place in places:
-            values[place] = _finished(values[place])
-        return values
+        return _array_of(self._set).values(self._element, _finished)
 
 
 class RawDirectory(Directory):
@@ -175,13 +172,20 @@ class RawDirectory(Directory):
 class _Values(ValuesView[Any]):
     """All values at once, which takes less time than one after the other."""
 
+    __slots__ = ()
+
     _mapping: Directory
+
+    def __len__(self) -> int:
+        return len(self._mapping._set._places)
 
     def __iter__(self) -> Iterator[Any]:
         return iter(self._mapping._all_values())
 
 
 class _Items(ItemsView[str, Any]):
+    __slots__ = ()
+
     _mapping: Directory
 
     def __iter__(self) -> Iterator[tuple[str, Any]]:
