@@ -1,3 +1,4 @@
+from collections.abc import Callable
 from typing import Any, Optional
 
 version: str
