@@ -102,6 +102,20 @@ TEST_F(InspectCommand, CutsLongValuesWithTheirSizeUnlessAllIsAskedFor) {
     EXPECT_NE(whole.find("1039\n"), std::string::npos);
 }
 
+TEST_F(InspectCommand, LeavesRoomForTheCommaBehindTheLastNumberOfALine) {
+    TiffBytes numbers;
+    for (unsigned i = 0; i < 8; ++i) {
+        numbers.number(1000 + i, 2);
+    }
+    const std::string bytes = fileOf(1, TiffBytes().entry(273, 3, 8, behind(1)), numbers.bytes());
+    // With its comma the sixth number takes 58 columns.
+    const std::string whole = inspected(bytes, {"--width=57", "--all"});
+    EXPECT_NE(whole.find("  273  StripOffsets  1000, 1001, 1002, 1003, 1004,\n"
+                         "                       1005, 1006, 1007\n"),
+              std::string::npos)
+        << whole;
+}
+
 TEST_F(InspectCommand, CutsALongTextToThreeLines) {
     const std::string text = "begin" + std::string(4000, 'x') + "end";
     const std::string bytes =
