@@ -279,7 +279,7 @@ class ValueLines {
             const std::size_t comma = !isLast && separator.starts_with(',') ? 1 : 0;
             if (line.size() + comma > columns && i != 0) {
                 if (!view_.isWhole) {
-                    cell_.line(line.substr(0, uncut).append(mark_));
+                    cell_.cutLine(std::string_view(line).substr(0, uncut), mark_);
                     return;
                 }
                 cell_.line(std::string_view(line).substr(0, before));
