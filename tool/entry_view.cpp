@@ -276,9 +276,10 @@ class ValueLines {
             const std::size_t before = line.size();
             append(line, list[i]);
             const bool isLast = i + 1 == list.size();
-            if (line.size() + (isLast || view_.isWhole ? 0 : 1) > columns && i != 0) {
+            const std::size_t comma = !isLast && separator.starts_with(',') ? 1 : 0;
+            if (line.size() + comma > columns && i != 0) {
                 if (!view_.isWhole) {
-                    cell_.line(line.substr(0, uncut).append(mark_));
+                    cell_.cutLine(std::string_view(line).substr(0, uncut), mark_);
                     return;
                 }
                 cell_.line(std::string_view(line).substr(0, before));

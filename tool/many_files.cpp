@@ -145,10 +145,12 @@ ManyFiles manyFiles(const Arguments& arguments) {
     if (files.paths.operands.empty() && !files.paths.namesFrom) {
         throw UsageError("PATH is missing");
     }
-    const bool readsInput =
-        files.paths.namesFrom == InspectedFile::standardInput ||
-        std::any_of(files.paths.operands.begin(), files.paths.operands.end(), isInput);
-    if (readsInput && isatty(STDIN_FILENO) != 0) {
+    const bool hasNames = files.paths.namesFrom == InspectedFile::standardInput;
+    const bool hasFile = std::ranges::any_of(files.paths.operands, isInput);
+    if (hasNames && hasFile) {
+        throw UsageError("the standard input is either a file or the list of names");
+    }
+    if ((hasNames || hasFile) && isatty(STDIN_FILENO) != 0) {
         throw UsageError("the standard input is a terminal");
     }
     if (const auto extensions = arguments.text("ext")) {

@@ -56,11 +56,22 @@ void ValueCell::text(std::string_view text, std::size_t mostLines, std::string_v
                 continue;
             }
             const std::size_t room = columns - std::min(columns, columnsOf(cutMark));
-            const std::string_view start = columnsOf(next) <= room ? next : takeLine(before, room);
-            line(std::string(start).append(cutMark));
+            const bool isNextShown = columnsOf(next) <= room || room == 0;
+            cutLine(isNextShown ? next : takeLine(before, room), cutMark);
             return;
         } while (!left.empty());
     }
+}
+
+void ValueCell::cutLine(std::string_view start, std::string_view cutMark) {
+    const std::size_t columns = isEmpty_ ? widths_.first : widths_.others;
+    if (columnsOf(start) + columnsOf(cutMark) <= columns) {
+        line(std::string(start).append(cutMark));
+        return;
+    }
+    line(start);
+    cutMark.remove_prefix(std::min(cutMark.find_first_not_of(' '), cutMark.size()));
+    line(cutMark);
 }
 
 void ValueCell::finish() {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdint>
+#include <optional>
 
 #include "inspect/reading/elements.h"
 #include "inspect/reading/readers.h"
@@ -26,29 +28,43 @@ bool isDigit(char character) noexcept {
     return character >= '0' && character <= '9';
 }
 
-/// The number that the digits at a place make, when they are digits and it is from low to high.
-bool isNumberAt(std::string_view text, std::size_t place, std::size_t digits, int low, int high) {
+/// The number that the digits at a place make; nothing when they are no digits.
+std::optional<int> numberAt(std::string_view text, std::size_t place, std::size_t digits) {
     const std::string_view part = text.substr(place, digits);
     if (part.size() != digits || !std::ranges::all_of(part, isDigit)) {
-        return false;
+        return std::nullopt;
     }
     int number = 0;
     for (const char digit : part) {
         number = 10 * number + (digit - '0');
     }
-    return number >= low && number <= high;
+    return number;
+}
+
+bool isNumberAt(std::string_view text, std::size_t place, std::size_t digits, int most) {
+    const auto number = numberAt(text, place, digits);
+    return number && *number <= most;
+}
+
+/// Whether there is such a day. Clocks that were never set tell the year 0.
+bool isDay(std::optional<int> year, std::optional<int> month, std::optional<int> day) {
+    return year && month && day && *year != 0 &&
+           std::chrono::year_month_day(std::chrono::year(*year),
+                                       std::chrono::month(static_cast<unsigned>(*month)),
+                                       std::chrono::day(static_cast<unsigned>(*day)))
+               .ok();
 }
 
 bool isClock(std::string_view text) {
     constexpr int leapSecond = 60;
-    return text.size() == 8 && text[2] == ':' && text[5] == ':' && isNumberAt(text, 0, 2, 0, 23) &&
-           isNumberAt(text, 3, 2, 0, 59) && isNumberAt(text, 6, 2, 0, leapSecond);
+    return text.size() == 8 && text[2] == ':' && text[5] == ':' && isNumberAt(text, 0, 2, 23) &&
+           isNumberAt(text, 3, 2, 59) && isNumberAt(text, 6, 2, leapSecond);
 }
 
 bool isOffset(std::string_view text) {
     return text == "Z" ||
            (text.size() == 6 && (text[0] == '+' || text[0] == '-') && text[3] == ':' &&
-            isNumberAt(text, 1, 2, 0, 23) && isNumberAt(text, 4, 2, 0, 59));
+            isNumberAt(text, 1, 2, 23) && isNumberAt(text, 4, 2, 59));
 }
 
 std::string siblingText(const Siblings& siblings, std::uint16_t number) {
@@ -64,8 +80,8 @@ std::optional<std::string> dateOf(std::string_view text) {
     // Writers that do not follow the standard part the numbers by other signs.
     constexpr std::string_view signs = ":-/.";
     const bool isDate = text.size() == 10 && signs.find(text[4]) != std::string_view::npos &&
-                        text[7] == text[4] && isNumberAt(text, 0, 4, 1, 9999) &&
-                        isNumberAt(text, 5, 2, 1, 12) && isNumberAt(text, 8, 2, 1, 31);
+                        text[7] == text[4] &&
+                        isDay(numberAt(text, 0, 4), numberAt(text, 5, 2), numberAt(text, 8, 2));
     if (!isDate) {
         return std::nullopt;
     }

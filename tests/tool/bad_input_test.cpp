@@ -100,6 +100,17 @@ TEST_P(BadInput, AStandardInputThatIsATerminalIsBadUsage) {
     EXPECT_EQ(run({good}, Output::Captured, terminal).exitStatus, 0);
 }
 
+TEST_P(BadInput, AStandardInputThatIsFileAndListOfNamesIsBadUsage) {
+    const std::string good = folder_.file("a.tif", smallTiff());
+    const CommandResult result =
+        run({"--files0-from", "-", "-"}, Output::Captured, Input::pipe(good + '\0'));
+    EXPECT_EQ(result.exitStatus, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(result.err.starts_with(
+        "corvinex: the standard input is either a file or the list of names\n"))
+        << result.err;
+}
+
 TEST_P(BadInput, APipeOnTheStandardInputIsReadAsAFileIs) {
     const CommandResult result = run({"-"}, Output::Captured, Input::pipe(smallTiff()));
     EXPECT_EQ(result.exitStatus, 0);

@@ -102,6 +102,47 @@ TEST_F(InspectCommand, CutsLongValuesWithTheirSizeUnlessAllIsAskedFor) {
     EXPECT_NE(whole.find("1039\n"), std::string::npos);
 }
 
+TEST_F(InspectCommand, LeavesRoomForTheCommaBehindTheLastNumberOfALine) {
+    TiffBytes numbers;
+    for (unsigned i = 0; i < 8; ++i) {
+        numbers.number(1000 + i, 2);
+    }
+    const std::string bytes = fileOf(1, TiffBytes().entry(273, 3, 8, behind(1)), numbers.bytes());
+    // With its comma the sixth number takes 58 columns.
+    const std::string whole = inspected(bytes, {"--width=57", "--all"});
+    EXPECT_NE(whole.find("  273  StripOffsets  1000, 1001, 1002, 1003, 1004,\n"
+                         "                       1005, 1006, 1007\n"),
+              std::string::npos)
+        << whole;
+}
+
+TEST_F(InspectCommand, PrintsTheSizeOfACutValueBelowItsStartWhereThereIsNoRoomBeside) {
+    TiffBytes numbers;
+    for (unsigned i = 0; i < 20; ++i) {
+        numbers.number(4'000'000'000 + i, 4);
+    }
+    const std::string rationals =
+        fileOf(1, TiffBytes().entry(65001, 5, 10, behind(1)), numbers.bytes());
+    // "4000000000/4000000001 ... (10 values)" takes 37 columns.
+    EXPECT_NE(inspected(rationals, {"--width=58"})
+                  .find("  65001  SerialNumber  4000000000/4000000001\n"
+                        "                       ... (10 values)\n"),
+              std::string::npos)
+        << inspected(rationals, {"--width=58"});
+    EXPECT_NE(inspected(rationals, {"--width=60"}).find("4000000001 ... (10 values)\n"),
+              std::string::npos);
+
+    const std::string text(20'000, 'x');
+    const std::string texts = fileOf(1, TiffBytes().entry(65001, 2, text.size(), behind(1)), text);
+    const std::string row(26, 'x');
+    const std::string below = '\n' + std::string(23, ' ');
+    EXPECT_NE(inspected(texts, {"--width=49"})
+                  .find("SerialNumber  " + row + below + row + below + row + below +
+                        "... (20,000 bytes of text)\n"),
+              std::string::npos)
+        << inspected(texts, {"--width=49"});
+}
+
 TEST_F(InspectCommand, CutsALongTextToThreeLines) {
     const std::string text = "begin" + std::string(4000, 'x') + "end";
     const std::string bytes =

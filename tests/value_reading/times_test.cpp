@@ -38,7 +38,8 @@ TEST(DateTime, LeavesOutWhatIsNoFractionOrOffset) {
 
 TEST(DateTime, BlanksAndImpossibleTimesAreNotRead) {
     for (const auto* text : {"    :  :     :  :  ", "0000:00:00 00:00:00", "2024:13:05 14:07:09",
-                             "2024:03:32 14:07:09", "2024:03:05 24:07:09", "2024:03:05 14:60:09",
+                             "2024:03:32 14:07:09", "2024:02:30 14:07:09", "2023:02:29 14:07:09",
+                             "2024:04:31 14:07:09", "2024:03:05 24:07:09", "2024:03:05 14:60:09",
                              "2024:03:05", "2024:03:05 14:07", "2024:03-05 14:07:09", "",
                              "2024:03:05 14:07:09 and more", "20240305 140709"}) {
         EXPECT_EQ(mainReading(306, ascii(text)), "-") << text;
@@ -50,6 +51,8 @@ TEST(Date, ReadsWithoutATime) {
     EXPECT_EQ(gpsReading(29, ascii("2024:03:05")), "2024-03-05");
     EXPECT_EQ(gpsReading(29, ascii("2024:03:05 14:07:09")), "-");
     EXPECT_EQ(gpsReading(29, ascii("05.03.2024")), "-");
+    EXPECT_EQ(gpsReading(29, ascii("2024:02:29")), "2024-02-29");
+    EXPECT_EQ(gpsReading(29, ascii("1900:02:29")), "-");
 }
 
 }  // namespace
