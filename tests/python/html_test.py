@@ -152,6 +152,17 @@ def test_a_narrow_page_is_not_wider_than_its_window(show: Show, browser: Browser
     assert width <= 400
 
 
+def test_no_word_but_those_of_values_is_broken(show: Show) -> None:
+    page = show(corvinex.inspect(SAMPLES / "damaged.tif"))
+    page.execute_script("for (const one of document.querySelectorAll('details')) one.open = true")
+    lines = page.execute_script(
+        "const lines = one => { const range = document.createRange(); range.selectNodeContents(one);"
+        "return new Set([...range.getClientRects()].map(box => box.top)).size };"
+        "return [...document.querySelectorAll('.corvinex :is(th, td):not(:last-child)')].map(lines)"
+    )
+    assert max(lines) == 1
+
+
 def test_a_closed_file_and_one_that_is_no_image_are_shown(show: Show) -> None:
     file = corvinex.inspect(b"no image")
     assert texts(show(file), ".corvinex > div") == ["bytes no image, not-an-image, 8 bytes"]
