@@ -87,6 +87,16 @@ def test_findings_are_told_with_their_sentences(show: Show) -> None:
         assert "\t".join(cells).strip() in shown
 
 
+def test_findings_that_the_list_is_too_short_for_are_counted(show: Show) -> None:
+    rows: list[Row] = [(60000 + number, 99, 1, b"") for number in range(9)]
+    assert "9 findings" in texts(show(corvinex.inspect(tiff(rows))), "summary")
+
+
+def test_one_of_a_kind_is_counted_in_the_singular(show: Show) -> None:
+    page = show(corvinex.inspect(tiff([(60000, 99, 1, b"")])))
+    assert texts(page, "summary")[-2:] == ["1 finding", "0 1 entry"]
+
+
 def test_what_a_file_holds_is_text_and_never_a_part_of_the_page(
     show: Show, tmp_path: pathlib.Path
 ) -> None:
