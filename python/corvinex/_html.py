@@ -169,7 +169,8 @@ def _field_value(value: Any) -> str:
 def _field_fold(directory: Directory, summary: str, is_open: bool) -> str:
     rows = (_row((name, _field_value(directory[name]))) for name in _first(directory, MOST_ENTRIES))
     content = _table(("field", "value"), rows) + _more(len(directory), MOST_ENTRIES, "fields")
-    return _fold(f"<b>{_escaped(summary)}</b> {_counted(len(directory), 'field', 'fields')}", content, is_open)
+    fields = _counted(len(directory), "field", "fields")
+    return _fold(f"<b>{_escaped(summary)}</b> {fields}", content, is_open)
 
 
 def result_page(directories: Directories) -> str:
