@@ -22,6 +22,7 @@ from synthetic_catalogue import empty_catalogue, make
 
 from corvinex.__main__ import main
 from corvinex._catalogue_file import CatalogueError
+from corvinex.report import write_report
 from corvinex.report.display import share, shortened, size, visible
 from corvinex.report.distributions import MOST_DOTS, distributions
 from corvinex.report.page import report_page
@@ -338,6 +339,9 @@ def test_the_page_never_takes_the_place_of_its_catalogue(
         capsys.readouterr().err
         == f"corvinex: {tmp_path}/page.html: the page would take the catalogue's place\n"
     )
+    with pytest.raises(shutil.SameFileError, match="page.html: the page would take"):
+        write_report(catalogue, tmp_path / "page.html")
+    assert catalogue.read_bytes().startswith(b"SQLite")
 
 
 @pytest.mark.parametrize(

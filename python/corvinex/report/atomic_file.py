@@ -3,7 +3,20 @@
 import os
 import pathlib
 import secrets
+import shutil
 import stat
+
+
+def refuse_same_file(source: str | os.PathLike[str], target: str | os.PathLike[str]) -> None:
+    """Raises shutil.SameFileError, an OSError, where the page would take its catalogue's place."""
+    try:
+        is_same = os.path.samefile(source, target)
+    except OSError:
+        return  # One of them is not there, which is told where it is opened.
+    if is_same:
+        raise shutil.SameFileError(
+            f"{os.fspath(target)}: the page would take the catalogue's place"
+        )
 
 
 def write_whole(path: str | os.PathLike[str], content: bytes) -> None:
