@@ -330,6 +330,13 @@ def test_a_link_to_a_page_stays_a_link(catalogue: Path, page: str, tmp_path: Pat
     assert (tmp_path / "real/page.html").read_text("utf-8") == page
 
 
+def test_an_error_names_the_page_that_could_not_be_written(catalogue: Path, tmp_path: Path) -> None:
+    with pytest.raises(FileNotFoundError) as caught:
+        write_report(catalogue, tmp_path / "nowhere/page.html")
+    assert caught.value.filename == f"{tmp_path}/nowhere/page.html"
+    assert str(caught.value).endswith("/nowhere/page.html'")
+
+
 def test_the_page_never_takes_the_place_of_its_catalogue(
     catalogue: Path, tmp_path: Path, capsys: Capture
 ) -> None:
