@@ -34,7 +34,10 @@ std::string numberText(Number number) {
 template <class Number>
 std::string elementText(Number number) {
     if constexpr (std::floating_point<Number>) {
-        return std::isfinite(number) ? numberText(number) : "nan";
+        if (std::isinf(number)) {
+            return number > 0 ? "inf" : "-inf";
+        }
+        return std::isnan(number) ? "nan" : numberText(number);
     } else {
         return numberText(number);
     }
@@ -70,6 +73,14 @@ struct NumbersText {
         return isNumber ? text : std::string();
     }
 };
+
+/// Of bytes that nothing is known of, so that they do not look as if they were missing. What a file
+/// calls a type that there is not may be no value at all.
+std::string sizeText(const corvinex::inspect::Entry& entry, const Value& value) {
+    return !entry.type() || value.bytes().empty()
+               ? std::string()
+               : corvinex::inspect::reading::countText(value.bytes().size(), "byte", "bytes");
+}
 
 /// Of one text so many characters, of several so many texts.
 std::string joined(std::span<const std::string> texts, std::uint64_t limit) {
@@ -131,7 +142,7 @@ std::string cellText(const corvinex::inspect::Entry& entry, const Value& value,
             if (options.codesAsNumbers && corvinex::inspect::holdsCodes(entry)) {
                 break;
             }
-            return entry.text(value).value_or(std::string());
+            return entry.text(value).value_or(sizeText(entry, value));
         case Interpretation::Form::Number:
         case Interpretation::Form::Numbers:
             break;

@@ -18,6 +18,7 @@
 #include "tool/display_width.h"
 #include "tool/entry_view.h"
 #include "tool/file_phrase.h"
+#include "tool/finding_filter.h"
 #include "tool/reading_order.h"
 #include "tool/text_display.h"
 #include "tool/value_cell.h"
@@ -307,18 +308,28 @@ class FileWriter {
         return fold.last + 1;
     }
 
+    /// How many findings these stand for, those that the list was too short for among them.
+    [[nodiscard]] static std::uint64_t countOf(std::span<const Finding* const> findings) {
+        std::uint64_t count = 0;
+        for (const Finding* const finding : findings) {
+            count += tool::countOf(*finding);
+        }
+        return count;
+    }
+
     /// "2 errors, 1 note".
     [[nodiscard]] static std::string countsOf(std::span<const Finding* const> worstFirst) {
         std::string text;
         while (!worstFirst.empty()) {
             const Severity severity = worstFirst.front()->severity;
-            const auto number = static_cast<std::size_t>(std::ranges::count_if(
-                worstFirst,
-                [severity](const Finding* finding) { return finding->severity == severity; }));
+            const auto next = std::ranges::find_if(worstFirst, [severity](const Finding* finding) {
+                return finding->severity != severity;
+            });
+            const auto rows = static_cast<std::size_t>(next - worstFirst.begin());
             const std::string one(severityName(severity));
             text.append(text.empty() ? "" : ", ");
-            text += reading::countText(number, one, one + 's');
-            worstFirst = worstFirst.subspan(number);
+            text += reading::countText(countOf(worstFirst.first(rows)), one, one + 's');
+            worstFirst = worstFirst.subspan(rows);
         }
         return text;
     }
@@ -343,7 +354,7 @@ class FileWriter {
         for (const Finding& finding : file_.findings()) {
             findings.push_back(&finding);
         }
-        const std::size_t all = findings.size();
+        const std::uint64_t all = countOf(findings);
         if (view_.isSelection && view_.detail == InspectView::Detail::Entries) {
             keepSelected(findings);
         }
@@ -367,7 +378,7 @@ class FileWriter {
                 view_.terminal.painted(inkOf(finding->severity), severity) + ": ";
             writeText(head, severity.size() + 2, text.append(" [").append(finding->id).append("]"));
         }
-        if (const std::size_t others = all - findings.size(); others != 0) {
+        if (const std::uint64_t others = all - countOf(findings); others != 0) {
             writeText("", 0,
                       "(" + reading::countText(others, "other finding", "other findings") +
                           " left out; without --tag all are told)");

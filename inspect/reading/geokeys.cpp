@@ -23,6 +23,8 @@ constexpr std::uint16_t geodeticSystem = 2048;
 constexpr std::uint16_t projectedSystem = 3072;
 
 constexpr std::uint16_t projectedModel = 1;
+constexpr std::uint16_t geographicModel = 2;
+constexpr std::uint16_t geocentricModel = 3;
 constexpr std::uint16_t pixelIsPoint = 2;
 
 /// Codes from here on are those of the EPSG register, up to the one that stands for the file's own.
@@ -153,8 +155,10 @@ std::optional<std::uint16_t> epsgCodeOf(const std::vector<GeoKeyEntry>& keys) {
     const auto model = codeOf(keys, modelType);
     const auto projected = codeOf(keys, projectedSystem);
     // The geodetic system that a projected one is based on is not the system of the coordinates.
-    const bool isProjected = model ? *model == projectedModel : projected.has_value();
-    const auto code = isProjected ? projected : codeOf(keys, geodeticSystem);
+    // Programs call a projection that the keys cannot describe a model of their own.
+    const bool isGeodetic = model == geographicModel || model == geocentricModel ||
+                            (model != projectedModel && model != userDefined && !projected);
+    const auto code = isGeodetic ? codeOf(keys, geodeticSystem) : projected;
     return code && isRegistered(*code) ? code : std::nullopt;
 }
 

@@ -271,6 +271,9 @@ void bindInspection(py::module_& extension) {
                        : std::nullopt;
         },
         "Why a word means no tag; None for one that means any.");
+    extension.def(
+        "full_tag_name", [](const Word& word) { return tool::fullName(word.text); },
+        "The word with the standard's name in place of a short one, as ICC.");
 }
 
 }  // namespace python

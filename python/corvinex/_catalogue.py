@@ -116,8 +116,8 @@ class Catalogue:
     def tags(self, name: Key | None = None) -> pd.DataFrame:
         """A row for each entry of a directory that has a tag, or of all without one.
 
-        `name` is the tag's number, or its name by the standard or in `corvinex.read`, without
-        regard to case; a number is found faster. Without it a large catalogue gives a frame that
+        `name` is the tag's number, or its name by the standard or in `corvinex.read`, or a short
+        one such as "ICC", without regard to case; a number is found faster. Without it a large catalogue gives a frame that
         may not fit into memory. `file` and `directory` tell where the entry stands; `json` is its
         value, exactly. Raises ValueError for a name that no tag has.
         """
@@ -129,8 +129,9 @@ class Catalogue:
                 raise ValueError(reason if "." not in name else f"{name!r} is no name of a tag")
             if name[0].isdigit():  # a number as the command line takes it; no name begins so
                 return self.tags(int(name, 16 if name[:2].lower() == "0x" else 10))
+            full = _native.full_tag_name(name)
             condition = "t.name = ?1 COLLATE NOCASE OR t.field = ?1 COLLATE NOCASE"
-            return self._read(f"{_TAGS} WHERE {condition}{order}", "tags", (name,))
+            return self._read(f"{_TAGS} WHERE {condition}{order}", "tags", (full,))
         if isinstance(name, bool) or not 0 <= operator.index(name) < 1 << 16:
             raise ValueError(f"{name} is no number of a tag")
         return self._read(f"{_TAGS} WHERE t.number = ?{order}", "tags", (operator.index(name),))

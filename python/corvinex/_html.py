@@ -27,7 +27,10 @@ STYLE = (
     ".corvinex table{border-collapse:collapse;margin:.3em 0 .6em 1.2em;font-size:.9em}"
     ".corvinex th,.corvinex td{text-align:left;vertical-align:top;padding:.1em .8em .1em 0;"
     "background:none;color:inherit;border-bottom:1px solid rgba(128,128,128,.35);"
-    "overflow-wrap:anywhere;max-width:60em;white-space:pre-wrap}"
+    "white-space:pre}"
+    ".corvinex th:last-child,.corvinex td:last-child{overflow-wrap:anywhere;min-width:8em;"
+    "max-width:60em;white-space:pre-wrap}"
+    ".corvinex details{overflow-x:auto}"
     ".corvinex th{opacity:.7;font-weight:normal}"
     ".corvinex summary{cursor:pointer}"
     ".corvinex .more{margin-left:1.2em;opacity:.7}"
@@ -71,6 +74,10 @@ def _first(items: Iterable[Item], most: int) -> Iterator[Item]:
     return itertools.islice(items, most)
 
 
+def _counted(count: int, one: str, several: str) -> str:
+    return f"{count:,} {one if count == 1 else several}"
+
+
 def _more(count: int, most: int, what: str) -> str:
     return f'<div class="more">… and {count - most:,} more {what}</div>' if count > most else ""
 
@@ -97,7 +104,7 @@ def directory_fold(directory: FileDirectory, is_open: bool) -> str:
     """One directory that folds."""
     derived = directory.derived
     facts = [str(derived[fact]) for fact in ("compression", "photometric") if fact in derived]
-    told = ", ".join([f"{len(directory):,} entries", *facts])
+    told = ", ".join([_counted(len(directory), "entry", "entries"), *facts])
     return _fold(
         f"<b>{_escaped(directory.path)}</b> {_escaped(told)}", _entries(directory), is_open
     )
@@ -112,8 +119,11 @@ def _findings(findings: list[Finding]) -> str:
         return ""
     rows = (_finding(finding) for finding in _first(findings, MOST_FINDINGS))
     table = _table(("severity", "directory", "finding", "what it says"), rows)
+    # "more" stands for findings of a rule that the list is too short for.
+    count = sum(int(one.arguments[1]) if one.id == "more" else 1 for one in findings)
     return _fold(
-        f"{len(findings):,} findings", table + _more(len(findings), MOST_FINDINGS, "findings")
+        _counted(count, "finding", "findings"),
+        table + _more(len(findings), MOST_FINDINGS, "findings"),
     )
 
 
@@ -159,7 +169,8 @@ def _field_value(value: Any) -> str:
 def _field_fold(directory: Directory, summary: str, is_open: bool) -> str:
     rows = (_row((name, _field_value(directory[name]))) for name in _first(directory, MOST_ENTRIES))
     content = _table(("field", "value"), rows) + _more(len(directory), MOST_ENTRIES, "fields")
-    return _fold(f"<b>{_escaped(summary)}</b> {len(directory):,} fields", content, is_open)
+    fields = _counted(len(directory), "field", "fields")
+    return _fold(f"<b>{_escaped(summary)}</b> {fields}", content, is_open)
 
 
 def result_page(directories: Directories) -> str:
@@ -168,7 +179,7 @@ def result_page(directories: Directories) -> str:
         _field_fold(directory, str(place), is_open=place == 0)
         for place, directory in enumerate(_first(directories, MOST_DIRECTORIES))
     ]
-    head = f"<div><b>{len(directories):,} directories</b></div>"
+    head = f"<div><b>{_counted(len(directories), 'directory', 'directories')}</b></div>"
     return _page(head + "".join(folds) + _more(len(directories), MOST_DIRECTORIES, "directories"))
 
 

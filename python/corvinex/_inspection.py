@@ -94,7 +94,7 @@ class FileDirectory:
         word = tag_word(key)
         found = self._file._native.find(word, self._index)
         if found is None:
-            _refuse(word, self.path)
+            self._file._refuse(word, self.path)
         return found
 
     def __contains__(self, key: object) -> bool:
@@ -178,11 +178,12 @@ class File:
     entries raises ValueError.
     """
 
-    __slots__ = ("_native", "_name", "__weakref__")
+    __slots__ = ("_native", "_name", "_is_selection", "__weakref__")
 
-    def __init__(self, native: _native.Inspection, name: str | None) -> None:
+    def __init__(self, native: _native.Inspection, name: str | None, is_selection: bool) -> None:
         self._native = native
         self._name = name
+        self._is_selection = is_selection
 
     @property
     def name(self) -> str | None:
@@ -263,7 +264,7 @@ class File:
             path, point, _ = word.rpartition(".")
             if point:
                 self.directory(path.lower())
-            _refuse(word, path or "the file")
+            self._refuse(word, path or "the file")
         return found
 
     def __contains__(self, key: object) -> bool:
@@ -271,6 +272,11 @@ class File:
 
     def __iter__(self) -> NoReturn:
         raise TypeError("a file is no sequence: loop over its directories, file.directories")
+
+    def _refuse(self, word: str, place: str) -> NoReturn:
+        reason = _native.why_no_tag(word)
+        among = " among the selected tags" if self._is_selection else ""
+        raise KeyError(reason or f"{place} has no {word.rpartition('.')[2]}{among}")
 
     def to_json(self) -> str:
         """The record of the file in one line, as `corvinex json` prints it."""
@@ -313,11 +319,6 @@ class File:
 def _shown(file: File) -> str:
     """What a file is called in one line: its name with whatever is not printable escaped."""
     return "bytes" if file.name is None else repr(file.name)
-
-
-def _refuse(word: str, place: str) -> NoReturn:
-    reason = _native.why_no_tag(word)
-    raise KeyError(reason or f"{place} has no {word.rpartition('.')[2]}")
 
 
 def _words(tags: Iterable[Key] | None) -> list[str]:
@@ -364,4 +365,4 @@ def inspect(
     native = _native.Inspection(
         opened.content, opened.descriptor, opened.system_name, position, words
     )
-    return File(native, opened.name)
+    return File(native, opened.name, bool(words))

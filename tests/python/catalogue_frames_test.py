@@ -126,6 +126,12 @@ def test_tags_are_found_by_name_and_by_number(frames: Catalogue) -> None:
     assert len(frames.tags("Width")) == len(frames.tags("ImageWidth")) > 0
 
 
+def test_tags_are_found_by_the_short_names_that_the_tool_knows(frames: Catalogue) -> None:
+    pd.testing.assert_frame_equal(frames.tags("iso"), frames.tags(34855))
+    pd.testing.assert_frame_equal(frames.tags("GeoKeys"), frames.tags(34735))
+    assert len(frames.tags("ISO")) > 0 and len(frames.tags("GeoKeys")) > 0
+
+
 def test_a_tag_that_nobody_knows_is_refused(frames: Catalogue) -> None:
     with pytest.raises(ValueError, match='the nearest is "Make"'):
         frames.tags("Makee")

@@ -87,6 +87,16 @@ def test_findings_are_told_with_their_sentences(show: Show) -> None:
         assert "\t".join(cells).strip() in shown
 
 
+def test_findings_that_the_list_is_too_short_for_are_counted(show: Show) -> None:
+    rows: list[Row] = [(60000 + number, 99, 1, b"") for number in range(9)]
+    assert "9 findings" in texts(show(corvinex.inspect(tiff(rows))), "summary")
+
+
+def test_one_of_a_kind_is_counted_in_the_singular(show: Show) -> None:
+    page = show(corvinex.inspect(tiff([(60000, 99, 1, b"")])))
+    assert texts(page, "summary")[-2:] == ["1 finding", "0 1 entry"]
+
+
 def test_what_a_file_holds_is_text_and_never_a_part_of_the_page(
     show: Show, tmp_path: pathlib.Path
 ) -> None:
@@ -150,6 +160,17 @@ def test_a_narrow_page_is_not_wider_than_its_window(show: Show, browser: Browser
     width = page.execute_script("return document.documentElement.scrollWidth")
     browser.execute_cdp_cmd("Emulation.clearDeviceMetricsOverride", {})
     assert width <= 400
+
+
+def test_no_word_but_those_of_values_is_broken(show: Show) -> None:
+    page = show(corvinex.inspect(SAMPLES / "damaged.tif"))
+    page.execute_script("for (const one of document.querySelectorAll('details')) one.open = true")
+    lines = page.execute_script(
+        "const lines = one => { const range = document.createRange(); range.selectNodeContents(one);"
+        "return new Set([...range.getClientRects()].map(box => box.top)).size };"
+        "return [...document.querySelectorAll('.corvinex :is(th, td):not(:last-child)')].map(lines)"
+    )
+    assert max(lines) == 1
 
 
 def test_a_closed_file_and_one_that_is_no_image_are_shown(show: Show) -> None:

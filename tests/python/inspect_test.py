@@ -83,6 +83,14 @@ def test_a_key_that_finds_nothing_tells_why(key: Any, reason: str) -> None:
     assert error.value.args == (reason,)
 
 
+def test_a_tag_that_was_not_selected_is_not_said_to_be_missing() -> None:
+    file = corvinex.inspect(PHOTO, tags=["Make"])
+    with pytest.raises(KeyError, match="^'the file has no Model among the selected tags'$"):
+        file["Model"]
+    with pytest.raises(KeyError, match="^'0 has no Model among the selected tags'$"):
+        file.directories[0]["Model"]
+
+
 def test_an_empty_name_is_that_of_no_tag() -> None:
     file = corvinex.inspect(tiff([(61000, 3, 1, b"\1\0")]))
     assert "" not in file and "0." not in file and "" not in file.directories[0]

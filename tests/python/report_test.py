@@ -22,6 +22,7 @@ from synthetic_catalogue import empty_catalogue, make
 
 from corvinex.__main__ import main
 from corvinex._catalogue_file import CatalogueError
+from corvinex.report import write_report
 from corvinex.report.display import share, shortened, size, visible
 from corvinex.report.distributions import MOST_DOTS, distributions
 from corvinex.report.page import report_page
@@ -329,6 +330,13 @@ def test_a_link_to_a_page_stays_a_link(catalogue: Path, page: str, tmp_path: Pat
     assert (tmp_path / "real/page.html").read_text("utf-8") == page
 
 
+def test_an_error_names_the_page_that_could_not_be_written(catalogue: Path, tmp_path: Path) -> None:
+    with pytest.raises(FileNotFoundError) as caught:
+        write_report(catalogue, tmp_path / "nowhere/page.html")
+    assert caught.value.filename == f"{tmp_path}/nowhere/page.html"
+    assert str(caught.value).endswith("/nowhere/page.html'")
+
+
 def test_the_page_never_takes_the_place_of_its_catalogue(
     catalogue: Path, tmp_path: Path, capsys: Capture
 ) -> None:
@@ -338,6 +346,9 @@ def test_the_page_never_takes_the_place_of_its_catalogue(
         capsys.readouterr().err
         == f"corvinex: {tmp_path}/page.html: the page would take the catalogue's place\n"
     )
+    with pytest.raises(shutil.SameFileError, match="page.html: the page would take"):
+        write_report(catalogue, tmp_path / "page.html")
+    assert catalogue.read_bytes().startswith(b"SQLite")
 
 
 @pytest.mark.parametrize(

@@ -206,6 +206,43 @@ TEST(CsvCommand, TellsWhatRawBytesAre) {
     EXPECT_NE(out.find("5 bytes"), std::string::npos) << out;
 }
 
+TEST(CsvCommand, TellsHowManyBytesThereAreWhereNothingIsKnownOfThem) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("a.tif", TiffBytes()
+                                                      .header(8)
+                                                      .count(4)
+                                                      .entry(60001, 7, 6, 62)
+                                                      .entry(60002, 7, 1, 0)
+                                                      .entry(60003, 7, 0, 0)
+                                                      .entry(60004, 99, 1, 0)
+                                                      .offset(0)
+                                                      .number(0xFF0102030405, 6)
+                                                      .bytes());
+    EXPECT_EQ(runTool({"csv", "--tag", "60001", "--tag", "60002", "--tag", "60003", "--tag",
+                       "60004", file})
+                  .out,
+              "file,directory,60001,60002,60003,60004\r\n" + file + ",0,6 bytes,1 byte,,\r\n");
+}
+
+TEST(CsvCommand, TellsInfinitiesFromWhatIsNoNumber) {
+    const TemporaryFolder folder;
+    constexpr std::uint64_t infinity = 0x7F800000;
+    constexpr std::uint64_t sign = 0x80000000;
+    const std::string file = folder.file("a.tif", TiffBytes()
+                                                      .header(8)
+                                                      .count(3)
+                                                      .entry(65001, 11, 3, 50)
+                                                      .entry(65002, 11, 1, infinity)
+                                                      .entry(65003, 11, 1, infinity + 1)
+                                                      .offset(0)
+                                                      .number(infinity, 4)
+                                                      .number(infinity + sign, 4)
+                                                      .number(infinity + 1, 4)
+                                                      .bytes());
+    EXPECT_EQ(runTool({"csv", "--tag", "65001", "--tag", "65002", "--tag", "65003", file}).out,
+              "file,directory,65001,65002,65003\r\n" + file + ",0,inf -inf nan,inf,\r\n");
+}
+
 TEST(CsvCommand, PrintsTheSameRowsWithAnyNumberOfThreads) {
     const TemporaryFolder folder;
     for (int number = 0; number < 100; ++number) {

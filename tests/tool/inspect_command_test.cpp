@@ -308,6 +308,18 @@ TEST_F(InspectCommand, PrintsTheFindingsOnTheTagsAskedForAndCountsTheOthers) {
               "(2 other findings left out; without --tag all are told)\n");
 }
 
+TEST_F(InspectCommand, CountsTheFindingsThatTheListIsTooShortFor) {
+    TiffBytes rows;
+    for (unsigned number = 0; number < 9; ++number) {
+        rows.entry(60000 + number, 99, 1, 0);
+    }
+    const std::string bytes = fileOf(9, rows);
+    EXPECT_TRUE(inspected(bytes, {"--summary"}).ends_with("\n9 errors\n"));
+    EXPECT_TRUE(inspected(bytes, {"--tag", "60000"})
+                    .ends_with("[unknownFieldType]\n"
+                               "(8 other findings left out; without --tag all are told)\n"));
+}
+
 TEST_F(InspectCommand, FoldsPagesThatAreAlikeIntoOneLine) {
     TiffBytes file;
     file.header(8);

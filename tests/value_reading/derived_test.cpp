@@ -174,6 +174,23 @@ TEST(DerivedOfFile, AGeoTiffTellsSystemAndBounds) {
               "0.000000|-3.000000, bounds 500.000000|940.000000|520.000000|1000.000000");
 }
 
+TEST(DerivedOfFile, TheGeodeticBaseOfAProjectionIsNotTheSystem) {
+    // The model (1024), a projected system (3072) where there is one, and the geodetic one (2048).
+    const auto system = [](std::uint16_t model, std::uint16_t projected) {
+        return georeference(
+            {{34735, projected == 0 ? shorts({1, 1, 0, 2, 1024, 0, 1, model, 2048, 0, 1, 4326})
+                                    : shorts({1, 1, 0, 3, 1024, 0, 1, model, 2048, 0, 1, 4326, 3072,
+                                              0, 1, projected})}});
+    };
+    EXPECT_EQ(system(2, 0), "pages 0, crs EPSG:4326");
+    EXPECT_EQ(system(3, 0), "pages 0, crs EPSG:4326");
+    EXPECT_EQ(system(0, 0), "pages 0, crs EPSG:4326");
+    EXPECT_EQ(system(1, 0), "pages 0");
+    EXPECT_EQ(system(1, 32767), "pages 0");
+    EXPECT_EQ(system(32767, 0), "pages 0");
+    EXPECT_EQ(system(32767, 32633), "pages 0, crs EPSG:32633");
+}
+
 TEST(DerivedOfFile, ATiepointMayLieAnywhere) {
     EXPECT_EQ(
         georeference({{33550, doubles({2, 3, 0})}, {33922, doubles({5, 10, 0, 500, 1000, 0})}}),

@@ -1,10 +1,11 @@
 """`python3 -m corvinex report`."""
 
 import argparse
-import os
+import shutil
 import sys
 
 from corvinex._catalogue_file import CatalogueError
+from corvinex.report.atomic_file import refuse_same_file, write_whole
 from corvinex.report.display import visible
 
 # As of the tool: docs/tool.md.
@@ -30,12 +31,9 @@ def add_parser(subparsers: "argparse._SubParsersAction[argparse.ArgumentParser]"
 def run(arguments: argparse.Namespace) -> int:
     """Writes the page. Returns the exit status; messages go to standard error."""
     try:
-        if os.path.samefile(arguments.catalogue, arguments.output):
-            return _failed(
-                BAD_USAGE, f"{arguments.output}: the page would take the catalogue's place"
-            )
-    except OSError:
-        pass  # One of them is not there, which is told of the catalogue below.
+        refuse_same_file(arguments.catalogue, arguments.output)
+    except shutil.SameFileError as error:
+        return _failed(BAD_USAGE, str(error))
     try:
         from corvinex.report.page import report_page
     except ImportError as error:
@@ -46,8 +44,6 @@ def run(arguments: argparse.Namespace) -> int:
         return _failed(FAILED, str(error))
     except OSError as error:
         return _failed(FAILED, f"{arguments.catalogue}: {error.strerror}")
-    from corvinex.report.atomic_file import write_whole
-
     try:
         write_whole(arguments.output, page.encode("utf-8"))
     except OSError as error:

@@ -11,7 +11,7 @@ from markupsafe import Markup
 
 from corvinex._catalogue_file import errors_told, open_catalogue
 from corvinex.report import display
-from corvinex.report.atomic_file import write_whole
+from corvinex.report.atomic_file import refuse_same_file, write_whole
 from corvinex.report.charts import bar_chart, position_chart
 from corvinex.report.summary import Summary, summarise
 
@@ -21,9 +21,11 @@ def write_report(catalogue: str | os.PathLike[str], output: str | os.PathLike[st
 
     The page needs nothing but itself. It is written whole or not at all.
 
-    Raises OSError when the catalogue cannot be opened or the page cannot be written, and
-    corvinex.CatalogueError (a ValueError) when the file is no catalogue or is damaged.
+    Raises OSError when the catalogue cannot be opened or the page cannot be written, its subclass
+    shutil.SameFileError when both are one file, and corvinex.CatalogueError (a ValueError) when the
+    file is no catalogue or is damaged.
     """
+    refuse_same_file(catalogue, output)
     write_whole(output, report_page(catalogue).encode("utf-8"))
 
 
