@@ -117,9 +117,9 @@ class Catalogue:
         """A row for each entry of a directory that has a tag, or of all without one.
 
         `name` is the tag's number, or its name by the standard or in `corvinex.read`, or a short
-        one such as "ICC", without regard to case; a number is found faster. Without it a large catalogue gives a frame that
-        may not fit into memory. `file` and `directory` tell where the entry stands; `json` is its
-        value, exactly. Raises ValueError for a name that no tag has.
+        one such as "ICC", without regard to case; a number is found faster. Without it a large
+        catalogue gives a frame that may not fit into memory. `file` and `directory` tell where the
+        entry stands; `json` is its value, exactly. Raises ValueError for a name that no tag has.
         """
         order = " ORDER BY t.directory_id, t.entry"
         if name is None:
