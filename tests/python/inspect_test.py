@@ -173,11 +173,22 @@ def test_tags_may_be_numbers_and_short_names() -> None:
 def test_a_tag_that_does_not_exist_is_refused_with_the_nearest_name() -> None:
     with pytest.raises(ValueError, match='there is no tag "Maker"; the nearest is "Make"'):
         corvinex.inspect(PHOTO, tags=["Maker"])
+    with pytest.raises(ValueError, match=r'there is no tag "Make\\x00r"'):
+        corvinex.inspect(PHOTO, tags=["Make\0r"])
 
 
-@pytest.mark.parametrize("tags", ["Make", b"Make", [None], [1.5], 271])
-def test_tags_that_are_no_list_of_names_are_refused(tags: Any) -> None:
-    with pytest.raises(TypeError):
+@pytest.mark.parametrize(
+    ("tags", "reason"),
+    [
+        ("Make", "tags is a list of names or numbers, not one text"),
+        (b"Make", "tags is a list of names or numbers, not one text"),
+        (271, "tags is a list of names or numbers, not int"),
+        ([None], "named by str or int, not NoneType"),
+        ([1.5], "named by str or int, not float"),
+    ],
+)
+def test_tags_that_are_no_list_of_names_are_refused(tags: Any, reason: str) -> None:
+    with pytest.raises(TypeError, match=reason):
         corvinex.inspect(PHOTO, tags=tags)
 
 

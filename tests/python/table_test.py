@@ -254,7 +254,9 @@ def test_a_table_of_nothing_is_empty() -> None:
         ({"tags": ["Maker"]}, ValueError, 'no tag "Maker"; the nearest is "Make"'),
         ({"tags": ["file.colour"]}, ValueError, 'no fact "file.colour"'),
         ({"tags": "Make"}, TypeError, "list of names"),
+        ({"tags": 271}, TypeError, "list of names or numbers, not int"),
         ({"tags": [None]}, TypeError, "str or int"),
+        ({"tags": ["Make\0r"]}, ValueError, r'no tag "Make\\x00r"'),
         ({"jobs": 0}, ValueError, "jobs"),
         ({"jobs": "2"}, TypeError, "jobs"),
         ({"jobs": True}, TypeError, "jobs"),
@@ -274,9 +276,18 @@ def test_a_column_asked_for_twice_is_refused_before_any_file_is_read(
         corvinex.table(PHOTO, tags=["Make", "Make"])
 
 
-@pytest.mark.parametrize("paths", [None, 3, [None], [3]])
-def test_paths_of_another_type_are_refused(paths: Any) -> None:
-    with pytest.raises(TypeError):
+@pytest.mark.parametrize(
+    ("paths", "reason"),
+    [
+        (None, "files and folders are named by str, bytes or os.PathLike, not by NoneType"),
+        (3, "files and folders are named by str, bytes or os.PathLike, not by int"),
+        (io.BytesIO(b"a.tif\n"), "files and folders are named by .*, not by BytesIO"),
+        ([None], "expected str, bytes or os.PathLike object, not NoneType"),
+        ([3], "expected str, bytes or os.PathLike object, not int"),
+    ],
+)
+def test_paths_of_another_type_are_refused(paths: Any, reason: str) -> None:
+    with pytest.raises(TypeError, match=reason):
         corvinex.table(paths)
 
 

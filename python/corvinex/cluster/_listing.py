@@ -9,6 +9,7 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 from corvinex import _native
+from corvinex._arguments import several_paths
 
 LEAST_PATHS = 1_000
 """Fewer files are not worth a task: the scheduler takes about a millisecond for each."""
@@ -72,10 +73,7 @@ def operands_of(paths: PathName | Iterable[PathName], out_dir: Path) -> Iterator
     """
     folder = os.getcwdb()
     above = {os.fsencode(place) for place in (out_dir, *out_dir.parents)}
-    several = [paths] if isinstance(paths, str | bytes | os.PathLike) else paths
-    if not isinstance(several, Iterable):
-        kind = type(several).__name__
-        raise TypeError(f"files and folders are named by str, bytes or os.PathLike, not by {kind}")
+    several = several_paths(paths)
 
     def operand_of(path: PathName) -> bytes:
         name = absolute_name(path, folder)
