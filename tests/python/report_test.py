@@ -329,6 +329,12 @@ def test_a_link_to_a_page_stays_a_link(catalogue: Path, page: str, tmp_path: Pat
     assert (tmp_path / "real/page.html").read_text("utf-8") == page
 
 
+def test_a_page_is_written_to_a_pipe(catalogue: Path, page: str) -> None:
+    result = report(catalogue, "-o", "/dev/stdout")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert result.stdout == page
+
+
 def test_the_page_never_takes_the_place_of_its_catalogue(
     catalogue: Path, tmp_path: Path, capsys: Capture
 ) -> None:
