@@ -614,6 +614,15 @@ def test_arguments_of_other_types_are_refused_before_anything_is_written(
     assert not (tmp_path / "out").exists()
 
 
+def test_a_closed_client_is_refused_before_anything_is_written(tmp_path: Path) -> None:
+    options = {"n_workers": 0, "processes": False, "dashboard_address": None}
+    with Client(**options) as client:  # type: ignore[no-untyped-call]
+        pass
+    with pytest.raises(ValueError, match="the client is closed"):
+        cluster.scan(tmp_path / "a.tif", client, tmp_path / "out")
+    assert not (tmp_path / "out").exists()
+
+
 def test_an_asynchronous_client_is_refused(tmp_path: Path) -> None:
     async def scan() -> None:
         options = {"n_workers": 0, "processes": False, "dashboard_address": None}

@@ -78,7 +78,7 @@ def scan(
         the order in which they were done
     :returns: what was found and read; the same stands in `manifest.json`
     :raises TypeError: for arguments of other types
-    :raises ValueError: for a size of parts, or a name, that cannot be
+    :raises ValueError: for a size of parts, or a name, that cannot be, and a client that is closed
     :raises ClusterError: when a part could not be written, the cluster was lost, or another scan
         writes into the folder
     """
@@ -91,6 +91,8 @@ def scan(
     if getattr(client, "asynchronous", False):
         # Its answers would wait for the loop that waits for them.
         raise TypeError("the client is asynchronous; scan in a thread, with a client of its own")
+    if getattr(client, "status", None) == "closed":
+        raise ValueError("the client is closed")
     if not LEAST_PATHS <= part_size <= MOST_PATHS:
         raise ValueError(
             f"part_size is {part_size}; a part has from {LEAST_PATHS} to {MOST_PATHS} files"
