@@ -84,6 +84,10 @@ def test_what_is_not_there_or_does_not_fit_is_missing() -> None:
         (306, 2, 20, b"2024:02:31 10:00:00\0"),
     )
     assert wrong[4:].isna().all()
+    undefined = of_tags(["ImageWidth", "XResolution"], (256, 7, 1, b"\5"), (282, 7, 1, b"\x80"))
+    assert undefined[4:].isna().all()
+    byte = of_tags(["ImageWidth", "XResolution"], (256, 1, 1, b"\5"), (282, 1, 1, b"\x80"))
+    assert byte[4:].tolist() == [5, 128]
     several = of_tags(
         ["ImageWidth", "XResolution"], (256, 3, 2, b"\1\0\2\0"), (282, 3, 1, b"\x48\0")
     )
