@@ -108,6 +108,17 @@ def test_a_stack_of_many_pages_is_read_from_any_page() -> None:
     assert directories[49_999]["ImageDescription"].value == "page of many"
 
 
+def test_each_page_of_a_large_stack_is_found_by_its_path() -> None:
+    file = corvinex.inspect(many_pages(50_000))
+    for page in range(50_000):
+        entry = file[f"{page}.ImageDescription"]
+        assert entry.directory == file.directory(str(page)).path == str(page)
+    for path in ("50000", "007", "-1", "18446744073709551616", "1x", ""):
+        assert f"{path or ' '}.ImageDescription" not in file
+        with pytest.raises(KeyError):
+            file.directory(path)
+
+
 @pytest.mark.parametrize("key", [1.5, None, b"Make", True, numpy.float64(1), numpy.array([1, 2])])
 def test_a_key_of_another_type_is_refused(key: Any) -> None:
     file = corvinex.inspect(PHOTO)
