@@ -115,11 +115,12 @@ enum class PointerRule : std::uint8_t {
     Exact,
     /// As the module does: values of SubIFDs and EXIF pointers in any type that it knows. Offsets
     /// are 4 bytes each and as many as the value has elements. The next offset of an EXIF directory
-    /// is read, as SubIFDs may lead there too, but not followed.
+    /// is read, as SubIFDs may lead there too, but not followed. Outside a JPEG no other entries
+    /// than those of these pointers are kept.
     Module,
 };
 
-/// Reads all directories and entries that the header leads to.
+/// Reads all directories that the header leads to, and their entries.
 void readDirectories(FileContent& file, PointerRule rule = PointerRule::Exact);
 
 }  // namespace corvinex::inspect

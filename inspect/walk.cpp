@@ -28,6 +28,7 @@ class Walk {
     Walk(FileContent& file, PointerRule rule)
         : file_(file),
           rule_(rule),
+          keepsAll_(rule == PointerRule::Exact || file.container == Container::Jpeg),
           total_(std::min<std::uint64_t>(leastTotal + file.source.size() / bytesPerItem,
                                          pointer_state::lastPlace)) {}
 
@@ -203,8 +204,9 @@ class Walk {
         const auto index = static_cast<std::uint32_t>(file_.directories.size());
         record.toldCount = *told;
         record.firstEntry = static_cast<std::uint32_t>(file_.entries.size());
-        readEntries(record, index, entriesStart, static_cast<std::uint32_t>(whole));
-        record.isCut = record.entryCount < *told;
+        record.isCutOff =
+            readEntries(record, index, entriesStart, static_cast<std::uint32_t>(whole)) < *told;
+        record.isCut = record.isCutOff;
         if ((isImageKind(record.kind) || rule_ == PointerRule::Module) && !record.isCut) {
             const std::optional<std::uint64_t> next =
                 readOffset(entriesStart + whole * layout.entrySize);
@@ -216,30 +218,40 @@ class Walk {
         return index;
     }
 
-    void readEntries(DirectoryRecord& record, std::uint32_t directory, std::uint64_t position,
-                     std::uint32_t count) {
+    /// The number of entries that were read.
+    std::uint32_t readEntries(DirectoryRecord& record, std::uint32_t directory,
+                              std::uint64_t position, std::uint32_t count) {
         const auto entrySize = static_cast<std::size_t>(file_.layout.entrySize);
-        makeRoom(count);
+        if (keepsAll_) {
+            makeRoom(count);
+        }
+        std::uint32_t read = 0;
         std::uint32_t unknown = 0;
         std::uint32_t blank = 0;
-        while (record.entryCount < count) {
+        while (read < count) {
             const std::size_t length =
-                std::min<std::size_t>(buffer_.size() / entrySize, count - record.entryCount);
+                std::min<std::size_t>(buffer_.size() / entrySize, count - read);
             const std::span<unsigned char> block = std::span(buffer_).first(length * entrySize);
             if (!file_.source.read(position, block)) {
                 break;  // the file has become shorter
             }
             position += block.size();
+            read += static_cast<std::uint32_t>(length);
             for (std::size_t start = 0; start < block.size(); start += entrySize) {
-                const EntryRecord entry = parseEntry(block.subspan(start, entrySize), directory);
+                const auto bytes = block.subspan(start, entrySize);
+                if (!keepsAll_ && findFollowedTag(loadEntryNumber(bytes, file_.swap)) == nullptr) {
+                    continue;
+                }
+                const EntryRecord entry = parseEntry(bytes, directory);
                 unknown += findFieldType(entry.type) == nullptr ? 1 : 0;
                 blank += isBlank(entry) ? 1 : 0;
                 file_.entries.emplace_back(file_, entry);
             }
-            record.entryCount += static_cast<std::uint32_t>(length);
         }
+        record.entryCount = static_cast<std::uint32_t>(file_.entries.size()) - record.firstEntry;
         // Pixels and other data that are read as a directory tell types at random.
         record.isGarbled = unknown - blank > (record.entryCount - blank) / 2;
+        return read;
     }
 
     /// For so many entries more, which the file holds, at once. What is reserved beyond them is no
@@ -295,6 +307,7 @@ class Walk {
 
     FileContent& file_;
     PointerRule rule_;
+    bool keepsAll_;  ///< entries, or else those of pointers that are followed
     std::uint64_t total_;
     std::uint64_t used_ = 0;
     std::vector<Level> levels_;

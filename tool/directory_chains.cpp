@@ -37,7 +37,7 @@ bool isKept(const Entry& entry) {
 }  // namespace
 
 bool isCutOff(const Directory& directory) noexcept {
-    return directory.entries().size() < directory.toldCount();
+    return directory.record().isCutOff;
 }
 
 DirectoryChains::DirectoryChains(const FileContent& file)

@@ -23,7 +23,7 @@ struct DirectoryRecord {
     std::uint64_t next = 0;        ///< the next offset; 0 where there is none
     std::uint64_t valueIndex = 0;  ///< of the pointer's value among all of its tag in the parent
     std::uint32_t firstEntry = 0;  ///< index among all entries of the file
-    std::uint32_t entryCount = 0;  ///< whole entries
+    std::uint32_t entryCount = 0;  ///< whole entries that were kept
     std::uint32_t parent = none;   ///< the directory whose pointer leads to this one's chain
     std::uint32_t pointer = none;  ///< that pointer's index among all entries of the file
     std::uint32_t chainStart = 0;  ///< the first directory of the chain
@@ -31,6 +31,7 @@ struct DirectoryRecord {
     DirectoryKind kind = DirectoryKind::Main;
     std::uint8_t depth = 0;       ///< pointers on the way
     bool isGarbled = false;       ///< most entries have unknown types
+    bool isCutOff = false;        ///< the file ends before its entries do
     bool isCut = false;           ///< entries or the next offset do not lie in the file
     bool isNextRefused = false;   ///< the limit on the total kept the next directory out
     bool isDepthRefused = false;  ///< its pointers lead too deep

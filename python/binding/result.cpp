@@ -3,10 +3,12 @@
 #include <pybind11/numpy.h>
 #include <pybind11/stl.h>
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "python/binding/bindings.h"
@@ -26,29 +28,47 @@ using host::ValueClass;
 
 /// An array that looks at elements of a value. It cannot be written to: what is asked for twice is
 /// the same memory.
-template <typename Element>
-py::array view(py::array::ShapeContainer shape, std::span<const Element> elements,
-               const py::object& owner) {
-    py::array array(py::dtype::of<Element>(), std::move(shape), elements.data(), owner);
-    py::detail::array_proxy(array.ptr())->flags &= ~py::detail::npy_api::NPY_ARRAY_WRITEABLE_;
+template <typename Element, std::size_t dimensions>
+py::object view(std::array<py::ssize_t, dimensions> shape,
+                std::array<py::ssize_t, dimensions> steps, std::span<const Element> elements,
+                const py::object& owner) {
+    const auto& numpy = py::detail::npy_api::get();
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): the array is not writeable
+    void* const first = const_cast<Element*>(elements.data());
+    auto array = py::reinterpret_steal<py::object>(numpy.PyArray_NewFromDescr_(
+        numpy.PyArray_Type_, py::dtype::of<Element>().release().ptr(), int{dimensions},
+        shape.data(), steps.data(), first, 0, nullptr));
+    if (!array ||
+        numpy.PyArray_SetBaseObject_(array.ptr(), py::object(owner).release().ptr()) != 0) {
+        throw py::error_already_set();
+    }
     return array;
+}
+
+template <typename Element>
+py::object rowView(std::span<const Element> elements, const py::object& owner) {
+    constexpr auto length = static_cast<py::ssize_t>(sizeof(Element));
+    const auto count = static_cast<py::ssize_t>(elements.size());
+    return view<Element, 1>({count}, {length}, elements, owner);
 }
 
 /// The same with rows and columns, column by column.
 template <typename Element>
-py::array matrixView(host::Size size, std::span<const Element> elements, const py::object& owner) {
+py::object matrixView(host::Size size, std::span<const Element> elements, const py::object& owner) {
     const auto rows = static_cast<py::ssize_t>(size.rows);
     const auto columns = static_cast<py::ssize_t>(size.columns);
     constexpr auto length = static_cast<py::ssize_t>(sizeof(Element));
-    py::array array(py::dtype::of<Element>(), {rows, columns}, {length, length * rows},
-                    elements.data(), owner);
-    py::detail::array_proxy(array.ptr())->flags &= ~py::detail::npy_api::NPY_ARRAY_WRITEABLE_;
-    return array;
+    return view<Element, 2>({rows, columns}, {length, length * rows}, elements, owner);
 }
 
 std::span<const std::uint16_t> unitsOf(const zxArray& text) {
     const std::u16string_view units = host::textOf(text);
     return {reinterpret_cast<const std::uint16_t*>(units.data()), units.size()};
+}
+
+template <typename Element>
+std::string_view bytesOf(std::span<const Element> elements) {
+    return {reinterpret_cast<const char*>(elements.data()), elements.size_bytes()};
 }
 
 /// Makes the values of one struct array. The owner is the Python object that holds it.
@@ -64,6 +84,38 @@ class ValueMaker {
             return askedName();
         }
         return plain(value);
+    }
+
+    /// The same, which may be what was made of the field last. What is or may hold a struct array
+    /// is what the function makes of it.
+    [[nodiscard]] py::object value(std::size_t element, std::size_t field, MadeLast& last,
+                                   const py::function& finish) const {
+        const zxArray* const value = host::fieldAt(array_.array(), element, field);
+        if (value == nullptr) {
+            return py::none();
+        }
+        const ValueClass valueClass = host::classOf(*value);
+        std::string_view bytes;
+        switch (valueClass) {
+            case ValueClass::Double:
+                if (host::elementCountOf(*value) != 1) {
+                    return numbers(*value);
+                }
+                bytes = bytesOf(host::doublesOf(*value));
+                break;
+            case ValueClass::Char:
+                bytes = bytesOf(std::span(host::textOf(*value)));
+                break;
+            case ValueClass::Cell:
+            case ValueClass::Struct:
+                return finish(plain(value));
+            default:
+                return plain(value);
+        }
+        if (!last.object || last.valueClass != valueClass || last.bytes != bytes) {
+            last = {valueClass, bytes, this->value(element, field)};
+        }
+        return last.object;
     }
 
     /// The same as an array of rows and columns, whatever it is.
@@ -138,8 +190,7 @@ class ValueMaker {
     template <typename Element>
     [[nodiscard]] py::object elements(const zxArray& value, std::span<const Element> data) const {
         const host::Size size = host::sizeOf(value);
-        return size.rows == 1 ? view({static_cast<py::ssize_t>(data.size())}, data, owner_)
-                              : matrixView(size, data, owner_);
+        return size.rows == 1 ? rowView(data, owner_) : matrixView(size, data, owner_);
     }
 
     [[nodiscard]] py::object list(const zxArray& cell) const {
@@ -192,28 +243,18 @@ py::tuple fieldNames(const StructArray& array) {
     return tuple;
 }
 
-bool mayHoldStructs(const zxArray* value) {
-    if (value == nullptr) {
-        return false;
-    }
-    const ValueClass valueClass = host::classOf(*value);
-    return valueClass == ValueClass::Struct || valueClass == ValueClass::Cell;
-}
-
-/// All values of an element, and the places of those that are struct arrays or may hold some.
-py::tuple valuesOf(const py::object& self, std::size_t element) {
+/// All values of an element. See ValueMaker::value.
+py::list valuesOf(const py::object& self, std::size_t element, const py::function& finish) {
     const auto& array = self.cast<const StructArray&>();
     const ValueMaker maker(array, self);
-    py::list values(host::fieldNamesOf(array.array()).size());
-    py::list places;
-    for (std::size_t field = 0; field < values.size(); ++field) {
+    std::vector<MadeLast>& last = array.madeLast();
+    last.resize(host::fieldNamesOf(array.array()).size());
+    py::list values(last.size());
+    for (std::size_t field = 0; field < last.size(); ++field) {
         PyList_SET_ITEM(values.ptr(), static_cast<py::ssize_t>(field),
-                        maker.value(element, field).release().ptr());
-        if (mayHoldStructs(host::fieldAt(array.array(), element, field))) {
-            places.append(field);
-        }
+                        maker.value(element, field, last[field], finish).release().ptr());
     }
-    return py::make_tuple(values, places);
+    return values;
 }
 
 }  // namespace
@@ -240,7 +281,7 @@ void bindResult(py::module_& extension) {
                 return makerOf(self).rawValue(element, field);
             },
             py::arg("element"), py::arg("field"))
-        .def("values", valuesOf, py::arg("element"))
+        .def("values", valuesOf, py::arg("element"), py::arg("finish"))
         .def(
             "address",
             [](const StructArray& array, std::size_t element, std::size_t field) {

@@ -10,6 +10,8 @@ from typing import Any, SupportsIndex, Union, overload
 from corvinex import _html, _native, _reports
 from corvinex._arguments import element_index, system_name, whole_double
 
+_ONE_OF_AN_ARRAY = "a directory is one of an array"
+
 Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
 
 
@@ -146,12 +148,6 @@ class Directory(Mapping[str, Any]):
     def _repr_html_(self) -> str:
         return _html.result_directory_page(self)
 
-    def _all_values(self) -> list[Any]:
-        values, places = _array_of(self._set).values(self._element)
-        for place in places:
-            values[place] = _finished(values[place])
-        return values
-
 
 class RawDirectory(Directory):
     """The fields of one directory with an array of rows and columns for every value, as the module
@@ -168,24 +164,34 @@ class RawDirectory(Directory):
     def __getitem__(self, name: str) -> Any:
         return _raw(_array_of(self._set).raw(self._element, self._set._places[name]))
 
-    def _all_values(self) -> list[Any]:
-        return [self[name] for name in self]
+    def values(self) -> ValuesView[Any]:
+        return ValuesView(self)
 
 
 class _Values(ValuesView[Any]):
     """All values at once, which takes less time than one after the other."""
 
+    __slots__ = ()
+
     _mapping: Directory
 
+    def __len__(self) -> int:
+        return len(self._mapping._set._places)
+
     def __iter__(self) -> Iterator[Any]:
-        return iter(self._mapping._all_values())
+        directory = self._mapping
+        array = directory._set._array
+        assert array is not None, _ONE_OF_AN_ARRAY
+        return iter(array.values(directory._element, _finished))
 
 
 class _Items(ItemsView[str, Any]):
+    __slots__ = ()
+
     _mapping: Directory
 
     def __iter__(self) -> Iterator[tuple[str, Any]]:
-        return zip(self._mapping._set._places, self._mapping._all_values())
+        return zip(self._mapping, self._mapping.values())
 
 
 def read(
@@ -234,7 +240,7 @@ def read(
 
 def _array_of(directories: Directories) -> _native.StructArray:
     array = directories._array
-    assert array is not None, "a directory is one of an array"
+    assert array is not None, _ONE_OF_AN_ARRAY
     return array
 
 
