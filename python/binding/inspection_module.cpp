@@ -3,11 +3,14 @@
 #include <pybind11/stl.h>
 
 #include <cerrno>
+#include <charconv>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -170,14 +173,31 @@ py::list entriesOf(const py::object& self, std::size_t index) {
     return selected;
 }
 
-std::optional<std::size_t> findDirectory(const Inspection& inspection, const Word& path) {
+/// Where a directory with this path may be: among all, or, as the main chain comes first and its
+/// paths are its numbers, at one place.
+std::span<const Directory> directoriesToSearch(const Inspection& inspection,
+                                               std::string_view path) {
     const std::span<const Directory> all = inspection.file().directories();
-    for (std::size_t index = 0; index < all.size(); ++index) {
-        if (all[index].path() == path.text) {
-            return index;
+    std::size_t place = 0;
+    const char* const end = path.data() + path.size();
+    const auto read = std::from_chars(path.data(), end, place);
+    const bool isPlace = read.ec == std::errc() && read.ptr == end && place < all.size();
+    return isPlace && all[place].path() == path ? all.subspan(place, 1) : all;
+}
+
+std::optional<std::size_t> findDirectory(const Inspection& inspection, const Word& path) {
+    for (const Directory& directory : directoriesToSearch(inspection, path.text)) {
+        if (directory.path() == path.text) {
+            return static_cast<std::size_t>(&directory - inspection.file().directories().data());
         }
     }
     return std::nullopt;
+}
+
+/// What stands before the last point of a word, in small letters as paths are.
+std::string pathBefore(std::string_view word) {
+    const std::size_t point = word.rfind('.');
+    return point == std::string_view::npos ? std::string() : tool::lowered(word.substr(0, point));
 }
 
 /// The first entry that a word selects in one directory, or in the file; None where there is none.
@@ -189,11 +209,15 @@ py::object findEntry(const py::object& self, const Word& word, std::optional<std
         return py::none();
     }
     const corvinex::inspect::TagSelection wanted(std::span(&full, 1));
-    const std::span<const Directory> all = inspection.file().directories();
-    const std::span<const Directory> searched =
-        index ? std::span(&directoryOf(inspection, *index), 1) : all;
+    const std::string askedPath = pathBefore(full);
+    const std::span<const Directory> searched = index
+                                                    ? std::span(&directoryOf(inspection, *index), 1)
+                                                    : directoriesToSearch(inspection, askedPath);
     for (const Directory& directory : searched) {
         const std::string path = directory.path();
+        if (!askedPath.empty() && path != askedPath) {
+            continue;
+        }
         for (const Entry& entry : directory.entries()) {
             if (wanted.contains(entry, path) && inspection.options().tags.contains(entry, path)) {
                 return makeEntry(self, inspection, indexOf(inspection.file(), entry));

@@ -12,6 +12,7 @@
 
 #include "corvinex/derived.h"
 #include "corvinex/file.h"
+#include "inspect/field_type.h"
 #include "inspect/interpretation.h"
 #include "inspect/reading/times.h"
 #include "inspect/record/finding_json.h"
@@ -106,6 +107,15 @@ struct NumberOf {
     }
 };
 
+/// A byte of no type is no number, though it is held as one.
+template <class Visitor>
+auto numberOf(const Entry& entry, const Value& value) {
+    using corvinex::inspect::ElementForm;
+    const auto* type = corvinex::inspect::findFieldType(entry.typeCode());
+    const bool isNumber = type != nullptr && type->form != ElementForm::Bytes;
+    return isNumber ? std::visit(Visitor(), value.elements()) : std::nullopt;
+}
+
 template <class Cell>
 void addOr(ColumnCells& cells, const std::optional<Cell>& cell) {
     if (cell) {
@@ -149,10 +159,10 @@ class FileCells {
         }
         switch (cells.kind()) {
             case ColumnKind::Integer:
-                addOr(cells, std::visit(IntegerOf(), value->elements()));
+                addOr(cells, numberOf<IntegerOf>(*entry, *value));
                 break;
             case ColumnKind::Number:
-                addOr(cells, std::visit(NumberOf(), value->elements()));
+                addOr(cells, numberOf<NumberOf>(*entry, *value));
                 break;
             case ColumnKind::Time:
                 addTime(cells, *entry, *value);

@@ -3,12 +3,14 @@
 #include <pybind11/pybind11.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace python {
 
-/// A name that Python asks for, in UTF-8. Any str is one: a surrogate without a partner is written
-/// as its escape, which is in no name, so that it is told like other names that there are not.
+/// A name that Python asks for, in UTF-8. Any str is one: a zero, which would end messages, and a
+/// surrogate without a partner are written as their escapes, which are in no name, so that it is
+/// told like other names that there are not.
 struct Word {
     std::string text;
 };
@@ -37,8 +39,13 @@ struct pybind11::detail::type_caster<python::Word> {
         if (!utf8) {
             throw error_already_set();
         }
-        value.text.assign(PyBytes_AS_STRING(utf8.ptr()),
-                          static_cast<std::size_t>(PyBytes_GET_SIZE(utf8.ptr())));
+        const std::string_view text(PyBytes_AS_STRING(utf8.ptr()),
+                                    static_cast<std::size_t>(PyBytes_GET_SIZE(utf8.ptr())));
+        value.text.clear();
+        for (const char character : text) {
+            value.text.append(character == '\0' ? std::string_view("\\x00")
+                                                : std::string_view(&character, 1));
+        }
         return true;
     }
 };

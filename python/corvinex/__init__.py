@@ -45,13 +45,16 @@ _OF_CATALOGUES = ("Catalogue", "CatalogueError", "catalogue")
 _PACKAGES = ("cluster", "report")
 
 
-def __getattr__(name: str) -> Any:
-    # pandas takes a while to load, and not every use needs it.
-    if name in _OF_CATALOGUES:
-        return getattr(importlib.import_module("corvinex._catalogue"), name)
-    if name in _PACKAGES:
-        return importlib.import_module(f"corvinex.{name}")
-    raise AttributeError(f"module {__name__!r} has no attribute {name!r}")
+# To a type checker the names above are all that there are: any other is an error.
+if not TYPE_CHECKING:
+
+    def __getattr__(name: str) -> Any:
+        # pandas takes a while to load, and not every use needs it.
+        if name in _OF_CATALOGUES:
+            return getattr(importlib.import_module("corvinex._catalogue"), name)
+        if name in _PACKAGES:
+            return importlib.import_module(f"corvinex.{name}")
+        raise AttributeError(f"module {__name__!r} has no attribute {name!r}")
 
 
 def __dir__() -> list[str]:

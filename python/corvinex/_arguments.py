@@ -2,8 +2,10 @@
 
 from __future__ import annotations
 
+import io
 import operator
 import os
+from collections.abc import Iterable
 from typing import TYPE_CHECKING, SupportsIndex, Union
 
 if TYPE_CHECKING:
@@ -11,6 +13,9 @@ if TYPE_CHECKING:
 
 # What names a tag: its name, its number, or either behind the path of a directory.
 Key = Union[str, SupportsIndex]
+
+# What names a file or a folder.
+Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
 
 # Numbers are handed to the module as doubles.
 LARGEST_DOUBLE = 2**53
@@ -59,6 +64,29 @@ def tag_word(key: Key) -> str:
             # An array of NumPy has the method, whatever it holds.
             pass
     raise TypeError(f"a tag is named by str or int, not {type(key).__name__}")
+
+
+def tag_words(tags: Iterable[Key]) -> list[str]:
+    """Tags as the command line would name them. Raises TypeError for what is no list of them."""
+    if isinstance(tags, (str, bytes)):
+        raise TypeError("tags is a list of names or numbers, not one text")
+    if not isinstance(tags, Iterable):
+        raise TypeError(f"tags is a list of names or numbers, not {type(tags).__name__}")
+    return [tag_word(tag) for tag in tags]
+
+
+def several_paths(paths: Path | Iterable[Path]) -> Iterable[Path]:
+    """Names of files and folders where there may be one alone. Raises TypeError for what is none.
+
+    A file object would give its lines for names.
+    """
+    if isinstance(paths, (str, bytes, os.PathLike)):
+        return [paths]
+    if not isinstance(paths, Iterable) or isinstance(paths, io.IOBase):
+        kind = type(paths).__name__
+        raise TypeError(f"files and folders are named by str, bytes or os.PathLike, not by {kind}")
+    # To mypy a bytearray is bytes.
+    return paths  # type: ignore[return-value]
 
 
 def system_name(name: str | bytes) -> bytes:

@@ -9,7 +9,7 @@ from types import TracebackType
 from typing import Any, NoReturn, SupportsIndex, TypeVar, Union, overload
 
 from corvinex import _html, _native
-from corvinex._arguments import Key, element_index, is_key, tag_word, whole
+from corvinex._arguments import Key, element_index, is_key, tag_word, tag_words, whole
 from corvinex._native import Entry
 from corvinex._source import Source, resolve
 
@@ -321,12 +321,6 @@ def _shown(file: File) -> str:
     return "bytes" if file.name is None else repr(file.name)
 
 
-def _words(tags: Iterable[Key] | None) -> list[str]:
-    if isinstance(tags, (str, bytes)):
-        raise TypeError("tags is a list of names or numbers, not one text")
-    return [] if tags is None else [tag_word(tag) for tag in tags]
-
-
 def inspect(
     source: Source,
     *,
@@ -360,7 +354,7 @@ def inspect(
     position = None if header_offset is None else whole("header_offset", header_offset)
     if position is not None and not 0 <= position < 2**64:
         raise ValueError("header_offset is a position: 0 to 2^64 - 1")
-    words = _words(tags)
+    words = [] if tags is None else tag_words(tags)
     opened = resolve(source)
     native = _native.Inspection(
         opened.content, opened.descriptor, opened.system_name, position, words

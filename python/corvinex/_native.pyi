@@ -1,5 +1,5 @@
 from collections.abc import Callable
-from typing import Any, Optional
+from typing import Any, Optional, final
 
 version: str
 
@@ -28,6 +28,7 @@ def read(
     tuple[_Report, int] | None,
 ]: ...
 
+@final
 class Rational:
     def __new__(cls, numerator: int, denominator: int) -> Rational: ...
     @property
@@ -37,6 +38,7 @@ class Rational:
     def __float__(self) -> float: ...
     def __hash__(self) -> int: ...
 
+@final
 class Entry:
     @property
     def number(self) -> int: ...

@@ -73,6 +73,12 @@ _OF_SYSTEM_ERROR: dict[int, type[Error]] = {
 _MISSING = "quorra:corvinex:statFailure"
 
 
+def _shown(path: str | bytes) -> str:
+    """A name in a message, escaped where a terminal would do something other than print it."""
+    name = os.fsdecode(path)
+    return name if name.isprintable() else repr(name)
+
+
 def error_from(report: Report, system_error: int, path: str | bytes) -> Error:
     """The exception for a file of that name: what the report or the system says of it."""
     report_id, arguments, text = report
@@ -84,21 +90,21 @@ def error_from(report: Report, system_error: int, path: str | bytes) -> Error:
         kind = _OF_SYSTEM_ERROR.get(system_error, SystemRefusal)
         error = kind(system_error, text, path)
     else:
-        error = FormatError(f"{os.fsdecode(path)}: {text}")
+        error = FormatError(f"{_shown(path)}: {text}")
     error.id = report_id
     error.arguments = arguments
     return error
 
 
 def out_of_memory(path: str | bytes) -> OutOfMemory:
-    return OutOfMemory(f"{os.fsdecode(path)}: not enough memory for what the file holds")
+    return OutOfMemory(f"{_shown(path)}: not enough memory for what the file holds")
 
 
 def warn(reports: Iterable[Report], path: str | bytes, stacklevel: int) -> None:
     """Issues warnings in their order. A stack level of 1 is the function that calls this one."""
     for report_id, arguments, text in reports:
         bracket = f" [{report_id}]" if report_id else ""
-        warning = TagWarning(f"{os.fsdecode(path)}: {text}{bracket}")
+        warning = TagWarning(f"{_shown(path)}: {text}{bracket}")
         warning.id = report_id
         warning.arguments = arguments
         warnings.warn(warning, stacklevel=stacklevel + 1)

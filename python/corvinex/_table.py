@@ -4,15 +4,13 @@ from __future__ import annotations
 
 import os
 from collections.abc import Iterable
-from typing import TYPE_CHECKING, Any, SupportsIndex, Union
+from typing import TYPE_CHECKING, Any, SupportsIndex
 
 from corvinex import _native
-from corvinex._arguments import Key, system_name, tag_word, whole
+from corvinex._arguments import Key, Path, several_paths, system_name, tag_words, whole
 
 if TYPE_CHECKING:
     import pandas  # type: ignore[import]
-
-Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
 
 FIRST_COLUMNS = ("file", "directory", "status", "findings")
 MOST_JOBS = 256
@@ -25,17 +23,13 @@ def _operand(path: Path) -> bytes:
 
 
 def _operands(paths: Path | Iterable[Path]) -> list[bytes]:
-    if isinstance(paths, (str, bytes, os.PathLike)):
-        return [_operand(paths)]
-    return [_operand(path) for path in paths]
+    return [_operand(path) for path in several_paths(paths)]
 
 
 def _names(tags: Iterable[Key] | None) -> list[str]:
     if tags is None:
         return [name for name in _native.usual_columns() if name != "file.status"]
-    if isinstance(tags, (str, bytes)):
-        raise TypeError("tags is a list of names or numbers, not one text")
-    return [tag_word(tag) for tag in tags]
+    return tag_words(tags)
 
 
 def _checked(number: SupportsIndex | None, what: str, least: int) -> int | None:

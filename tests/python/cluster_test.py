@@ -487,13 +487,28 @@ def test_a_part_is_neither_small_nor_large(
         cluster.scan(collection, client, tmp_path / "out", part_size=part_size)
 
 
+class NoClient:
+    """Takes no task."""
+
+    def submit(self) -> None: ...
+
+
 @pytest.mark.parametrize("path", ["", "zero\0", "."])
-def test_names_that_cannot_be_read_are_refused(
-    client: Client, tmp_path: Path, path: str, monkeypatch: pytest.MonkeyPatch
+@pytest.mark.parametrize("is_one", [True, False])
+def test_names_that_cannot_be_read_are_refused_before_anything_is_written(
+    tmp_path: Path, path: str, is_one: bool, monkeypatch: pytest.MonkeyPatch
 ) -> None:
     monkeypatch.chdir(tmp_path)
+    paths = path if is_one else ["a.tif", path]
+    client: Any = NoClient()
     with pytest.raises(ValueError, match="no name of a file|holds the folder of the results"):
-        cluster.scan([path], client, tmp_path / "out")
+        cluster.scan(paths, client, tmp_path / "out")
+    assert not (tmp_path / "out").exists()
+
+
+def test_a_name_that_an_iterator_gives_is_refused(client: Client, tmp_path: Path) -> None:
+    with pytest.raises(ValueError, match="no name of a file"):
+        cluster.scan(iter([""]), client, tmp_path / "out")
 
 
 def test_a_new_file_moves_few_boundaries(tmp_path: Path) -> None:
@@ -577,17 +592,34 @@ def test_a_file_that_needs_more_memory_than_there_is_becomes_unreadable(tmp_path
 
 
 @pytest.mark.parametrize(
-    "options", [{"extensions": "tif"}, {"part_size": 1000.5}, {"max_values": 1.5}, {"client": None}]
+    ("options", "reason"),
+    [
+        ({"extensions": "tif"}, "extensions are"),
+        ({"extensions": 3}, "extensions are"),
+        ({"extensions": ["tif", 3]}, "extensions are"),
+        ({"part_size": 1000.5}, "part_size must be a whole number, not float"),
+        ({"max_values": None}, "max_values must be a whole number, not NoneType"),
+        ({"header_offset": "8"}, "header_offset must be a whole number, not str"),
+        ({"client": None}, "a distributed.Client, not NoneType"),
+        ({"paths_or_folder": None}, "files and folders are named by str.*, not by NoneType"),
+        ({"paths_or_folder": ["a.tif", 3]}, "expected str, bytes or os.PathLike object, not int"),
+    ],
 )
 def test_arguments_of_other_types_are_refused_before_anything_is_written(
-    tmp_path: Path, options: dict[str, Any]
+    tmp_path: Path, options: dict[str, Any], reason: str
 ) -> None:
-    class NoClient:
-        def submit(self) -> None: ...
+    arguments: dict[str, Any] = {"paths_or_folder": "a.tif", "client": NoClient(), **options}
+    with pytest.raises(TypeError, match=reason):
+        cluster.scan(out_dir=tmp_path / "out", **arguments)
+    assert not (tmp_path / "out").exists()
 
-    arguments: dict[str, Any] = {"client": NoClient(), **options}
-    with pytest.raises(TypeError):
-        cluster.scan(tmp_path, out_dir=tmp_path / "out", **arguments)
+
+def test_a_closed_client_is_refused_before_anything_is_written(tmp_path: Path) -> None:
+    options = {"n_workers": 0, "processes": False, "dashboard_address": None}
+    with Client(**options) as client:  # type: ignore[no-untyped-call]
+        pass
+    with pytest.raises(ValueError, match="the client is closed"):
+        cluster.scan(tmp_path / "a.tif", client, tmp_path / "out")
     assert not (tmp_path / "out").exists()
 
 

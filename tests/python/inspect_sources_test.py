@@ -175,7 +175,10 @@ def test_a_file_object_needs_no_more_than_read() -> None:
         object(),
         io.StringIO("text"),
         OnlyReads("text"),
+        OnlyReads([1]),
         PathLike(3),  # type: ignore[arg-type]
+        numpy.array([b"II*"], object),
+        numpy.array(["2024-03-05"], "datetime64[s]"),
     ],
     ids=repr,
 )

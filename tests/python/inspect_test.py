@@ -116,6 +116,17 @@ def test_a_stack_of_many_pages_is_read_from_any_page() -> None:
     assert directories[49_999]["ImageDescription"].value == "page of many"
 
 
+def test_each_page_of_a_large_stack_is_found_by_its_path() -> None:
+    file = corvinex.inspect(many_pages(50_000))
+    for page in range(50_000):
+        entry = file[f"{page}.ImageDescription"]
+        assert entry.directory == file.directory(str(page)).path == str(page)
+    for path in ("50000", "007", "-1", "18446744073709551616", "1x", ""):
+        assert f"{path or ' '}.ImageDescription" not in file
+        with pytest.raises(KeyError):
+            file.directory(path)
+
+
 @pytest.mark.parametrize("key", [1.5, None, b"Make", True, numpy.float64(1), numpy.array([1, 2])])
 def test_a_key_of_another_type_is_refused(key: Any) -> None:
     file = corvinex.inspect(PHOTO)
@@ -181,11 +192,22 @@ def test_tags_may_be_numbers_and_short_names() -> None:
 def test_a_tag_that_does_not_exist_is_refused_with_the_nearest_name() -> None:
     with pytest.raises(ValueError, match='there is no tag "Maker"; the nearest is "Make"'):
         corvinex.inspect(PHOTO, tags=["Maker"])
+    with pytest.raises(ValueError, match=r'there is no tag "Make\\x00r"'):
+        corvinex.inspect(PHOTO, tags=["Make\0r"])
 
 
-@pytest.mark.parametrize("tags", ["Make", b"Make", [None], [1.5], 271])
-def test_tags_that_are_no_list_of_names_are_refused(tags: Any) -> None:
-    with pytest.raises(TypeError):
+@pytest.mark.parametrize(
+    ("tags", "reason"),
+    [
+        ("Make", "tags is a list of names or numbers, not one text"),
+        (b"Make", "tags is a list of names or numbers, not one text"),
+        (271, "tags is a list of names or numbers, not int"),
+        ([None], "named by str or int, not NoneType"),
+        ([1.5], "named by str or int, not float"),
+    ],
+)
+def test_tags_that_are_no_list_of_names_are_refused(tags: Any, reason: str) -> None:
+    with pytest.raises(TypeError, match=reason):
         corvinex.inspect(PHOTO, tags=tags)
 
 

@@ -4,6 +4,8 @@ import os
 import subprocess
 import sys
 
+import pytest
+
 import corvinex
 
 
@@ -27,6 +29,12 @@ def test_the_names_of_the_package_are_those_for_its_users() -> None:
     assert set(corvinex.__all__) < set(names)
     lazy = {"Catalogue", "CatalogueError", "catalogue", "cluster", "report", "__version__"}
     assert set(names) - set(corvinex.__all__) == lazy
+
+
+def test_a_name_that_the_package_has_not_is_refused() -> None:
+    # mypy tells where it no longer needs to be told that this is one.
+    with pytest.raises(AttributeError, match="no attribute 'raed'"):
+        corvinex.raed  # type: ignore[attr-defined]
 
 
 def test_a_star_imports_the_package_without_pandas() -> None:

@@ -337,6 +337,12 @@ def test_an_error_names_the_page_that_could_not_be_written(catalogue: Path, tmp_
     assert str(caught.value).endswith("/nowhere/page.html'")
 
 
+def test_a_page_is_written_to_a_pipe(catalogue: Path, page: str) -> None:
+    result = report(catalogue, "-o", "/dev/stdout")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert result.stdout == page
+
+
 def test_the_page_never_takes_the_place_of_its_catalogue(
     catalogue: Path, tmp_path: Path, capsys: Capture
 ) -> None:

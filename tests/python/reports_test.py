@@ -36,6 +36,21 @@ def test_warnings_have_ids_and_arguments_in_their_order() -> None:
     )
 
 
+@pytest.mark.parametrize("name", ["\x1b[31m.tif", "two\nlines.tif", "\u202egpj.tif", "\udcff.tif"])
+def test_a_name_that_cannot_be_printed_is_escaped_in_warnings_and_errors(
+    name: str, tmp_path: pathlib.Path
+) -> None:
+    path = tmp_path / name
+    path.write_bytes(DAMAGED.read_bytes())
+    with pytest.warns(corvinex.TagWarning) as caught:
+        corvinex.read(path)
+    assert str(caught[0].message).startswith(f"{str(path)!r}: ")
+    path.write_bytes(b"no image")
+    with pytest.raises(corvinex.Error) as raised:
+        corvinex.read(path)
+    assert str(raised.value).startswith(f"{str(path)!r}: ")
+
+
 def test_a_warning_tells_the_line_that_reads() -> None:
     frame = inspect.currentframe()
     assert frame is not None

@@ -84,6 +84,10 @@ def test_what_is_not_there_or_does_not_fit_is_missing() -> None:
         (306, 2, 20, b"2024:02:31 10:00:00\0"),
     )
     assert wrong[4:].isna().all()
+    undefined = of_tags(["ImageWidth", "XResolution"], (256, 7, 1, b"\5"), (282, 7, 1, b"\x80"))
+    assert undefined[4:].isna().all()
+    byte = of_tags(["ImageWidth", "XResolution"], (256, 1, 1, b"\5"), (282, 1, 1, b"\x80"))
+    assert byte[4:].tolist() == [5, 128]
     several = of_tags(
         ["ImageWidth", "XResolution"], (256, 3, 2, b"\1\0\2\0"), (282, 3, 1, b"\x48\0")
     )
@@ -254,7 +258,9 @@ def test_a_table_of_nothing_is_empty() -> None:
         ({"tags": ["Maker"]}, ValueError, 'no tag "Maker"; the nearest is "Make"'),
         ({"tags": ["file.colour"]}, ValueError, 'no fact "file.colour"'),
         ({"tags": "Make"}, TypeError, "list of names"),
+        ({"tags": 271}, TypeError, "list of names or numbers, not int"),
         ({"tags": [None]}, TypeError, "str or int"),
+        ({"tags": ["Make\0r"]}, ValueError, r'no tag "Make\\x00r"'),
         ({"jobs": 0}, ValueError, "jobs"),
         ({"jobs": "2"}, TypeError, "jobs"),
         ({"jobs": True}, TypeError, "jobs"),
@@ -274,9 +280,18 @@ def test_a_column_asked_for_twice_is_refused_before_any_file_is_read(
         corvinex.table(PHOTO, tags=["Make", "Make"])
 
 
-@pytest.mark.parametrize("paths", [None, 3, [None], [3]])
-def test_paths_of_another_type_are_refused(paths: Any) -> None:
-    with pytest.raises(TypeError):
+@pytest.mark.parametrize(
+    ("paths", "reason"),
+    [
+        (None, "files and folders are named by str, bytes or os.PathLike, not by NoneType"),
+        (3, "files and folders are named by str, bytes or os.PathLike, not by int"),
+        (io.BytesIO(b"a.tif\n"), "files and folders are named by .*, not by BytesIO"),
+        ([None], "expected str, bytes or os.PathLike object, not NoneType"),
+        ([3], "expected str, bytes or os.PathLike object, not int"),
+    ],
+)
+def test_paths_of_another_type_are_refused(paths: Any, reason: str) -> None:
+    with pytest.raises(TypeError, match=reason):
         corvinex.table(paths)
 
 

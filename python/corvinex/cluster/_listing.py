@@ -4,11 +4,12 @@ import hashlib
 import itertools
 import os
 import zlib
-from collections.abc import Iterable, Iterator
+from collections.abc import Collection, Iterable, Iterator
 from dataclasses import dataclass, field
 from pathlib import Path
 
 from corvinex import _native
+from corvinex._arguments import several_paths
 
 LEAST_PATHS = 1_000
 """Fewer files are not worth a task: the scheduler takes about a millisecond for each."""
@@ -63,16 +64,27 @@ def absolute_name(path: PathName, folder: bytes) -> bytes:
 def operands_of(paths: PathName | Iterable[PathName], out_dir: Path) -> Iterator[bytes]:
     """The absolute names of what is to be read, one at a time.
 
-    :raises ValueError: for a folder that holds the folder of the results
+    What is there at once is looked over at once: what cannot be read is refused before a scan
+    begins. Of an iterator it is refused when the scan comes to it.
+
+    :raises TypeError: for what is no name
+    :raises ValueError: for a name that the system has not, and a folder that holds the folder of
+        the results
     """
     folder = os.getcwdb()
     above = {os.fsencode(place) for place in (out_dir, *out_dir.parents)}
-    several = [paths] if isinstance(paths, str | bytes | os.PathLike) else paths
-    for path in several:
+    several = several_paths(paths)
+
+    def operand_of(path: PathName) -> bytes:
         name = absolute_name(path, folder)
         if os.path.normpath(name) in above:
             raise ValueError(f"{os.fsdecode(name)} holds the folder of the results, {out_dir}")
-        yield name
+        return name
+
+    if isinstance(several, Collection):
+        for path in several:
+            operand_of(path)
+    return map(operand_of, several)
 
 
 def _found(operands: Iterator[bytes], options: ListingOptions) -> Iterator[Partition]:

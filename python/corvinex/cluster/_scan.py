@@ -1,7 +1,6 @@
 """The client's side of a scan: finds the files, hands them to workers, and notes what they tell."""
 
 import contextlib
-import operator
 import os
 import uuid
 from collections.abc import Callable, Iterable, Iterator
@@ -10,6 +9,7 @@ from dataclasses import dataclass, field, replace
 from pathlib import Path
 
 from corvinex import _native
+from corvinex._arguments import whole
 from corvinex.cluster import _files
 from corvinex.cluster._client import Client, Future, completed
 from corvinex.cluster._errors import ClusterError
@@ -78,20 +78,21 @@ def scan(
         the order in which they were done
     :returns: what was found and read; the same stands in `manifest.json`
     :raises TypeError: for arguments of other types
-    :raises ValueError: for a size of parts, or a name, that cannot be
+    :raises ValueError: for a size of parts, or a name, that cannot be, and a client that is closed
     :raises ClusterError: when a part could not be written, the cluster was lost, or another scan
         writes into the folder
     """
-    if isinstance(extensions, str):
-        raise TypeError("extensions are any number of endings, not one text")
-    part_size, max_values = operator.index(part_size), operator.index(max_values)
+    options = ListingOptions(_endings(extensions), follow_links)
+    part_size, max_values = whole("part_size", part_size), whole("max_values", max_values)
     if header_offset is not None:
-        header_offset = operator.index(header_offset)
+        header_offset = whole("header_offset", header_offset)
     if not callable(getattr(client, "submit", None)):
         raise TypeError(f"the client is a distributed.Client, not {type(client).__name__}")
     if getattr(client, "asynchronous", False):
         # Its answers would wait for the loop that waits for them.
         raise TypeError("the client is asynchronous; scan in a thread, with a client of its own")
+    if getattr(client, "status", None) == "closed":
+        raise ValueError("the client is closed")
     if not LEAST_PATHS <= part_size <= MOST_PATHS:
         raise ValueError(
             f"part_size is {part_size}; a part has from {LEAST_PATHS} to {MOST_PATHS} files"
@@ -100,7 +101,7 @@ def scan(
         if not 0 <= number < 1 << 63:
             raise ValueError(f"{number} is no number of values or bytes")
     folder = Path(out_dir).absolute()
-    options = ListingOptions(tuple(extensions), follow_links)
+    operands = operands_of(paths_or_folder, folder)
     is_one = isinstance(paths_or_folder, str | bytes | os.PathLike)
     manifest = Manifest(
         folder=folder,
@@ -112,12 +113,19 @@ def scan(
         follow_links=follow_links,
         started=utc_now(),
     )
-    operands = operands_of(paths_or_folder, folder)
     found = partitions(operands, options, part_size)
     parts_folder(folder).mkdir(parents=True, exist_ok=True)
     with _files.locked(folder / "lock", f"another scan or merge uses {folder}"):
         _Run(client, manifest, verify, progress).run(found)
     return manifest
+
+
+def _endings(extensions: Iterable[str]) -> tuple[str, ...]:
+    if isinstance(extensions, Iterable) and not isinstance(extensions, str):
+        endings = tuple(extensions)
+        if all(isinstance(ending, str) for ending in endings):
+            return endings
+    raise TypeError('extensions are any number of endings, such as ["tif", "jpg"]')
 
 
 @dataclass

@@ -25,10 +25,11 @@ def write_whole(path: str | os.PathLike[str], content: bytes) -> None:
     A link is followed. What is no regular file, such as a pipe, is written to as it is. Raises
     OSError with its name when it cannot be written; what stood there before is still there then.
     """
-    place = pathlib.Path(os.path.realpath(path))
-    if place.exists() and not stat.S_ISREG(place.stat().st_mode):
-        place.write_bytes(content)
+    # A link of the system to a pipe, such as /dev/stdout, leads to no name.
+    if os.path.exists(path) and not stat.S_ISREG(os.stat(path).st_mode):
+        pathlib.Path(path).write_bytes(content)
         return
+    place = pathlib.Path(os.path.realpath(path))
     new = place.with_name(f".corvinex-{secrets.token_hex(8)}.new")
     try:
         with open(new, "xb") as file:
