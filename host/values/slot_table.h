@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 
 #include "host/interface/array.h"
 
@@ -18,6 +19,11 @@ class SlotTable {
     [[nodiscard]] std::size_t size() const noexcept { return slots_.get_deleter().count; }
     /// Null for an empty slot; index is below size().
     [[nodiscard]] zxArray* get(std::size_t index) const noexcept { return slots_[index]; }
+    /// All of these, which must not go past the last.
+    [[nodiscard]] std::span<zxArray* const> get(std::size_t first,
+                                                std::size_t count) const noexcept {
+        return {slots_.get() + first, count};
+    }
     /// Takes ownership of the value, or of none, and destroys what the slot held. Cannot raise, so
     /// that a caller loses its ownership only where the slot has taken it.
     void put(std::size_t index, zxArray* value) noexcept {

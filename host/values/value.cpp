@@ -87,4 +87,8 @@ const zxArray* fieldAt(const zxArray& value, std::size_t element, std::string_vi
     return array.fieldAt(element, array.placeOf(name));
 }
 
+std::span<zxArray* const> fieldsAt(const zxArray& value, std::size_t element) {
+    return asStruct(value).fieldsAt(element);
+}
+
 }  // namespace host

@@ -54,6 +54,10 @@ ZX_HOST_API const zxArray* fieldAt(const zxArray& value, std::size_t element, st
 ZX_HOST_API const zxArray* fieldAt(const zxArray& value, std::size_t element,
                                    std::string_view name);
 
+/// The values of all fields of an element, in the order of fieldNamesOf; null where one was never
+/// set.
+ZX_HOST_API std::span<zxArray* const> fieldsAt(const zxArray& value, std::size_t element);
+
 /// How many values this thread has made and not yet destroyed, stored ones included.
 ZX_HOST_API std::size_t livingValues() noexcept;
 

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "python/binding/answered.h"
 #include "python/binding/bindings.h"
 #include "python/binding/refused_memory.h"
 #include "python/binding/texts.h"
@@ -79,18 +80,13 @@ class ValueMaker {
 
     /// A field of an element as Python programs like it.
     [[nodiscard]] py::object value(std::size_t element, std::size_t field) const {
-        const zxArray* const value = host::fieldAt(array_.array(), element, field);
-        if (field == 0 && array_.output()->isRenamed && value != nullptr && isModuleName(*value)) {
-            return askedName();
-        }
-        return plain(value);
+        return fieldValue(host::fieldAt(array_.array(), element, field), field);
     }
 
-    /// The same, which may be what was made of the field last. What is or may hold a struct array
-    /// is what the function makes of it.
-    [[nodiscard]] py::object value(std::size_t element, std::size_t field, MadeLast& last,
-                                   const py::function& finish) const {
-        const zxArray* const value = host::fieldAt(array_.array(), element, field);
+    /// The same of a value, which may be what was made of its field last. What is or may hold a
+    /// struct array is what the function makes of it.
+    [[nodiscard]] py::object newOrLast(const zxArray* value, std::size_t field, MadeLast& last,
+                                       py::handle finish) const {
         if (value == nullptr) {
             return py::none();
         }
@@ -113,7 +109,7 @@ class ValueMaker {
                 return plain(value);
         }
         if (!last.object || last.valueClass != valueClass || last.bytes != bytes) {
-            last = {valueClass, bytes, this->value(element, field)};
+            last = {valueClass, bytes, fieldValue(value, field)};
         }
         return last.object;
     }
@@ -124,6 +120,13 @@ class ValueMaker {
     }
 
   private:
+    [[nodiscard]] py::object fieldValue(const zxArray* value, std::size_t field) const {
+        if (field == 0 && array_.output()->isRenamed && value != nullptr && isModuleName(*value)) {
+            return askedName();
+        }
+        return plain(value);
+    }
+
     [[nodiscard]] bool isModuleName(const zxArray& value) const {
         return host::classOf(value) == ValueClass::Char &&
                host::textOf(value) == array_.output()->moduleName;
@@ -227,72 +230,108 @@ ValueMaker makerOf(const py::object& self) {
     return {self.cast<const StructArray&>(), self};
 }
 
+/// The name of a field as the interpreter has it in programs, where it is compared by its address.
+py::object internedName(const std::string& name) {
+    PyObject* interned =
+        PyUnicode_DecodeUTF8(name.data(), static_cast<Py_ssize_t>(name.size()), nullptr);
+    if (interned == nullptr) {
+        throw py::error_already_set();
+    }
+    PyUnicode_InternInPlace(&interned);
+    return py::reinterpret_steal<py::object>(interned);
+}
+
 py::tuple fieldNames(const StructArray& array) {
+    // The module has a few hundred names. They stay, so that programs that read file after file
+    // find them in the interpreter's table, which else fills with places of names that have gone.
+    // Not released, as the interpreter may have ended by then.
+    static auto& known = *new py::set();  // NOLINT(cppcoreguidelines-owning-memory)
     const auto names = host::fieldNamesOf(array.array());
     py::tuple tuple(names.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
-        // A few names for many directories, asked for by names of the program's own text.
-        PyObject* name = PyUnicode_DecodeUTF8(names[i].data(),
-                                              static_cast<Py_ssize_t>(names[i].size()), nullptr);
-        if (name == nullptr) {
-            throw py::error_already_set();
-        }
-        PyUnicode_InternInPlace(&name);
-        tuple[i] = py::reinterpret_steal<py::str>(name);
+        tuple[i] = internedName(names[i]);
+        known.add(tuple[i]);
     }
     return tuple;
 }
 
-/// All values of an element. See ValueMaker::value.
-py::list valuesOf(const py::object& self, std::size_t element, const py::function& finish) {
-    const auto& array = self.cast<const StructArray&>();
+/// All values of an element; see ValueMaker::newOrLast.
+py::list valuesOf(const py::object& self, std::size_t element, py::handle finish) {
+    // The interpreter has made sure that this is a struct array.
+    const auto* const held = reinterpret_cast<py::detail::instance*>(self.ptr());
+    const auto& array = *static_cast<const StructArray*>(held->simple_value_holder[0]);
     const ValueMaker maker(array, self);
+    const auto fields = host::fieldsAt(array.array(), element);
     std::vector<MadeLast>& last = array.madeLast();
-    last.resize(host::fieldNamesOf(array.array()).size());
-    py::list values(last.size());
-    for (std::size_t field = 0; field < last.size(); ++field) {
+    last.resize(fields.size());
+    py::list values(fields.size());
+    for (std::size_t field = 0; field < fields.size(); ++field) {
         PyList_SET_ITEM(values.ptr(), static_cast<py::ssize_t>(field),
-                        maker.value(element, field, last[field], finish).release().ptr());
+                        maker.newOrLast(fields[field], field, last[field], finish).release().ptr());
     }
     return values;
 }
 
+/// Called for each directory of a file, so that a call by way of pybind11 would be noticed.
+PyObject* callValues(PyObject* self, PyObject* const* arguments, Py_ssize_t count) {
+    return answered([&] {
+        if (count != 2) {
+            throw py::type_error("values takes an element and a function");
+        }
+        return valuesOf(py::reinterpret_borrow<py::object>(self),
+                        py::handle(arguments[0]).cast<std::size_t>(), arguments[1]);
+    });
+}
+
+PyMethodDef valuesMethod{
+    "values", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(callValues)),
+    METH_FASTCALL,
+    "All values of an element. What is or may hold a struct array is what the function makes of "
+    "it."};
+
 }  // namespace
 
 void bindResult(py::module_& extension) {
-    addClass<StructArray>(extension, "StructArray",
-                          "A struct array of the module's result, with values made when asked for.")
-        .def("__len__", &StructArray::size)
-        .def_property_readonly("shape",
-                               [](const StructArray& array) {
-                                   const host::Size size = host::sizeOf(array.array());
-                                   return py::make_tuple(size.rows, size.columns);
-                               })
-        .def_property_readonly("fields", fieldNames)
-        .def(
-            "value",
-            [](const py::object& self, std::size_t element, std::size_t field) {
-                return makerOf(self).value(element, field);
-            },
-            py::arg("element"), py::arg("field"))
-        .def(
-            "raw",
-            [](const py::object& self, std::size_t element, std::size_t field) {
-                return makerOf(self).rawValue(element, field);
-            },
-            py::arg("element"), py::arg("field"))
-        .def("values", valuesOf, py::arg("element"), py::arg("finish"))
-        .def(
-            "address",
-            [](const StructArray& array, std::size_t element, std::size_t field) {
-                const zxArray* const value = host::fieldAt(array.array(), element, field);
-                const void* const elements =
-                    value == nullptr
-                        ? nullptr
-                        : matrix::detail::noninlined::zx_array_api::zxGetElements(value);
-                return reinterpret_cast<std::uintptr_t>(elements);
-            },
-            py::arg("element"), py::arg("field"));
+    auto added =
+        addClass<StructArray>(
+            extension, "StructArray",
+            "A struct array of the module's result, with values made when asked for.")
+            .def("__len__", &StructArray::size)
+            .def_property_readonly("shape",
+                                   [](const StructArray& array) {
+                                       const host::Size size = host::sizeOf(array.array());
+                                       return py::make_tuple(size.rows, size.columns);
+                                   })
+            .def_property_readonly("fields", fieldNames)
+            .def(
+                "value",
+                [](const py::object& self, std::size_t element, std::size_t field) {
+                    return makerOf(self).value(element, field);
+                },
+                py::arg("element"), py::arg("field"))
+            .def(
+                "raw",
+                [](const py::object& self, std::size_t element, std::size_t field) {
+                    return makerOf(self).rawValue(element, field);
+                },
+                py::arg("element"), py::arg("field"))
+            .def(
+                "address",
+                [](const StructArray& array, std::size_t element, std::size_t field) {
+                    const zxArray* const value = host::fieldAt(array.array(), element, field);
+                    const void* const elements =
+                        value == nullptr
+                            ? nullptr
+                            : matrix::detail::noninlined::zx_array_api::zxGetElements(value);
+                    return reinterpret_cast<std::uintptr_t>(elements);
+                },
+                py::arg("element"), py::arg("field"));
+    const auto method = py::reinterpret_steal<py::object>(
+        PyDescr_NewMethod(reinterpret_cast<PyTypeObject*>(added.ptr()), &valuesMethod));
+    if (!method) {
+        throw py::error_already_set();
+    }
+    added.attr(valuesMethod.ml_name) = method;
     // For tests.
     extension.def("living_values", &host::livingValues);
     extension.def("text_from_units", [](const std::vector<std::uint16_t>& units) {

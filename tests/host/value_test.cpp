@@ -255,6 +255,17 @@ TEST_F(StructArrays, OwnWhatIsStoredInAnElementsField) {
     EXPECT_EQ(host::fieldAt(*array, 1, "a"), nullptr);
 }
 
+TEST_F(StructArrays, GiveAllFieldsOfAnElementInOrder) {
+    const ValuePtr array = structArray(2, 1, {"b", "a"});
+    zxSetField(array.get(), 1, "a", zxCreateDoubleScalar(5));
+    const auto fields = host::fieldsAt(*array, 1);
+    ASSERT_EQ(fields.size(), 2U);
+    EXPECT_EQ(fields[0], nullptr);
+    EXPECT_EQ(fields[1], host::fieldAt(*array, 1, "a"));
+    EXPECT_THROW(static_cast<void>(host::fieldsAt(*array, 2)), std::out_of_range);
+    EXPECT_TRUE(host::fieldsAt(*structArray(1, 1, {}), 0).empty());
+}
+
 TEST_F(StructArrays, StoringWhatAFieldHoldsAlreadyChangesNothing) {
     const ValuePtr array = structArray(1, 1, {"a"});
     zxArray* const value = zxCreateDoubleScalar(5);

@@ -143,6 +143,23 @@ def address_of_array(array: numpy.ndarray) -> int:  # type: ignore[type-arg]
     return address
 
 
+def test_all_values_at_once_are_those_of_each_directory() -> None:
+    pages = corvinex.read(SAMPLES / "pages-big-endian.tif")
+    for page in pages:
+        for name, value, one in zip(page, page.values(), map(page.__getitem__, page), strict=True):
+            assert type(value) is type(one), name
+            assert numpy.array_equal(value, one), name
+
+
+def test_directories_share_what_was_made_of_equal_numbers_and_texts() -> None:
+    first, second, _ = (
+        dict(page.items()) for page in corvinex.read(SAMPLES / "pages-big-endian.tif")
+    )
+    assert first["XResolution"] is second["XResolution"]
+    assert first["ByteOrder"] is second["ByteOrder"]
+    assert first["Offset"] != second["Offset"]
+
+
 def test_arrays_look_at_the_memory_of_the_result(page: corvinex.Directory) -> None:
     result = _native.read(os.fsencode(page.Filename), None, 0, 0)[0]
     assert result is not None
