@@ -9,9 +9,9 @@
 
 namespace tool {
 
-/// The names in one folder, in the order of their bytes, each given once. All threads of a command
-/// wait while they are read and put in order: their characters lie in one string, and what is
-/// compared first beside each other.
+/// The names in one folder, in the order of their bytes; each is taken once. All threads of a
+/// command wait while they are read and put in order: so the characters of all lie in one string,
+/// and the first eight of each in its row.
 class FolderNames {
   public:
     struct Name {

@@ -34,7 +34,7 @@ class ValueCell {
     /// broken where it is too long. Of more lines than most the rest is left out, and what then
     /// stands at the end says so.
     void text(std::string_view text, std::size_t mostLines, std::string_view cutMark);
-    /// The start of a value and the mark that it is cut, which stands below where it has no room.
+    /// The start of a value and what says that it is cut, which stands below where it has no room.
     void cutLine(std::string_view start, std::string_view cutMark);
     /// Ends the row, also of a cell without a line.
     void finish();

@@ -19,7 +19,7 @@ class SlotTable {
     [[nodiscard]] std::size_t size() const noexcept { return slots_.get_deleter().count; }
     /// Null for an empty slot; index is below size().
     [[nodiscard]] zxArray* get(std::size_t index) const noexcept { return slots_[index]; }
-    /// All of these, which must not go past the last.
+    /// So many slots from the first of them on; the sum is at most size().
     [[nodiscard]] std::span<zxArray* const> get(std::size_t first,
                                                 std::size_t count) const noexcept {
         return {slots_.get() + first, count};

@@ -55,7 +55,7 @@ ZX_HOST_API const zxArray* fieldAt(const zxArray& value, std::size_t element,
                                    std::string_view name);
 
 /// The values of all fields of an element, in the order of fieldNamesOf; null where one was never
-/// set.
+/// set. The array owns them, and the span is one into it. Raises std::out_of_range.
 ZX_HOST_API std::span<zxArray* const> fieldsAt(const zxArray& value, std::size_t element);
 
 /// How many values this thread has made and not yet destroyed, stored ones included.

@@ -219,10 +219,12 @@ class StructArray final : public Value {
     [[nodiscard]] const zxArray* fieldAt(std::size_t element, std::size_t field) const {
         return slots_.get(slotIndex(element, field));
     }
-    /// All of an element; raises std::out_of_range.
+    /// All fields of an element; raises std::out_of_range.
     [[nodiscard]] std::span<zxArray* const> fieldsAt(std::size_t element) const {
-        return fields_->size() == 0 ? std::span<zxArray* const>()
-                                    : slots_.get(slotIndex(element, 0), fields_->size());
+        if (element >= elementCount()) {
+            refuseSlot(element, 0);
+        }
+        return slots_.get(element * fields_->size(), fields_->size());
     }
     /// Takes ownership of the value; raises std::out_of_range, and then does not. Elements are
     /// mostly filled in one order, so the field that followed the last one in the element before is

@@ -24,13 +24,23 @@ std::string allDigits(Number value) {
     return {text.data(), end};
 }
 
-template <std::floating_point Number>
-char* writeDigits(Number value, char* place) {
+bool isShownWhole(double value) {
+    const double size = std::abs(value);
+    return size >= leastShown && size < mostShown;
+}
+
+char* writeDigits(double value, char* place) {
     char* const end = place + longestShortestText;
-    const auto size = static_cast<double>(std::abs(value));
-    return size >= leastShown && size < mostShown
-               ? std::to_chars(place, end, value, std::chars_format::fixed).ptr
-               : std::to_chars(place, end, value).ptr;
+    return isShownWhole(value) ? std::to_chars(place, end, value, std::chars_format::fixed).ptr
+                               : std::to_chars(place, end, value).ptr;
+}
+
+char* writeDigits(float value, char* place) {
+    char* const end = std::to_chars(place, place + longestShortestText, value).ptr;
+    // Beyond 2^24 the digits of the number itself are more than those that tell it from others.
+    double shortest = 0;
+    std::from_chars(place, end, shortest);
+    return isShownWhole(shortest) ? writeDigits(shortest, place) : end;
 }
 
 template <std::floating_point Number>

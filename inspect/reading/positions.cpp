@@ -22,7 +22,8 @@ std::optional<double> sexagesimalOf(const Value& value) {
     constexpr std::size_t mostParts = 3;
     // From the smallest part on, so that less is lost: 151 deg 12' 55.08" is 151.2153.
     double sum = 0;
-    for (std::size_t part = std::min(value.size(), mostParts); part-- > 0;) {
+    for (std::size_t left = std::min(value.size(), mostParts); left > 0; --left) {
+        const std::size_t part = left - 1;
         const auto number = numberAt(value, part);
         if (number && !(std::abs(*number) <= largestPart)) {
             return std::nullopt;

@@ -16,10 +16,13 @@ constinit List list;
 }  // namespace
 
 ForkSafeMutex::ForkSafeMutex() {
-    static const bool isCalled = pthread_atfork(lockAll, unlockAll, unlockAll) == 0;
-    if (!isCalled) {
-        throw std::bad_alloc();
-    }
+    // Once in a process; where memory is missing the next one tries again.
+    [[maybe_unused]] static const bool isCalled = [] {
+        if (pthread_atfork(lockAll, unlockAll, unlockAll) != 0) {
+            throw std::bad_alloc();
+        }
+        return true;
+    }();
     const std::lock_guard lock(list.mutex);
     next_ = list.first;
     if (next_ != nullptr) {

@@ -120,6 +120,8 @@ class Inspection {
         try {
             return task(file());
         } catch (const std::system_error& error) {
+            // What is raised is a Python object, and other Python code may run while it is made.
+            lock.unlock();
             raiseSystemError(error, input_.name);
         }
     }

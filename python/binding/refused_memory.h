@@ -26,14 +26,15 @@ void completeUnlisted(pybind11::detail::instance* made, const void* holder) {
     place.set_instance_registered(false);
 }
 
-/// Adds a class to the module. An instance is either made whole, or it is refused with MemoryError
-/// and nothing is left of it. Its instances are not in pybind11's list of all instances: an entry
-/// there may be refused when pybind11 expects no error any more. So a reference that C++ returns
-/// is never found to be an instance that is there already.
+/// Adds a class to the module, from which none can be derived. An instance is either made whole, or
+/// it is refused with MemoryError and nothing is left of it. Its instances are not in pybind11's
+/// list of all instances: an entry there may be refused when pybind11 expects no error any more. So
+/// a reference that C++ returns is never found to be an instance that is there already.
 template <class Instance>
 [[nodiscard]] pybind11::class_<Instance> addClass(pybind11::module_& extension, const char* name,
                                                   const char* description) {
-    pybind11::class_<Instance> added(extension, name, description, refusingWithoutMemory());
+    pybind11::class_<Instance> added(extension, name, description, refusingWithoutMemory(),
+                                     pybind11::is_final());
     auto* const known = pybind11::detail::get_type_info(typeid(Instance), true);
     pybindsCompletion<Instance> = std::exchange(known->init_instance, completeUnlisted<Instance>);
     return added;

@@ -250,16 +250,22 @@ py::tuple fieldNames(const StructArray& array) {
     py::tuple tuple(names.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
         tuple[i] = internedName(names[i]);
-        known.add(tuple[i]);
+        if (!known.add(tuple[i])) {
+            throw py::error_already_set();
+        }
     }
     return tuple;
 }
 
 /// All values of an element; see ValueMaker::newOrLast.
 py::list valuesOf(const py::object& self, std::size_t element, py::handle finish) {
-    // The interpreter has made sure that this is a struct array.
+    // The interpreter has made sure that the class is this one, which has no other derived from it.
     const auto* const held = reinterpret_cast<py::detail::instance*>(self.ptr());
-    const auto& array = *static_cast<const StructArray*>(held->simple_value_holder[0]);
+    const auto* const found = static_cast<const StructArray*>(held->simple_value_holder[0]);
+    if (found == nullptr) {
+        throw py::type_error("a struct array comes from a read");
+    }
+    const StructArray& array = *found;
     const ValueMaker maker(array, self);
     const auto fields = host::fieldsAt(array.array(), element);
     std::vector<MadeLast>& last = array.madeLast();

@@ -10,7 +10,7 @@ namespace python {
 
 /// A name that Python asks for, in UTF-8. Any str is one: a zero, which would end messages, and a
 /// surrogate without a partner are written as their escapes, which are in no name, so that it is
-/// told like other names that there are not.
+/// refused like any name that no tag has.
 struct Word {
     std::string text;
 };

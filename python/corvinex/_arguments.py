@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import io
 import operator
 import os
 from collections.abc import Iterable
@@ -82,7 +81,7 @@ def several_paths(paths: Path | Iterable[Path]) -> Iterable[Path]:
     """
     if isinstance(paths, (str, bytes, os.PathLike)):
         return [paths]
-    if not isinstance(paths, Iterable) or isinstance(paths, io.IOBase):
+    if not isinstance(paths, Iterable) or hasattr(paths, "read"):
         kind = type(paths).__name__
         raise TypeError(f"files and folders are named by str, bytes or os.PathLike, not by {kind}")
     # To mypy a bytearray is bytes.

@@ -117,14 +117,17 @@ def _finding(finding: Finding) -> str:
 def _findings(findings: list[Finding]) -> str:
     if not findings:
         return ""
-    rows = (_finding(finding) for finding in _first(findings, MOST_FINDINGS))
-    table = _table(("severity", "directory", "finding", "what it says"), rows)
-    # "more" stands for findings of a rule that the list is too short for.
-    count = sum(int(one.arguments[1]) if one.id == "more" else 1 for one in findings)
+    shown = list(_first(findings, MOST_FINDINGS))
+    table = _table(("severity", "directory", "finding", "what it says"), map(_finding, shown))
+    count = _count_of(findings)
     return _fold(
-        _counted(count, "finding", "findings"),
-        table + _more(len(findings), MOST_FINDINGS, "findings"),
+        _counted(count, "finding", "findings"), table + _more(count, _count_of(shown), "findings")
     )
+
+
+def _count_of(findings: Iterable[Finding]) -> int:
+    # "more" stands for findings of a rule that the list is too short for.
+    return sum(int(one.arguments[1]) if one.id == "more" else 1 for one in findings)
 
 
 def _page(content: str) -> str:

@@ -5,14 +5,12 @@ from __future__ import annotations
 import difflib
 import os
 from collections.abc import ItemsView, Iterable, Iterator, Mapping, Sequence, ValuesView
-from typing import Any, SupportsIndex, Union, overload
+from typing import Any, SupportsIndex, overload
 
 from corvinex import _html, _native, _reports
-from corvinex._arguments import element_index, system_name, whole_double
+from corvinex._arguments import Path, element_index, system_name, whole_double
 
 _ONE_OF_AN_ARRAY = "a directory is one of an array"
-
-Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
 
 
 class Directories(Sequence["Directory"]):

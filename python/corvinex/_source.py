@@ -68,7 +68,9 @@ def _has_memory(source: Any) -> bool:
 
 def _of_bytes(source: Any) -> Resolved:
     # The memory of objects holds addresses, and that of times is nobody's bytes.
-    if isinstance(source, numpy.ndarray) and source.dtype.kind in "OMm":
+    if isinstance(source, numpy.ndarray) and (
+        source.dtype.hasobject or source.dtype.kind in "Mm"
+    ):
         raise TypeError(f"an array of {source.dtype} does not hold the bytes of a file")
     try:
         content = memoryview(source)

@@ -263,7 +263,9 @@ TEST_F(StructArrays, GiveAllFieldsOfAnElementInOrder) {
     EXPECT_EQ(fields[0], nullptr);
     EXPECT_EQ(fields[1], host::fieldAt(*array, 1, "a"));
     EXPECT_THROW(static_cast<void>(host::fieldsAt(*array, 2)), std::out_of_range);
-    EXPECT_TRUE(host::fieldsAt(*structArray(1, 1, {}), 0).empty());
+    const ValuePtr without = structArray(1, 1, {});
+    EXPECT_TRUE(host::fieldsAt(*without, 0).empty());
+    EXPECT_THROW(static_cast<void>(host::fieldsAt(*without, 1)), std::out_of_range);
 }
 
 TEST_F(StructArrays, StoringWhatAFieldHoldsAlreadyChangesNothing) {

@@ -124,6 +124,18 @@ def test_blanks_and_joiners_of_all_scripts_stay_what_they_are(show: Show) -> Non
     assert texts(page, "tbody td:last-child") == [text]
 
 
+def test_findings_that_are_not_shown_are_counted(
+    show: Show, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    # The list has three findings of the rule and a row for the others.
+    monkeypatch.setattr("corvinex._html.MOST_FINDINGS", 2)
+    rows: list[Row] = [(256 + number, 99, 1, b"\1\0") for number in range(100)]
+    page = show(corvinex.inspect(tiff(rows)))
+    assert "100 findings" in texts(page, "summary")
+    page.execute_script("for (const fold of document.querySelectorAll('details')) fold.open = true")
+    assert "… and 98 more findings" in texts(page, ".more")
+
+
 def test_a_page_is_bounded_whatever_the_file_holds(show: Show) -> None:
     page = show(corvinex.inspect(many_pages(300)))
     assert texts(page, ".more") == ["… and 250 more directories"]

@@ -178,6 +178,7 @@ def test_a_file_object_needs_no_more_than_read() -> None:
         OnlyReads([1]),
         PathLike(3),  # type: ignore[arg-type]
         numpy.array([b"II*"], object),
+        numpy.zeros(9, [("one", object), ("other", "u1")]),
         numpy.array(["2024-03-05"], "datetime64[s]"),
     ],
     ids=repr,

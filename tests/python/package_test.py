@@ -7,6 +7,7 @@ import sys
 import pytest
 
 import corvinex
+from corvinex import _native
 
 
 def test_the_package_has_the_version_of_the_tool() -> None:
@@ -35,6 +36,18 @@ def test_a_name_that_the_package_has_not_is_refused() -> None:
     # mypy tells where it no longer needs to be told that this is one.
     with pytest.raises(AttributeError, match="no attribute 'raed'"):
         corvinex.raed  # type: ignore[attr-defined]
+
+
+@pytest.mark.parametrize("name", ["Inspection", "Listing", "Merge", "StructArray"])
+def test_no_class_is_derived_from_those_of_the_extension(name: str) -> None:
+    with pytest.raises(TypeError, match="not an acceptable base type"):
+        type("Derived", (getattr(_native, name),), {})
+
+
+def test_a_struct_array_that_no_read_has_made_has_no_values() -> None:
+    empty = _native.StructArray.__new__(_native.StructArray)
+    with pytest.raises(TypeError, match="comes from a read"):
+        empty.values(0, repr)
 
 
 def test_a_star_imports_the_package_without_pandas() -> None:

@@ -49,7 +49,8 @@ def make_listing():
     _native.Listing([samples.encode()], extensions=[], follow_links=False)
 """
 
-# Each allocation is refused in a run of its own, until runs in a row have met none.
+# Each allocation is refused in a run of its own, until runs in a row have met none. What is there
+# from the first run on is not among them.
 LOOP = """
 task = globals()[sys.argv[2]]
 expected = [task() for _ in range(3)][-1]

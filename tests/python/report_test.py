@@ -330,11 +330,17 @@ def test_a_link_to_a_page_stays_a_link(catalogue: Path, page: str, tmp_path: Pat
     assert (tmp_path / "real/page.html").read_text("utf-8") == page
 
 
-def test_an_error_names_the_page_that_could_not_be_written(catalogue: Path, tmp_path: Path) -> None:
-    with pytest.raises(FileNotFoundError) as caught:
-        write_report(catalogue, tmp_path / "nowhere/page.html")
-    assert caught.value.filename == f"{tmp_path}/nowhere/page.html"
-    assert str(caught.value).endswith("/nowhere/page.html'")
+@pytest.mark.parametrize(
+    ("folder", "kind"), [("nowhere", FileNotFoundError), ("a_file", NotADirectoryError)]
+)
+def test_an_error_names_the_page_that_could_not_be_written(
+    catalogue: Path, tmp_path: Path, folder: str, kind: type[OSError]
+) -> None:
+    (tmp_path / "a_file").touch()
+    with pytest.raises(kind) as caught:
+        write_report(catalogue, tmp_path / folder / "page.html")
+    assert caught.value.filename == f"{tmp_path}/{folder}/page.html"
+    assert str(caught.value).endswith(f"/{folder}/page.html'")
 
 
 def test_a_page_is_written_to_a_pipe(catalogue: Path, page: str) -> None:

@@ -286,6 +286,7 @@ def test_a_column_asked_for_twice_is_refused_before_any_file_is_read(
         (None, "files and folders are named by str, bytes or os.PathLike, not by NoneType"),
         (3, "files and folders are named by str, bytes or os.PathLike, not by int"),
         (io.BytesIO(b"a.tif\n"), "files and folders are named by .*, not by BytesIO"),
+        (tempfile.NamedTemporaryFile("w"), "files and folders are named by .*, not by _Temp"),
         ([None], "expected str, bytes or os.PathLike object, not NoneType"),
         ([3], "expected str, bytes or os.PathLike object, not int"),
     ],

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -241,6 +243,28 @@ TEST(CsvCommand, TellsInfinitiesFromWhatIsNoNumber) {
                                                       .bytes());
     EXPECT_EQ(runTool({"csv", "--tag", "65001", "--tag", "65002", "--tag", "65003", file}).out,
               "file,directory,65001,65002,65003\r\n" + file + ",0,inf -inf nan,inf,\r\n");
+}
+
+TEST(CsvCommand, GivesSingleFloatsTheFewestDigitsThatTellThem) {
+    const TemporaryFolder folder;
+    const auto cellOf = [&](float value) {
+        const std::string file =
+            folder.file("a.tif", TiffBytes()
+                                     .header(8)
+                                     .count(1)
+                                     .entry(65001, 11, 1, std::bit_cast<std::uint32_t>(value))
+                                     .offset(0)
+                                     .bytes());
+        const std::string row = runTool({"csv", "--tag", "65001", file}).out;
+        return row.substr(row.rfind(',') + 1, row.size() - row.rfind(',') - 3);
+    };
+    EXPECT_EQ(cellOf(0.1F), "0.1");
+    EXPECT_EQ(cellOf(16777216), "16777216");
+    EXPECT_EQ(cellOf(3.4e10F), "34000000000");
+    EXPECT_EQ(cellOf(-1e11F), "-100000000000");
+    EXPECT_EQ(cellOf(0.00001F), "0.00001");
+    EXPECT_EQ(cellOf(1e20F), "1e+20");
+    EXPECT_EQ(cellOf(1e-6F), "1e-06");
 }
 
 TEST(CsvCommand, PrintsTheSameRowsWithAnyNumberOfThreads) {

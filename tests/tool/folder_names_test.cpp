@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/tool/temporary_file.h"
@@ -46,10 +47,14 @@ TEST(FolderNames, TellRegularFilesFromOthers) {
     ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
     auto names = FolderNames::read(folder.path(""));
     ASSERT_TRUE(names);
+    std::vector<std::pair<std::string, bool>> found;
     while (!names->isEmpty()) {
         const auto name = names->takeFirst();
-        EXPECT_EQ(name.isFile, name.text == "file") << name.text;
+        found.emplace_back(name.text, name.isFile);
     }
+    using Found = std::vector<std::pair<std::string, bool>>;
+    EXPECT_EQ(found,
+              (Found{{"file", true}, {"folder", false}, {"link", false}, {"pipe", false}}));
 }
 
 TEST(FolderNames, OfAnEmptyFolderAreNone) {

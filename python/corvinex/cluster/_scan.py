@@ -86,13 +86,7 @@ def scan(
     part_size, max_values = whole("part_size", part_size), whole("max_values", max_values)
     if header_offset is not None:
         header_offset = whole("header_offset", header_offset)
-    if not callable(getattr(client, "submit", None)):
-        raise TypeError(f"the client is a distributed.Client, not {type(client).__name__}")
-    if getattr(client, "asynchronous", False):
-        # Its answers would wait for the loop that waits for them.
-        raise TypeError("the client is asynchronous; scan in a thread, with a client of its own")
-    if getattr(client, "status", None) == "closed":
-        raise ValueError("the client is closed")
+    _check_client(client)
     if not LEAST_PATHS <= part_size <= MOST_PATHS:
         raise ValueError(
             f"part_size is {part_size}; a part has from {LEAST_PATHS} to {MOST_PATHS} files"
@@ -118,6 +112,16 @@ def scan(
     with _files.locked(folder / "lock", f"another scan or merge uses {folder}"):
         _Run(client, manifest, verify, progress).run(found)
     return manifest
+
+
+def _check_client(client: Client) -> None:
+    if not callable(getattr(client, "submit", None)):
+        raise TypeError(f"the client is a distributed.Client, not {type(client).__name__}")
+    if getattr(client, "asynchronous", False):
+        # Its answers would wait for the loop that waits for them.
+        raise TypeError("the client is asynchronous; scan in a thread, with a client of its own")
+    if getattr(client, "status", None) == "closed":
+        raise ValueError("the client is closed")
 
 
 def _endings(extensions: Iterable[str]) -> tuple[str, ...]:

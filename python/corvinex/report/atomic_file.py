@@ -1,5 +1,6 @@
 """Writes a file whole or not at all."""
 
+import contextlib
 import os
 import pathlib
 import secrets
@@ -38,7 +39,8 @@ def write_whole(path: str | os.PathLike[str], content: bytes) -> None:
             os.fsync(file.fileno())
         os.replace(new, place)
     except BaseException as error:
-        new.unlink(missing_ok=True)
+        with contextlib.suppress(OSError):
+            new.unlink()
         if isinstance(error, OSError):
             # Nobody knows the name that was made up here. The class follows from the number.
             raise OSError(error.errno, error.strerror, os.fspath(path)) from error
