@@ -255,8 +255,8 @@ class Walk {
     }
 
     /// For so many entries more, which the file holds, at once. What is reserved beyond them is no
-    /// more than the file has room for, or than is there already, and costs nothing before it is used, where a copy to a
-    /// larger place costs as much as the walk.
+    /// more than the file has room for, or than is there already, and costs nothing before it is
+    /// used, where a copy to a larger place costs as much as the walk.
     void makeRoom(std::uint32_t count) {
         constexpr std::size_t growth = 4;
         std::vector<Entry>& entries = file_.entries;

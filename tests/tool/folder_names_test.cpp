@@ -53,8 +53,7 @@ TEST(FolderNames, TellRegularFilesFromOthers) {
         found.emplace_back(name.text, name.isFile);
     }
     using Found = std::vector<std::pair<std::string, bool>>;
-    EXPECT_EQ(found,
-              (Found{{"file", true}, {"folder", false}, {"link", false}, {"pipe", false}}));
+    EXPECT_EQ(found, (Found{{"file", true}, {"folder", false}, {"link", false}, {"pipe", false}}));
 }
 
 TEST(FolderNames, OfAnEmptyFolderAreNone) {
